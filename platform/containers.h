@@ -1,0 +1,424 @@
+// CArray, CList and CMap: the generic containers of the library's interfaces.
+#pragma once
+#include <algorithm>
+#include <bit>
+#include <cassert>
+#include <cstdint>
+#include <list>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+#include "platform/object.h"
+#include "platform/pool.h"
+
+/// A place in a CList or CMap. Null is "no place": the end of a walk, or not found.
+struct __POSITION {};
+using POSITION = __POSITION*;
+
+// ---------------------------------------------------------------------------------------------------------
+
+/// A growable array. Indices are ints; one out of range is the caller's fault (asserted).
+template <class T>
+class CArrayOf : public CObject {
+public:
+    int GetSize() const { return static_cast<int>(m_data.size()); }
+    int GetCount() const { return GetSize(); }
+    int GetUpperBound() const { return GetSize() - 1; }
+    bool IsEmpty() const { return m_data.empty(); }
+
+    /// New elements are value-initialised; a negative size counts as 0. The growth hint is not needed.
+    void SetSize(int n, int = -1) { m_data.resize(static_cast<std::size_t>(std::max(n, 0))); }
+    void Reserve(int n) { m_data.reserve(static_cast<std::size_t>(std::max(n, 0))); }
+    void FreeExtra() { m_data.shrink_to_fit(); }
+    void RemoveAll() { m_data.clear(); }
+
+    const T& GetAt(int i) const { return m_data[Checked(i)]; }
+    void SetAt(int i, const T& v) { m_data[Checked(i)] = v; }
+    T& ElementAt(int i) { return m_data[Checked(i)]; }
+    const T& ElementAt(int i) const { return m_data[Checked(i)]; }
+    T& operator[](int i) { return m_data[Checked(i)]; }
+    const T& operator[](int i) const { return m_data[Checked(i)]; }
+    T* GetData() { return m_data.data(); }
+    const T* GetData() const { return m_data.data(); }
+
+    int Add(const T& v) {
+        m_data.push_back(v);
+        return GetUpperBound();
+    }
+    void SetAtGrow(int i, const T& v) {
+        if (i >= GetSize()) SetSize(i + 1);
+        SetAt(i, v);
+    }
+    int Append(const CArrayOf& other) {
+        const int first = GetSize();
+        const std::size_t n = other.m_data.size();  // taken first: other may be this array
+        m_data.reserve(m_data.size() + n);
+        for (std::size_t i = 0; i < n; ++i) m_data.push_back(other.m_data[i]);
+        return first;
+    }
+    void Copy(const CArrayOf& other) { m_data = other.m_data; }
+    void InsertAt(int i, const T& v, int count = 1) {
+        const T value = v;
+        if (i > GetSize()) SetSize(i);
+        m_data.insert(m_data.begin() + i, static_cast<std::size_t>(std::max(count, 0)), value);
+    }
+    void InsertAt(int i, const CArrayOf* other) {
+        const std::vector<T> values = other->m_data;
+        if (i > GetSize()) SetSize(i);
+        m_data.insert(m_data.begin() + i, values.begin(), values.end());
+    }
+    void RemoveAt(int i, int count = 1) {
+        assert(i >= 0 && count >= 0 && i + count <= GetSize());
+        m_data.erase(m_data.begin() + i, m_data.begin() + i + count);
+    }
+    void Swap(CArrayOf& other) noexcept { m_data.swap(other.m_data); }
+
+    auto begin() { return m_data.begin(); }
+    auto end() { return m_data.end(); }
+    auto begin() const { return m_data.begin(); }
+    auto end() const { return m_data.end(); }
+
+private:
+    std::size_t Checked([[maybe_unused]] int i) const {
+        assert(i >= 0 && i < GetSize());
+        return static_cast<std::size_t>(i);
+    }
+    std::vector<T> m_data;
+};
+
+/// The second argument, by tradition the type in which elements are passed, is ignored: CArray<T> and
+/// CArray<T, T&> are one type.
+template <class T, class = T>
+using CArray = CArrayOf<T>;
+
+// ---------------------------------------------------------------------------------------------------------
+
+/// A doubly linked list whose positions are stable handles: a position stays good, whatever else is added or
+/// removed, until its own element goes.
+template <class T>
+class CListOf {
+    struct Node : __POSITION {
+        explicit Node(const T& v) : value(v) {}
+        TVO_POOLED_STORAGE
+        Node* prev = nullptr;
+        Node* next = nullptr;
+        T value;
+    };
+
+public:
+    CListOf() = default;
+    explicit CListOf(int /*block size*/) {}
+    CListOf(const CListOf& other) { AddTail(other); }
+    CListOf& operator=(const CListOf& other) {
+        if (this != &other) {
+            RemoveAll();
+            AddTail(other);
+        }
+        return *this;
+    }
+    ~CListOf() { RemoveAll(); }
+
+    int GetCount() const { return m_count; }
+    int GetSize() const { return m_count; }
+    bool IsEmpty() const { return m_count == 0; }
+
+    POSITION AddTail(const T& v) { return Link(new Node(v), m_tail, nullptr); }
+    POSITION AddHead(const T& v) { return Link(new Node(v), nullptr, m_head); }
+    void AddTail(const CListOf& other) {
+        int left = other.m_count;  // other may be this list
+        for (const Node* n = other.m_head; left > 0; n = n->next, --left) AddTail(n->value);
+    }
+    POSITION InsertBefore(POSITION p, const T& v) { return p ? Link(new Node(v), At(p)->prev, At(p)) : AddHead(v); }
+    POSITION InsertAfter(POSITION p, const T& v) { return p ? Link(new Node(v), At(p), At(p)->next) : AddTail(v); }
+
+    T& GetHead() { return m_head->value; }
+    const T& GetHead() const { return m_head->value; }
+    T& GetTail() { return m_tail->value; }
+    const T& GetTail() const { return m_tail->value; }
+    T RemoveHead() { return Take(m_head); }
+    T RemoveTail() { return Take(m_tail); }
+    void RemoveAt(POSITION p) { Take(At(p)); }
+    void RemoveAll() {
+        for (Node* n = m_head; n;) {
+            Node* next = n->next;
+            delete n;
+            n = next;
+        }
+        m_head = m_tail = nullptr;
+        m_count = 0;
+    }
+
+    POSITION GetHeadPosition() const { return m_head; }
+    POSITION GetTailPosition() const { return m_tail; }
+    /// The element at p; p moves on, to null behind the last.
+    T& GetNext(POSITION& p) const {
+        Node* n = At(p);
+        p = n->next;
+        return n->value;
+    }
+    T& GetPrev(POSITION& p) const {
+        Node* n = At(p);
+        p = n->prev;
+        return n->value;
+    }
+    T& GetAt(POSITION p) const { return At(p)->value; }
+    void SetAt(POSITION p, const T& v) { At(p)->value = v; }
+
+    /// Linear; the search begins behind `after`, or at the head.
+    POSITION Find(const T& v, POSITION after = nullptr) const {
+        for (Node* n = after ? At(after)->next : m_head; n; n = n->next)
+            if (n->value == v) return n;
+        return nullptr;
+    }
+    POSITION FindIndex(int i) const {
+        if (i < 0 || i >= m_count) return nullptr;
+        Node* n = m_head;
+        while (i-- > 0) n = n->next;
+        return n;
+    }
+
+private:
+    static Node* At(POSITION p) { return static_cast<Node*>(p); }
+    POSITION Link(Node* n, Node* prev, Node* next) {
+        n->prev = prev;
+        n->next = next;
+        (prev ? prev->next : m_head) = n;
+        (next ? next->prev : m_tail) = n;
+        ++m_count;
+        return n;
+    }
+    T Take(Node* n) {
+        (n->prev ? n->prev->next : m_head) = n->next;
+        (n->next ? n->next->prev : m_tail) = n->prev;
+        --m_count;
+        T value = std::move(n->value);
+        delete n;
+        return value;
+    }
+
+    Node* m_head = nullptr;
+    Node* m_tail = nullptr;
+    int m_count = 0;
+};
+
+template <class T, class = T>
+using CList = CListOf<T>;
+using CPtrList = CList<void*>;
+/// A typed list over an untyped base; here simply the typed list.
+template <class, class T>
+using CTypedPtrList = CList<T>;
+
+// ---------------------------------------------------------------------------------------------------------
+
+/// The hash of a CMap key. Integers that follow one another stay neighbours for sixteen at a time, so that
+/// identities, which are handed out in sequence, are entered and found with few cache misses.
+template <class K>
+struct CMapHash {
+    static std::uint64_t Mix(std::uint64_t v) {
+        v *= 0x9E3779B97F4A7C15ull;
+        return v ^ (v >> 32);
+    }
+    std::size_t operator()(const K& key) const {
+        if constexpr (std::is_pointer_v<K>) {
+            return Mix(reinterpret_cast<std::uintptr_t>(key) >> 3);  // decides places in memory, never an order
+        } else if constexpr (std::is_integral_v<K> || std::is_enum_v<K>) {
+            const auto v = static_cast<std::uint64_t>(key);
+            return (Mix(v >> 4) & ~std::uint64_t{15}) | (v & 15);
+        } else {
+            return HashKey(key);  // found by argument-dependent lookup
+        }
+    }
+};
+
+/// A hash map that is walked in the order in which keys were first entered, so that no result depends on
+/// hash values or addresses. Up to eight entries it is a plain array. While walking, the entry just handed
+/// out may be removed; adding during a walk ends it.
+template <class K, class V>
+class CMapOf {
+    struct Entry {
+        K key;
+        V value;
+    };
+
+public:
+    CMapOf() = default;
+    explicit CMapOf(int /*block size*/) {}
+
+    int GetCount() const { return static_cast<int>(m_entries.size() - m_dead); }
+    int GetSize() const { return GetCount(); }
+    bool IsEmpty() const { return GetCount() == 0; }
+
+    bool Lookup(const K& key, V& value) const {
+        const std::uint32_t i = Locate(key);
+        if (i == kNone) return false;
+        value = m_entries[i].value;
+        return true;
+    }
+    /// The value of a key, or null. Good until the map changes.
+    V* Find(const K& key) {
+        const std::uint32_t i = Locate(key);
+        return i == kNone ? nullptr : &m_entries[i].value;
+    }
+    const V* Find(const K& key) const { return const_cast<CMapOf*>(this)->Find(key); }
+    bool Contains(const K& key) const { return Locate(key) != kNone; }
+    V& operator[](const K& key) { return m_entries[Enter(key).first].value; }
+    void SetAt(const K& key, const V& value) { (*this)[key] = value; }
+    /// Enters the pair unless the key is there; true when it was entered.
+    bool Insert(const K& key, const V& value) {
+        const auto [i, fresh] = Enter(key);
+        if (fresh) m_entries[i].value = value;
+        return fresh;
+    }
+    bool RemoveKey(const K& key);
+    void RemoveAll() {
+        std::vector<Entry>().swap(m_entries);
+        std::vector<std::uint32_t>().swap(m_slots);
+        std::vector<bool>().swap(m_gone);
+        m_dead = 0;
+    }
+    void InitHashTable(unsigned, bool = true) {}
+
+    POSITION GetStartPosition() const { return PositionFrom(0); }
+    void GetNextAssoc(POSITION& p, K& key, V& value) const {
+        const std::size_t i = IndexOf(p);
+        key = m_entries[i].key;
+        value = m_entries[i].value;
+        p = PositionFrom(i + 1);
+    }
+
+    /// Calls f(key, value) for each entry, in the order of the walk. f must not change the map.
+    template <class F>
+    void ForEach(F f) const {
+        for (std::size_t i = 0; i < m_entries.size(); ++i)
+            if (!Gone(i)) f(m_entries[i].key, m_entries[i].value);
+    }
+
+private:
+    static constexpr std::uint32_t kNone = 0xFFFFFFFF;
+    static constexpr std::size_t kSmall = 8;
+
+    bool Gone(std::size_t i) const { return m_dead != 0 && m_gone[i]; }
+    POSITION PositionFrom(std::size_t i) const {
+        while (i < m_entries.size() && Gone(i)) ++i;
+        return i < m_entries.size() ? reinterpret_cast<POSITION>(i + 1) : nullptr;
+    }
+    static std::size_t IndexOf(POSITION p) { return reinterpret_cast<std::size_t>(p) - 1; }
+    std::uint32_t Locate(const K& key) const;
+    std::pair<std::uint32_t, bool> Enter(const K& key);
+    void Rebuild(std::size_t slots);
+
+    std::vector<Entry> m_entries;        // in order of entering, removed ones among them
+    std::vector<std::uint32_t> m_slots;  // open addressing; empty while the map is small
+    std::vector<bool> m_gone;            // marks removed entries; sized on the first removal
+    std::size_t m_dead = 0;              // how many entries are marked
+};
+
+/// As with CArray, the types by which keys and values are passed may be named and are ignored.
+template <class...>
+struct CMapArguments;
+template <class K, class V>
+struct CMapArguments<K, V> {
+    using type = CMapOf<K, V>;
+};
+template <class K, class AK, class V, class AV>
+struct CMapArguments<K, AK, V, AV> {
+    using type = CMapOf<K, V>;
+};
+template <class... A>
+using CMap = typename CMapArguments<A...>::type;
+
+using CByteArray = CArray<unsigned char>;
+using CDWordArray = CArray<std::uint32_t>;
+
+// --- implementation of CMap -------------------------------------------------------------------------------
+
+template <class K, class V>
+std::uint32_t CMapOf<K, V>::Locate(const K& key) const {
+    if (m_slots.empty()) {
+        for (std::size_t i = 0; i < m_entries.size(); ++i)
+            if (m_entries[i].key == key && !Gone(i)) return static_cast<std::uint32_t>(i);
+        return kNone;
+    }
+    const std::size_t mask = m_slots.size() - 1;
+    for (std::size_t s = CMapHash<K>()(key) & mask;; s = (s + 1) & mask) {
+        const std::uint32_t i = m_slots[s];
+        if (i == kNone) return kNone;
+        if (m_entries[i].key == key) return i;
+    }
+}
+
+template <class K, class V>
+std::pair<std::uint32_t, bool> CMapOf<K, V>::Enter(const K& key) {
+    const std::uint32_t found = Locate(key);
+    if (found != kNone) return {found, false};
+    if (m_dead != 0 && m_dead * 2 >= m_entries.size() && m_entries.size() >= kSmall)
+        Rebuild(m_slots.size());
+    else if (m_slots.empty() ? m_entries.size() >= kSmall : (m_entries.size() + 1) * 5 > m_slots.size() * 3)
+        Rebuild(std::bit_ceil(2 * (m_entries.size() - m_dead + 1) + kSmall));
+    const auto i = static_cast<std::uint32_t>(m_entries.size());
+    m_entries.push_back({key, V()});
+    if (m_dead != 0) m_gone.push_back(false);
+    if (!m_slots.empty()) {
+        const std::size_t mask = m_slots.size() - 1;
+        std::size_t s = CMapHash<K>()(key) & mask;
+        while (m_slots[s] != kNone) s = (s + 1) & mask;
+        m_slots[s] = i;
+    }
+    return {i, true};
+}
+
+template <class K, class V>
+bool CMapOf<K, V>::RemoveKey(const K& key) {
+    const std::uint32_t i = Locate(key);
+    if (i == kNone) return false;
+    if (!m_slots.empty()) {
+        const std::size_t mask = m_slots.size() - 1;
+        std::size_t s = CMapHash<K>()(key) & mask;
+        while (m_slots[s] != i) s = (s + 1) & mask;
+        // Close the gap in the run behind, so that no slot is ever left marked.
+        for (std::size_t next = (s + 1) & mask; m_slots[next] != kNone; next = (next + 1) & mask) {
+            const std::size_t home = CMapHash<K>()(m_entries[m_slots[next]].key) & mask;
+            if (((next - home) & mask) >= ((next - s) & mask)) {
+                m_slots[s] = m_slots[next];
+                s = next;
+            }
+        }
+        m_slots[s] = kNone;
+    }
+    if (i + 1 == m_entries.size()) {  // the last one leaves no gap
+        m_entries.pop_back();
+        if (m_dead != 0) m_gone.pop_back();
+    } else {
+        if (m_dead == 0) m_gone.assign(m_entries.size(), false);
+        m_gone[i] = true;
+        m_entries[i].value = V();
+        ++m_dead;
+    }
+    if (static_cast<std::size_t>(m_dead) == m_entries.size()) RemoveAll();
+    return true;
+}
+
+// Closes the gaps and enters everything in a table of the given size (0: none needed).
+template <class K, class V>
+void CMapOf<K, V>::Rebuild(std::size_t slots) {
+    if (m_dead != 0) {
+        std::size_t to = 0;
+        for (std::size_t i = 0; i < m_entries.size(); ++i)
+            if (!m_gone[i]) {
+                if (to != i) m_entries[to] = std::move(m_entries[i]);
+                ++to;
+            }
+        m_entries.resize(to, Entry{});
+        std::vector<bool>().swap(m_gone);
+        m_dead = 0;
+    }
+    m_slots.assign(slots, kNone);
+    const std::size_t mask = slots - 1;
+    if (slots == 0) return;
+    for (std::size_t i = 0; i < m_entries.size(); ++i) {
+        std::size_t s = CMapHash<K>()(m_entries[i].key) & mask;
+        while (m_slots[s] != kNone) s = (s + 1) & mask;
+        m_slots[s] = static_cast<std::uint32_t>(i);
+    }
+}
