@@ -395,7 +395,11 @@ bool CMapOf<K, V>::RemoveKey(const K& key) {
         m_entries[i].value = V();
         ++m_dead;
     }
-    if (static_cast<std::size_t>(m_dead) == m_entries.size()) RemoveAll();
+    if (m_dead == m_entries.size()) {  // all gaps: start over, keeping the storage
+        m_entries.clear();
+        m_gone.clear();
+        m_dead = 0;
+    }
     return true;
 }
 
