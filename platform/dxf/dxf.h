@@ -1,0 +1,106 @@
+// A drawing in memory, read from a DXF file.
+#pragma once
+#include <cstdint>
+#include <deque>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/containers.h"
+#include "platform/dxf/acad_entity.h"
+#include "platform/dxf/arena.h"
+
+class CBase_SGT;
+class DxfByteSource;
+
+/// How a reading ended.
+enum class DxfOutcome {
+    None,        // nothing was read
+    Ok,
+    CannotOpen,  // no such file, no permission, no regular file, or reading it failed
+    NotDxf,      // does not begin like a drawing
+    Truncated,   // ends or breaks in the middle: what stands complete before that was taken
+};
+
+struct DxfReadResult {
+    DxfOutcome    m_eOutcome = DxfOutcome::None;
+    std::string   m_strReason;  // one phrase; empty when all is well
+    std::uint64_t m_nByte = 0;  // where it ended: byte from the start of the file,
+    std::uint64_t m_nLine = 0;  // and line from 1; 0 in a binary file
+    bool Ok() const { return m_eOutcome == DxfOutcome::Ok; }
+};
+
+/// What the reading met, apart from the entities themselves.
+struct DxfHeader {
+    std::string m_strVersion;       // "AC1015"; empty if not given
+    std::string m_strCodePage;      // as written, "ANSI_936"; empty if not given
+    int         m_nCodePage = 0;    // 936; 0 if not given or not known
+    int         m_nInsUnits = -1;   // 4 millimetres, 6 metres, ...; -1 if not given
+    bool        m_bBinary = false;
+    bool        m_bEndMark = false; // the file had its EOF
+};
+
+enum class DxfDropReason {
+    NotFinite,    // a number is not finite
+    TooFar,       // a coordinate or radius over 1e12
+    NotANumber,   // text where a number must stand
+};
+
+/// An entity that was read but not taken.
+struct DxfDrop {
+    DxfDropReason   m_eReason = DxfDropReason::NotFinite;
+    const DxfKind*  m_pKind = nullptr;
+    const DxfLayer* m_pLayer = nullptr;
+    std::uint64_t   m_nLine = 0;  // where the entity begins; 0 in a binary file
+    std::uint64_t   m_nByte = 0;
+};
+
+/// A drawing: its entities, layers and header, all of which it owns. It reads R10 to R2018, text and
+/// binary. Reading never throws and asks no count in the file how much to allocate.
+class DXF {
+public:
+    DXF();
+    virtual ~DXF();
+    DXF(const DXF&) = delete;
+    DXF& operator=(const DXF&) = delete;
+
+    // --- reading: what was there before is gone. 1 when all was read, else 0; GetResult tells more, and
+    //     after Truncated the part before is there.
+    int Read_FileDxf_To_Mem(const char* path);
+    int Read_Bytes_To_Mem(std::string_view bytes);
+    void Close();  // empties the drawing; entities, layers and kinds end here
+
+    const DxfReadResult& GetResult() const { return m_result; }
+    const DxfHeader& GetHeader() const { return m_header; }
+
+    // --- the entities of all ENTITIES sections in the order of the file, model and paper space alike
+    int GetEntityCount() const { return m_arrEntity.GetSize(); }
+    const ACAD_ENTITY* GetEntity(int i) const { return m_arrEntity[i]; }
+    const CArray<ACAD_ENTITY*>& GetEntities() const { return m_arrEntity; }
+
+    // --- layers: those of the table first come, then in the order in which entities name them. Names that
+    //     differ in ASCII case only are separate here, though they mean the same layer.
+    const std::deque<DxfLayer>& GetLayers() const { return m_layers; }
+    const std::deque<DxfKind>& GetKinds() const { return m_kinds; }
+
+    // --- entities that were not taken: how many for each reason, and the first hundred one by one
+    std::uint64_t GetDropCount(DxfDropReason reason) const { return m_nDropped[static_cast<int>(reason)]; }
+    std::uint64_t GetDropCount() const { return m_nDropped[0] + m_nDropped[1] + m_nDropped[2]; }
+    const std::vector<DxfDrop>& GetDrops() const { return m_drops; }
+
+private:
+    friend class DxfReader;
+    int Read(DxfByteSource& source);
+
+    CArray<ACAD_ENTITY*> m_arrEntity;        // in file order; they live in m_arena
+    CArena               m_arena;            // entities, vertices, texts
+    std::deque<DxfLayer> m_layers;           // addresses stay
+    std::deque<DxfKind>  m_kinds;            // addresses stay
+    DxfHeader            m_header;
+    DxfReadResult        m_result;
+    std::vector<DxfDrop> m_drops;            // the first hundred
+    std::uint64_t        m_nDropped[3] = {}; // by reason
+};
+
+/// A drawing in memory: a new one for null, to be deleted by the caller; else the writer itself, emptied.
+DXF* NewMemDxf(CBase_SGT* sgt);
