@@ -1,0 +1,32 @@
+// The dotted grid behind the model.
+#pragma once
+#include "geometry/frect.h"
+#include "platform/containers.h"
+#include "platform/string.h"
+
+class CDC;
+class CFCoor;
+
+/// A lattice of points given by spacings along each axis, with value semantics. A list of n spacings makes
+/// n + 1 positions: the origin, then running sums.
+class CBackgrnd {
+public:
+    /// A text of spacings holds at most this many; the rest is left out.
+    static constexpr int kMaxSpacings = 10000;
+    /// A lattice of more points than this paints none: it would be a solid surface.
+    static constexpr double kMaxPoints = 16.0e6;
+
+    /// Appends the spacings of a text such as "6.0*10;3": spacing in metres, "*", count. 0 if a unit's star
+    /// is its first or last character; what was appended before it stays. Else 1.
+    int Get_Kua_Data(const char* text, CArray<float, float>& out) const;
+    /// The spacings of an axis (0 x, 1 y, 2 z) appended to `out`, which is not emptied. Always 1.
+    int GetJianJu(int axis, CArray<float, float>& out) const;
+    /// The rectangle around the projected points, z left out unless m_nMode is 0.
+    CFRect GetFrect(const CFCoor* coor) const;
+    /// Paints the points, and with m_nMode 0 the three walls; mode 1 wipes them. Returns 1.
+    int Draw(CDC* dc, CFCoor* coor, int mode) const;
+
+    int m_nMode = 0;                                          // 0: points and walls; 1: points in the plane
+    float m_fX0 = 0, m_fY0 = 0, m_fZ0 = 0;                    // origin, mm
+    CString m_strKuaX = "6.0*10", m_strKuaY = "6.0*10", m_strKuaZ = "0*0";  // spacings, m
+};
