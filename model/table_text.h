@@ -17,3 +17,10 @@ CString GetCenteredTextLine(const CString& line, int width);
 
 /// Fields set apart by tabs, each filled with spaces to `width` columns, at least one space behind it.
 CString GetTabbedText(const CString& text, int width);
+
+// Exercisers: each does a round trip on values of its own, through a temporary file where files are meant,
+// and gives 1 if all is as it should be.
+int TestTabbedText();
+int test_get_word();
+int Test_WriteFloatArray();
+int Test_ReadFloatArray();

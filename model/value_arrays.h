@@ -40,6 +40,6 @@ void SortFloatPointArray(CArray<CFPoint, CFPoint>& points, char axis);
 /// The size and a comma, then the values as "%.5f" with `sep` between them; then `sep` if `endSep` and a
 /// newline if `newline`. The comma behind the size stays one whatever `sep` is, so only a comma reads back.
 void WriteFloatArray(const CArray<float, float>* a, std::FILE* f, int endSep, char sep, int newline);
-/// Empties the array, then reads that form; `keepNewline` as get_word. Returns the count that stands in the
-/// file; the array holds fewer values if the file ends before.
+/// Empties the array, then reads that form; `keepNewline` as get_word. Returns how many there
+/// were: the count that stands in the file, or fewer if the file or a kept line ends before.
 int ReadFloatArray(CArray<float, float>* a, std::FILE* f, char sep, int keepNewline);
