@@ -1,6 +1,8 @@
 // What two edges share.
 #include <algorithm>
 #include <cmath>
+#include <iterator>
+#include <utility>
 
 #include "geometry/edge.h"
 #include "platform/section_intersection.h"

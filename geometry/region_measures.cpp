@@ -27,7 +27,7 @@ double DoubleArea(const CFPoint& p1, const CFPoint& p2, const CFPoint& p3) {
 
 // The point 100 units from b along a piece that b ends (sense -1) or starts (sense +1); the far end of a
 // shorter one.
-CFPoint ProbeAlong(const CFShape& s, CFPoint b, int sense) {
+CFPoint ProbeAlong(const CFShape& s, CFPoint b, double sense) {
     if (s.b == 0 || !(s.GetLength() >= kReversalProbe)) return sense < 0 ? s.GetStartPoint() : s.GetEndPoint();
     return b.Rotate(s, sense * kReversalProbe / s.GetRadius() * (s.b < 0 ? -1 : 1));
 }
@@ -78,8 +78,8 @@ float GetShiLiangJiao(const CFShoot& a, const CFShoot& b, const CFPoint& c) {
     // The path nearly reverses at b. Which way it turns is seen a little farther along the true curves.
     const bool arcA = std::fabs(a.c) > kArcEdge, arcB = std::fabs(b.c) > kArcEdge;
     if (arcA && arcB) {
-        t1 = static_cast<float>(direction_of(ProbeAlong(CFShape(a, b, a.c), b, -1), b));
-        t2 = static_cast<float>(direction_of(b, ProbeAlong(CFShape(b, c, b.c), b, +1)));
+        t1 = static_cast<float>(direction_of(ProbeAlong(CFShape(a, b, a.c), b, -1.0), b));
+        t2 = static_cast<float>(direction_of(b, ProbeAlong(CFShape(b, c, b.c), b, +1.0)));
     } else if (arcA) {
         t1 = ChordAngle(a, b);
     } else {
