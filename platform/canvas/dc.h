@@ -1,5 +1,6 @@
 // CDC: a device context, which draws on a surface in memory.
 #pragma once
+#include <cstdint>
 #include <memory>
 #include <vector>
 
@@ -12,6 +13,8 @@
 #include "platform/canvas/rgn.h"
 #include "platform/canvas/surface.h"
 
+class CEllipseRaster;
+class CSector;
 class CSpanSet;
 struct CRasterTarget;
 
@@ -108,7 +111,11 @@ public:
     BOOL Rectangle(const CRect& r) { return Rectangle(r.left, r.top, r.right, r.bottom); }
     BOOL Ellipse(int left, int top, int right, int bottom);
     BOOL Ellipse(const CRect& r) { return Ellipse(r.left, r.top, r.right, r.bottom); }
-    BOOL Polygon(const CPoint* points, int count);  // closed by itself
+    BOOL RoundRect(int left, int top, int right, int bottom, int cornerWidth, int cornerHeight);
+    BOOL RoundRect(const CRect& r, const CPoint& corner) {
+        return RoundRect(r.left, r.top, r.right, r.bottom, corner.x, corner.y);
+    }
+    BOOL Polygon(const CPoint* points, int count);  // closed by itself; inside by the polygon fill mode
 
     // Fills
     BOOL FillRgn(CRgn* region, CBrush* brush);  // under the raster mode
@@ -170,13 +177,20 @@ private:
         CRect clip;                 // always within the surface
     };
 
-    void SetDefaults();
+    /// What the pen covers of a figure, and the gaps of its dashes if they are painted too.
+    struct Stroke;
+
     CRasterTarget Target(COLORREF color, int rop) const;
     void PaintSpans(const CSpanSet& spans, COLORREF color, int rop);
-    void FillSpans(const CSpanSet& spans, const LOGBRUSH& brush, int rop);
-    void StrokePath(const CPoint* points, int count, bool closed, CSpanSet& on, CSpanSet& gaps) const;
-    void PaintStroke(CSpanSet& on, CSpanSet& gaps);
-    void ArcSpans(const CRect& rect, const struct CSector* sector, CSpanSet& on, CSpanSet& gaps) const;
+    void PaintBrush(const CSpanSet& spans, const LOGBRUSH& brush, int rop);
+    void PaintFigure(Stroke& stroke, CSpanSet* inside);
+    void AddPath(const CPoint* points, int count, bool closed, Stroke& stroke) const;
+    void AddEllipse(const CEllipseRaster& ellipse, const CSector* sector, Stroke& stroke) const;
+    bool HasPen() const { return (m_state.logPen.lopnStyle & PS_STYLE_MASK) != PS_NULL; }
+    bool IsPenDashed() const;
+    BOOL CopyBlock(const CRect& to, const CSurface* source, const CRect& from, DWORD rop);
+    bool PatternAt(int x, int y, std::uint32_t& pixel) const;
+    BOOL DrawGlyphs(int x, int y, const char* text, int count, const int* steps);
 
     std::shared_ptr<CSurface> m_pSurface;  // shared with a bitmap or a window
     State m_state;                         // as selected

@@ -57,7 +57,7 @@ enum : UINT {
 };
 enum : UINT { ETO_OPAQUE = 2, ETO_CLIPPED = 4 };
 enum : UINT {
-    DT_TOP = 0, DT_LEFT = 0, DT_CENTER = 1, DT_RIGHT = 2, DT_VCENTER = 4, DT_BOTTOM = 8, DT_WORDBREAK = 16,
+    DT_TOP = 0, DT_LEFT = 0, DT_CENTER = 1, DT_RIGHT = 2, DT_VCENTER = 4, DT_BOTTOM = 8,
     DT_SINGLELINE = 32, DT_NOCLIP = 256, DT_CALCRECT = 1024, DT_NOPREFIX = 2048
 };
 
@@ -88,7 +88,7 @@ struct LOGBRUSH {
 
 struct LOGFONT {
     int lfHeight = 0;       // > 0 height of the cell, < 0 height of the em square, 0 the default of 16; pixels
-    int lfWidth = 0;        // average advance in pixels, 0 as the face has it
+    int lfWidth = 0;        // kept, not read: the face's own width counts
     int lfEscapement = 0;   // direction of the line of text in tenths of a degree, anticlockwise
     int lfOrientation = 0;  // kept, not read: characters always stand on their line
     int lfWeight = FW_NORMAL;

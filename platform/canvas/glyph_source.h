@@ -44,9 +44,6 @@ CGlyphSource& GetGlyphSource();
 void SetGlyphSource(std::shared_ptr<CGlyphSource> source);  // null: back to the built-in one
 CGlyphSource& BuiltInGlyphSource();
 
-/// The glyph through that chain, from a cache of bounded size. The reference holds until the next call.
-struct CGlyph {
-    CGlyphMask mask;
-    double advance = 0;  // pixels along the line
-};
-const CGlyph& FindGlyph(const CGlyphRequest& request);
+/// The glyph and its step through that chain, from a cache of bounded size. The reference holds until the next call.
+const CGlyphMask& FindGlyph(const CGlyphRequest& request);
+double FindAdvance(const CGlyphRequest& request);

@@ -9,7 +9,8 @@ public:
     CPen(int style, int width, COLORREF color) { CreatePen(style, width, color); }
     CPen(int style, int width, const LOGBRUSH* brush) { ExtCreatePen(style, width, brush); }
 
-    /// PS_SOLID to PS_INSIDEFRAME. The gaps of a dashed pen take the background colour in OPAQUE mode.
+    /// PS_SOLID to PS_INSIDEFRAME. The gaps of a dashed pen one pixel wide take the background
+    /// colour in OPAQUE mode; those of wider ones are never painted.
     BOOL CreatePen(int style, int width, COLORREF color);
 
     /// With PS_GEOMETRIC and cap and join bits. The gaps of a geometric pen are never painted. A null brush pointer

@@ -1,0 +1,270 @@
+// Lines, arcs and outlined figures.
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <utility>
+
+#include "geometry/saturate.h"
+#include "platform/canvas/dc_stroke.h"
+#include "platform/canvas/ellipse_raster.h"
+#include "platform/canvas/line_raster.h"
+#include "platform/canvas/polygon_raster.h"
+#include "platform/canvas/raster_op.h"
+#include "platform/canvas/stroke_outline.h"
+
+namespace {
+
+constexpr double kPi = 3.141592653589793;
+
+int Saturated(double v) { return SaturatedInt(std::round(v)); }
+
+/// A box of pixels in 64 bits: right and bottom are not part of it.
+struct Box {
+    std::int64_t left, top, right, bottom;
+    bool IsEmpty() const { return left >= right || top >= bottom; }
+    void Deflate(std::int64_t low, std::int64_t high) {
+        left += low, top += low;
+        right -= high, bottom -= high;
+    }
+};
+
+Box Normalized(CRect r) {
+    r.NormalizeRect();
+    return {r.left, r.top, r.right, r.bottom};
+}
+
+void AddBox(const Box& box, CSpanSet& spans) {
+    const std::int64_t end = std::min<std::int64_t>(box.bottom, spans.Clip().bottom);
+    for (std::int64_t y = std::max<std::int64_t>(box.top, spans.Clip().top); y < end; ++y) {
+        spans.Add(y, box.left, box.right);
+    }
+}
+
+}  // namespace
+
+bool CDC::IsPenDashed() const {
+    const int style = m_state.logPen.lopnStyle & PS_STYLE_MASK;
+    return style >= PS_DASH && style <= PS_DASHDOTDOT;
+}
+
+CPoint CDC::MoveTo(int x, int y) { return std::exchange(m_state.position, CPoint(x, y)); }
+
+BOOL CDC::LineTo(int x, int y) {
+    if (m_pSurface == nullptr) return 0;
+    const CPoint path[] = {MoveTo(x, y), {x, y}};
+    if (!HasPen()) return 1;
+    if (m_state.logPen.lopnWidth <= 1 && !IsPenDashed()) {
+        PaintLine(Target(m_state.logPen.lopnColor, m_state.rop), path[0], path[1], false);
+        return 1;
+    }
+    Stroke stroke(m_state.clip);
+    AddPath(path, 2, false, stroke);
+    PaintFigure(stroke, nullptr);
+    return 1;
+}
+
+BOOL CDC::Polyline(const CPoint* points, int count) {
+    if (m_pSurface == nullptr || points == nullptr || count < 2) return 0;
+    Stroke stroke(m_state.clip);
+    AddPath(points, count, false, stroke);
+    PaintFigure(stroke, nullptr);
+    return 1;
+}
+
+BOOL CDC::Polygon(const CPoint* points, int count) {
+    if (m_pSurface == nullptr || points == nullptr || count < 2) return 0;
+    Stroke stroke(m_state.clip);
+    AddPath(points, count, true, stroke);
+    CSpanSet inside(m_state.clip);
+    CPolygonRaster raster(m_state.clip);
+    raster.AddPolygon(points, count);
+    raster.Finish(m_state.fillMode == WINDING, inside);
+    PaintFigure(stroke, &inside);
+    return 1;
+}
+
+BOOL CDC::Rectangle(int left, int top, int right, int bottom) {
+    if (m_pSurface == nullptr) return 0;
+    Box box = Normalized(CRect(left, top, right, bottom));
+    if (box.IsEmpty()) return 1;
+    const std::int64_t width = m_state.logPen.lopnWidth;
+    Stroke stroke(m_state.clip);
+    CSpanSet inside(m_state.clip);
+    if (m_state.logBrush.lbStyle != BS_NULL) AddBox(box, inside);
+    if (HasPen() && width <= 1 && IsPenDashed()) {
+        const int r = static_cast<int>(box.right - 1), b = static_cast<int>(box.bottom - 1);
+        const int l = static_cast<int>(box.left), t = static_cast<int>(box.top);
+        const CPoint corner[] = {{l, t}, {r, t}, {r, b}, {l, b}};
+        AddPath(corner, 4, true, stroke);
+        if (l == r && t == b) stroke.on.AddPixel(l, t);
+    } else if (HasPen()) {
+        // Corners of a rectangle stay square, so it is a ring of boxes; a dashed pen wider than a pixel draws solid.
+        if ((m_state.logPen.lopnStyle & PS_STYLE_MASK) == PS_INSIDEFRAME) box.Deflate(width / 2, (width - 1) / 2);
+        Box outer = box, inner = box;
+        outer.Deflate(-(width / 2), -((width - 1) / 2));
+        inner.Deflate((width + 1) / 2, width - (width - 1) / 2);
+        AddBox(outer, stroke.on);
+        if (!inner.IsEmpty()) {
+            CSpanSet hole(m_state.clip);
+            AddBox(inner, hole);
+            stroke.on.Subtract(hole);
+        }
+    }
+    PaintFigure(stroke, &inside);
+    return 1;
+}
+
+BOOL CDC::Ellipse(int left, int top, int right, int bottom) {
+    if (m_pSurface == nullptr) return 0;
+    Box box = Normalized(CRect(left, top, right, bottom));
+    if (box.IsEmpty()) return 1;
+    CSpanSet inside(m_state.clip);
+    if (m_state.logBrush.lbStyle != BS_NULL) {
+        CEllipseRaster(box.left, box.top, box.right - box.left, box.bottom - box.top).AddInside(inside);
+    }
+    const std::int64_t width = m_state.logPen.lopnWidth;
+    if ((m_state.logPen.lopnStyle & PS_STYLE_MASK) == PS_INSIDEFRAME) box.Deflate(width / 2, (width - 1) / 2);
+    Stroke stroke(m_state.clip);
+    if (HasPen() && !box.IsEmpty()) {
+        AddEllipse({box.left, box.top, box.right - box.left, box.bottom - box.top}, nullptr, stroke);
+    }
+    PaintFigure(stroke, &inside);
+    return 1;
+}
+
+BOOL CDC::RoundRect(int left, int top, int right, int bottom, int cornerWidth, int cornerHeight) {
+    if (m_pSurface == nullptr) return 0;
+    const Box box = Normalized(CRect(left, top, right, bottom));
+    if (box.IsEmpty()) return 1;
+    const std::int64_t width = box.right - box.left, height = box.bottom - box.top;
+    const std::int64_t w = std::clamp<std::int64_t>(std::abs(std::int64_t{cornerWidth}), 1, width);
+    const std::int64_t h = std::clamp<std::int64_t>(std::abs(std::int64_t{cornerHeight}), 1, height);
+    // An ellipse of the corners' size, pulled apart in the middle: the same rows with the gap put in.
+    const CEllipseRaster corner(box.left, box.top, w, h);
+    const auto extent = [&](std::int64_t y) {
+        const std::int64_t upper = y - box.top, lower = box.bottom - 1 - y;
+        const std::int64_t row = std::min({upper, lower, (h - 1) / 2});
+        CEllipseRaster::Extent e = row < 0 ? CEllipseRaster::Extent{} : corner.RowExtent(box.top + row, 0);
+        if (!e.IsEmpty()) e.right += width - w;
+        return e;
+    };
+    CSpanSet inside(m_state.clip);
+    Stroke stroke(m_state.clip);
+    const std::int64_t end = std::min<std::int64_t>(box.bottom, m_state.clip.bottom);
+    for (std::int64_t y = std::max<std::int64_t>(box.top, m_state.clip.top); y < end; ++y) {
+        const auto row = extent(y);
+        inside.Add(y, row.left, row.right + 1);
+        if (HasPen()) CEllipseRaster::AddRowOutline(y, extent(y - 1), row, extent(y + 1), stroke.on);
+    }
+    PaintFigure(stroke, &inside);
+    return 1;
+}
+
+BOOL CDC::AngleArc(int x, int y, int r, double start, double sweep) {
+    if (m_pSurface == nullptr || r < 0 || !std::isfinite(start) || !std::isfinite(sweep)) return 0;
+    const double from = std::fmod(start, 360.0) * kPi / 180;
+    const double turn = std::clamp(sweep, -360.0, 360.0) * kPi / 180;
+    const double to = from + std::fmod(sweep, 360.0) * kPi / 180;
+    const auto at = [&](double angle) {
+        return CPoint(Saturated(x + r * std::cos(angle)), Saturated(y - r * std::sin(angle)));
+    };
+    const CPoint first = at(from), last = at(to);
+    const CPoint path[] = {m_state.position, first};
+    m_state.position = last;
+    if (!HasPen()) return 1;
+    Stroke stroke(m_state.clip);
+    if (!(path[0] == first)) AddPath(path, 2, false, stroke);
+    if (sweep != 0) {
+        const CSector sector(from, turn);
+        const std::int64_t box = 2 * std::int64_t{r} + 1;
+        AddEllipse({std::int64_t{x} - r, std::int64_t{y} - r, box, box}, &sector, stroke);
+        if (m_state.logPen.lopnWidth <= 1 && !IsPenDashed()) {
+            stroke.on.AddPixel(first.x, first.y);
+            stroke.on.AddPixel(last.x, last.y);
+        }
+    }
+    PaintFigure(stroke, nullptr);
+    return 1;
+}
+
+BOOL CDC::Arc(const CRect& rect, const CPoint& start, const CPoint& end) {
+    if (m_pSurface == nullptr) return 0;
+    const Box box = Normalized(rect);
+    if (box.IsEmpty()) return 0;
+    if (!HasPen()) return 1;
+    const CEllipseRaster ellipse(box.left, box.top, box.right - box.left, box.bottom - box.top);
+    const auto direction = [&](const CPoint& p) {
+        return std::atan2(-static_cast<double>(ellipse.OffsetY(p.y)), static_cast<double>(ellipse.OffsetX(p.x)));
+    };
+    const double from = direction(start), to = direction(end);
+    const CSector sector(from, to > from ? to - from : to - from + 2 * kPi);
+    Stroke stroke(m_state.clip);
+    AddEllipse(ellipse, &sector, stroke);
+    PaintFigure(stroke, nullptr);
+    return 1;
+}
+
+void CDC::AddPath(const CPoint* points, int count, bool closed, Stroke& stroke) const {
+    if (!HasPen()) return;
+    const LOGPEN& pen = m_state.logPen;
+    if (pen.lopnWidth > 1) {
+        AddWideStroke(points, count, closed, pen.lopnStyle, pen.lopnWidth, stroke.on);
+        return;
+    }
+    const bool dashed = IsPenDashed();
+    std::int64_t travelled = 0;
+    for (int i = 0; i < (closed ? count : count - 1); ++i) {
+        const CPoint& a = points[i];
+        const CPoint& b = points[i + 1 < count ? i + 1 : 0];
+        WalkLine(a, b, false, m_state.clip).ForEach([&](int x, int y, std::int64_t step) {
+            const bool on = !dashed || IsDashOn(pen.lopnStyle, travelled + step);
+            (on ? stroke.on : stroke.gaps).AddPixel(x, y);
+        });
+        travelled += std::max(std::abs(std::int64_t{b.x} - a.x), std::abs(std::int64_t{b.y} - a.y));
+    }
+}
+
+void CDC::AddEllipse(const CEllipseRaster& ellipse, const CSector* sector, Stroke& stroke) const {
+    const LOGPEN& pen = m_state.logPen;
+    const bool dashed = IsPenDashed();
+    if (!dashed && (sector == nullptr || sector->IsFull())) {
+        ellipse.AddOutline(pen.lopnWidth, stroke.on);
+        return;
+    }
+    CSpanSet whole(m_state.clip);
+    ellipse.AddOutline(pen.lopnWidth, whole);
+    // Dashes go by the distance along the outline: exact for a circle, by the mean radius for others.
+    const auto w = static_cast<double>(ellipse.Width()), h = static_cast<double>(ellipse.Height());
+    const double unit = std::sqrt((w * w + h * h) / 8) / pen.lopnWidth;
+    const auto isOn = [&](double dx, double dy) {
+        const double start = sector ? sector->Start() : 0;
+        double angle = std::atan2(-dy / h, dx / w) - start;
+        if (sector && sector->IsReversed()) angle = -angle;
+        angle -= std::floor(angle / (2 * kPi)) * 2 * kPi;
+        return IsDashOn(pen.lopnStyle, static_cast<std::int64_t>(angle * unit));
+    };
+    for (const CSpan& span : whole.Spans()) {
+        const auto dy = static_cast<double>(ellipse.OffsetY(span.y));
+        for (int x = span.x0; x < span.x1; ++x) {
+            const auto dx = static_cast<double>(ellipse.OffsetX(x));
+            if (sector && !sector->Contains(dx, dy)) continue;
+            (!dashed || isOn(dx, dy) ? stroke.on : stroke.gaps).AddPixel(x, span.y);
+        }
+    }
+}
+
+void CDC::PaintFigure(Stroke& stroke, CSpanSet* inside) {
+    const LOGPEN& pen = m_state.logPen;
+    stroke.on.Normalize();
+    stroke.gaps.Normalize();
+    stroke.gaps.Subtract(stroke.on);
+    const bool paintGaps = m_state.bkMode == OPAQUE && (pen.lopnStyle & PS_GEOMETRIC) == 0;
+    if (inside != nullptr && m_state.logBrush.lbStyle != BS_NULL) {
+        inside->Normalize();
+        inside->Subtract(stroke.on);
+        if (paintGaps) inside->Subtract(stroke.gaps);
+        PaintBrush(*inside, m_state.logBrush, m_state.rop);
+    }
+    PaintSpans(stroke.on, pen.lopnColor, m_state.rop);
+    if (paintGaps) PaintSpans(stroke.gaps, m_state.bkColor, m_state.rop);
+}
