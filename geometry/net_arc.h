@@ -1,0 +1,18 @@
+// The arc of a net line from its ends and bulge, in float: the one place of this arithmetic. Not installed.
+#pragma once
+
+namespace net_arc {
+
+/// Circle and directions of an arc that runs anticlockwise from start to end.
+struct Arc {
+    float cx, cy, r;
+    float start, end;  // radians; end is not below start
+
+    float Length() const { return (end - start) * r; }
+};
+
+/// bulgeDegrees is minus half the included angle. A positive one (clockwise) counts as 0 and one below -180 as
+/// -180; nothing guards against the far centres that these give.
+Arc FromBulge(float x0, float y0, float x1, float y1, float bulgeDegrees);
+
+}  // namespace net_arc
