@@ -17,7 +17,7 @@ CFShape::CFShape(const CFPoint& p1, const CFPoint& p2, const CFPoint& p3) : r(0)
     const double cross = ux * vy - uy * vx, dot = ux * vx + uy * vy;
     const bool collinear = !(std::fabs(cross) > kFlatSine * std::hypot(ux, uy) * std::hypot(vx, vy));
     const double half = collinear ? 0 : std::atan2(std::fabs(cross), -dot);
-    InitPiece(p1, p2, cross > 0 ? -half : half);  // p3 right of the chord: anticlockwise
+    InitPiece(p1, p2, cross > 0 ? half : -half);  // p3 left of the chord: clockwise
 }
 
 void CFShape::InitPiece(const CFPoint& start, const CFPoint& end, double c) {
