@@ -1,8 +1,10 @@
 #include "model/value_arrays.h"
 
 #include <algorithm>
-#include <cmath>
+#include <cstring>
 #include <numeric>
+#include <string>
+#include <vector>
 
 #include "geometry/fpoint.h"
 #include "model/exchange_sort.h"
@@ -84,13 +86,14 @@ int ReadFloatArray(CArray<float, float>* a, std::FILE* f, char sep, int keepNewl
     const int count = LeadingInt(get_word(f, sep, word, kWordBytes, 0));
     a->RemoveAll();
     while (a->GetSize() < count) {
+        const long before = std::ftell(f);
         get_word(f, sep, word, kWordBytes, keepNewline);
         if (word[0] == 0 && (std::feof(f) || std::ferror(f))) break;
         a->Add(static_cast<float>(LeadingReal(word)));
-        // At a newline that is kept every further word would be empty, whatever the count promises.
-        const int next = keepNewline ? std::fgetc(f) : EOF;
-        if (next != EOF) std::fseek(f, -1, SEEK_CUR);
-        if (next == '\n') break;
+        // A word that no separator ended stands before a kept newline. Whatever the count promises, all
+        // further words would be empty.
+        const auto length = static_cast<long>(std::strlen(word));
+        if (keepNewline && length < kWordBytes && std::ftell(f) == before + length) break;
     }
     return a->GetSize();
 }
