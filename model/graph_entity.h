@@ -50,7 +50,7 @@ public:
     virtual void Draw(CDC*, CFCoor*) {}
     /// Mode 1: all of it lies in the region; any other mode: it touches the region.
     virtual int HitTest(const CFRegion& region, int mode);
-    virtual int HitTest(const CFRect& rect, int mode);
+    virtual int HitTest(const CFRect& rect, int mode);  // by the region form
     virtual CFRect GetFrect();
     /// Appends the snap points of the kinds in `mode` (bits of SnapKind), each with its kind beside it. Whether
     /// the primitive is asked at all is for the caller to decide, by CanSnap.

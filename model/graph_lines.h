@@ -15,8 +15,8 @@ public:
 
     unsigned long GetGraphType() override { return kGraphLine; }
     void Draw(CDC* dc, CFCoor* coor) override;
+    using CGraphEntity::HitTest;
     int HitTest(const CFRegion& region, int mode) override;
-    int HitTest(const CFRect& rect, int mode) override;
     CFRect GetFrect() override;
     void QueryAbsSnapPoint(unsigned int mode, CArray<CFPoint>& points, CArray<int>& kinds) override;
 
@@ -39,8 +39,8 @@ public:
 
     unsigned long GetGraphType() override { return kGraphArc; }
     void Draw(CDC* dc, CFCoor* coor) override;
+    using CGraphEntity::HitTest;
     int HitTest(const CFRegion& region, int mode) override;
-    int HitTest(const CFRect& rect, int mode) override;
     CFRect GetFrect() override;
     void QueryAbsSnapPoint(unsigned int mode, CArray<CFPoint>& points, CArray<int>& kinds) override;
 
@@ -61,8 +61,8 @@ public:
 
     unsigned long GetGraphType() override { return kGraphCircle; }
     void Draw(CDC* dc, CFCoor* coor) override;
+    using CGraphEntity::HitTest;
     int HitTest(const CFRegion& region, int mode) override;
-    int HitTest(const CFRect& rect, int mode) override;
     CFRect GetFrect() override;
     void QueryAbsSnapPoint(unsigned int mode, CArray<CFPoint>& points, CArray<int>& kinds) override;
 

@@ -13,8 +13,8 @@ public:
 
     unsigned long GetGraphType() override { return kGraphLocator; }
     void Draw(CDC*, CFCoor*) override {}
+    using CGraphEntity::HitTest;
     int HitTest(const CFRegion& region, int mode) override;
-    int HitTest(const CFRect& rect, int mode) override;
     CFRect GetFrect() override { return m_rcPlace; }
 
     CFRect m_rcPlace;
@@ -45,8 +45,8 @@ public:
 
     unsigned long GetGraphType() override { return kGraphPolyRgn; }
     void Draw(CDC* dc, CFCoor* coor) override;
+    using CGraphEntity::HitTest;
     int HitTest(const CFRegion& region, int mode) override;
-    int HitTest(const CFRect& rect, int mode) override;
     CFRect GetFrect() override;
     /// Those of its sides, each taken as a CGraph_Line.
     void QueryAbsSnapPoint(unsigned int mode, CArray<CFPoint>& points, CArray<int>& kinds) override;
@@ -62,8 +62,8 @@ public:
 
     unsigned long GetGraphType() override { return kGraphCircleRgn; }
     void Draw(CDC* dc, CFCoor* coor) override;
+    using CGraphEntity::HitTest;
     int HitTest(const CFRegion& region, int mode) override;
-    int HitTest(const CFRect& rect, int mode) override;
     CFRect GetFrect() override;
 
     float m_fX = 0, m_fY = 0;  // centre

@@ -1,9 +1,12 @@
 // CGraph_Text: a line of text in the model.
 #pragma once
+#include <array>
 #include <memory>
 
+#include "geometry/fpoint.h"
 #include "model/graph_entity.h"
 #include "platform/string.h"
+#include "platform/win_types.h"
 
 class CFont;
 
@@ -40,6 +43,9 @@ public:
     float m_fAngle = 0;              // direction of reading, radians, anticlockwise from the x axis
 
 private:
+    std::array<CFPoint, 4> BoxCorners() const;     // anticlockwise from the insertion point
+    CRect DeviceBox(const CFCoor& coor) const;     // of those corners
+
     int m_nFontHeight = 0;           // pixels for which m_pFont was made
     int m_nFontEscapement = 0;       // tenths of a degree for which m_pFont was made
 };
