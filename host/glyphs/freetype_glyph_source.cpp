@@ -16,8 +16,15 @@ constexpr double kFixed6 = 64;      // FreeType's 26.6 numbers
 
 // Names of files without folder and ending, best first.
 constexpr const char* kLatin[] = {"DejaVuSans", "LiberationSans-Regular", "NotoSans-Regular", "FreeSans"};
-constexpr const char* kChinese[] = {"wqy-microhei", "wqy-zenhei", "NotoSansCJK-Regular", "NotoSansCJKsc-Regular",
-                                    "DroidSansFallbackFull", "DroidSansFallback", "uming", "ukai", "gbsn00lp"};
+constexpr const char* kChinese[] = {"wqy-microhei",
+                                    "wqy-zenhei",
+                                    "NotoSansCJK-Regular",
+                                    "NotoSansCJKsc-Regular",
+                                    "DroidSansFallbackFull",
+                                    "DroidSansFallback",
+                                    "uming",
+                                    "ukai",
+                                    "gbsn00lp"};
 
 FT_Fixed Fixed16(double v) { return static_cast<FT_Fixed>(std::lround(v * kFixed16)); }
 
@@ -34,12 +41,14 @@ std::vector<std::filesystem::path> FontFilesBelow(const std::string& folder) {
     namespace fs = std::filesystem;
     std::vector<fs::path> files;
     std::error_code error;
-    constexpr auto options = fs::directory_options::skip_permission_denied | fs::directory_options::follow_directory_symlink;
+    constexpr auto options =
+        fs::directory_options::skip_permission_denied | fs::directory_options::follow_directory_symlink;
     fs::recursive_directory_iterator it(folder, options, error), end;
     while (!error && it != end) {
         if (it.depth() > 8) it.disable_recursion_pending();  // links may run in a circle
         std::string ending = it->path().extension().string();
-        std::transform(ending.begin(), ending.end(), ending.begin(), [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+        std::transform(ending.begin(), ending.end(), ending.begin(),
+                       [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
         if (ending == ".ttf" || ending == ".ttc" || ending == ".otf") files.push_back(it->path());
         it.increment(error);
     }
@@ -48,7 +57,8 @@ std::vector<std::filesystem::path> FontFilesBelow(const std::string& folder) {
 }
 
 template <std::size_t N>
-const std::filesystem::path* FirstNamed(const std::vector<std::filesystem::path>& files, const char* const (&names)[N]) {
+const std::filesystem::path* FirstNamed(const std::vector<std::filesystem::path>& files,
+                                        const char* const (&names)[N]) {
     for (const char* name : names) {
         for (const auto& file : files) {
             if (file.stem() == name) return &file;
@@ -68,7 +78,8 @@ struct FreeTypeGlyphSource::Library {
         if (handle) FT_Done_FreeType(handle);
     }
 
-    /// The glyph of the first face that has the character, loaded at the size asked for and turned; null if none has.
+    /// The glyph of the first face that has the character, loaded at the size asked for and turned; null if
+    /// none has.
     FT_GlyphSlot Load(const CGlyphRequest& request, double em) {
         for (FT_Face face : faces) {
             const FT_UInt index = FT_Get_Char_Index(face, request.code);
@@ -103,8 +114,10 @@ bool FreeTypeGlyphSource::Render(const CGlyphRequest& request, CGlyphMask& mask)
     if (glyph == nullptr || glyph->format != FT_GLYPH_FORMAT_OUTLINE) return false;
     FT_Outline& outline = glyph->outline;
     if (request.bold) FT_Outline_Embolden(&outline, static_cast<FT_Pos>(std::lround(em * kFixed6 / 24)));
-    const double cosine = std::cos(request.angle), sine = std::sin(request.angle), lean = request.italic ? 0.2 : 0;
-    FT_Matrix turn{Fixed16(cosine), Fixed16(cosine * lean - sine), Fixed16(sine), Fixed16(sine * lean + cosine)};
+    const double cosine = std::cos(request.angle), sine = std::sin(request.angle),
+                 lean = request.italic ? 0.2 : 0;
+    FT_Matrix turn{Fixed16(cosine), Fixed16(cosine * lean - sine), Fixed16(sine),
+                   Fixed16(sine * lean + cosine)};
     FT_Outline_Transform(&outline, &turn);
     if (FT_Render_Glyph(glyph, FT_RENDER_MODE_NORMAL) != 0) return false;
     const FT_Bitmap& bitmap = glyph->bitmap;
@@ -135,8 +148,9 @@ std::vector<std::string> FindFontFiles(const std::string& folder) {
     }
     FT_Library library = nullptr;
     if (FT_Init_FreeType(&library) != 0) return chosen;
-    const auto found = std::find_if(files.begin(), files.end(),
-                                    [&](const auto& file) { return HasCharacter(library, file.string(), kChineseSample); });
+    const auto found = std::find_if(files.begin(), files.end(), [&](const auto& file) {
+        return HasCharacter(library, file.string(), kChineseSample);
+    });
     if (found != files.end()) chosen.push_back(found->string());
     FT_Done_FreeType(library);
     return chosen;

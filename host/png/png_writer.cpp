@@ -46,8 +46,9 @@ bool Encode(const CSurface& surface, std::FILE* file, png_byte* row, Failure& fa
         return false;
     }
     png_init_io(png, file);
-    png_set_IHDR(png, info, static_cast<png_uint_32>(surface.Width()), static_cast<png_uint_32>(surface.Height()), 8,
-                 PNG_COLOR_TYPE_RGB, PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
+    png_set_IHDR(png, info, static_cast<png_uint_32>(surface.Width()),
+                 static_cast<png_uint_32>(surface.Height()), 8, PNG_COLOR_TYPE_RGB, PNG_INTERLACE_NONE,
+                 PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
     png_set_compression_level(png, 6);
     png_write_info(png, info);
     for (int y = 0; y < surface.Height(); ++y) {
@@ -86,7 +87,8 @@ bool WritePng(const CSurface& surface, const std::string& file, std::string& err
     }
     if (!good) {
         std::error_code none;
-        if (std::filesystem::is_regular_file(file, none)) std::filesystem::remove(file, none);  // never a device
+        if (std::filesystem::is_regular_file(file, none))
+            std::filesystem::remove(file, none);  // never a device
         error = file + ": " + reason;
     }
     return good;

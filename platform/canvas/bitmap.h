@@ -10,8 +10,8 @@ struct BITMAP {
     int bmHeight = 0;
 };
 
-/// A bitmap of 32 bits a pixel. It shares its surface with the device contexts that it is selected into: whoever
-/// goes last frees it.
+/// A bitmap of 32 bits a pixel. It shares its surface with the device contexts that it is selected into:
+/// whoever goes last frees it.
 class CBitmap : public CGdiObject {
 public:
     CBitmap() = default;

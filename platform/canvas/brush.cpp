@@ -16,13 +16,16 @@ BOOL CBrush::CreateHatchBrush(int hatch, COLORREF color) {
 BOOL CBrush::CreateBrushIndirect(const LOGBRUSH* brush) {
     if (brush == nullptr) return 0;
     switch (brush->lbStyle) {
-        case BS_SOLID: return CreateSolidBrush(brush->lbColor);
-        case BS_HATCHED: return CreateHatchBrush(brush->lbHatch, brush->lbColor);
+        case BS_SOLID:
+            return CreateSolidBrush(brush->lbColor);
+        case BS_HATCHED:
+            return CreateHatchBrush(brush->lbHatch, brush->lbColor);
         case BS_NULL:
             m_log = {BS_NULL, 0, 0};
             m_bCreated = true;
             return 1;
-        default: return 0;
+        default:
+            return 0;
     }
 }
 
@@ -42,15 +45,22 @@ int CBrush::GetLogBrush(LOGBRUSH* brush) const {
 
 bool IsOnHatch(int hatch, int x, int y) {
     const bool horizontal = (y & 7) == 4, vertical = (x & 7) == 4;
-    const bool falling = ((x ^ y) & 7) == 0;                       // like a backslash
+    const bool falling = ((x ^ y) & 7) == 0;  // like a backslash
     const bool rising = ((static_cast<unsigned>(x) + static_cast<unsigned>(y)) & 7) == 7;
     switch (hatch) {
-        case HS_HORIZONTAL: return horizontal;
-        case HS_VERTICAL: return vertical;
-        case HS_FDIAGONAL: return falling;
-        case HS_BDIAGONAL: return rising;
-        case HS_CROSS: return horizontal || vertical;
-        case HS_DIAGCROSS: return falling || rising;
-        default: return false;
+        case HS_HORIZONTAL:
+            return horizontal;
+        case HS_VERTICAL:
+            return vertical;
+        case HS_FDIAGONAL:
+            return falling;
+        case HS_BDIAGONAL:
+            return rising;
+        case HS_CROSS:
+            return horizontal || vertical;
+        case HS_DIAGCROSS:
+            return falling || rising;
+        default:
+            return false;
     }
 }

@@ -11,8 +11,8 @@ public:
 
     BOOL CreateSolidBrush(COLORREF color);
 
-    /// Lines of one pixel on a lattice of 8 that is fixed to the surface: HS_HORIZONTAL to HS_DIAGCROSS; 0 for
-    /// others. Between them stands the background colour in OPAQUE mode.
+    /// Lines of one pixel on a lattice of 8 that is fixed to the surface: HS_HORIZONTAL to HS_DIAGCROSS; 0
+    /// for others. Between them stands the background colour in OPAQUE mode.
     BOOL CreateHatchBrush(int hatch, COLORREF color);
 
     BOOL CreateBrushIndirect(const LOGBRUSH* brush);

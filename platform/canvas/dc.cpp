@@ -16,7 +16,8 @@ Value Exchange(Value& field, Value value, bool allowed) {
 }
 
 CRect Common(const CRect& a, const CRect& b) {
-    CRect r(std::max(a.left, b.left), std::max(a.top, b.top), std::min(a.right, b.right), std::min(a.bottom, b.bottom));
+    CRect r(std::max(a.left, b.left), std::max(a.top, b.top), std::min(a.right, b.right),
+            std::min(a.bottom, b.bottom));
     if (r.IsRectEmpty()) r = CRect(a.left, a.top, a.left, a.top);
     return r;
 }
@@ -79,14 +80,21 @@ BOOL CDC::RestoreDC(int number) {
 
 int CDC::GetDeviceCaps(int index) const {
     switch (index) {
-        case TECHNOLOGY: return m_bPrinting ? 2 : 1;
-        case HORZRES: return m_bPrinting && m_pSurface ? m_pSurface->Width() : GetSystemMetrics(SM_CXSCREEN);
-        case VERTRES: return m_bPrinting && m_pSurface ? m_pSurface->Height() : GetSystemMetrics(SM_CYSCREEN);
-        case BITSPIXEL: return 32;
-        case PLANES: return 1;
+        case TECHNOLOGY:
+            return m_bPrinting ? 2 : 1;
+        case HORZRES:
+            return m_bPrinting && m_pSurface ? m_pSurface->Width() : GetSystemMetrics(SM_CXSCREEN);
+        case VERTRES:
+            return m_bPrinting && m_pSurface ? m_pSurface->Height() : GetSystemMetrics(SM_CYSCREEN);
+        case BITSPIXEL:
+            return 32;
+        case PLANES:
+            return 1;
         case LOGPIXELSX:
-        case LOGPIXELSY: return 96;
-        default: return 0;
+        case LOGPIXELSY:
+            return 96;
+        default:
+            return 0;
     }
 }
 
@@ -134,7 +142,9 @@ COLORREF CDC::SetTextColor(COLORREF color) { return std::exchange(m_state.textCo
 
 UINT CDC::SetTextAlign(UINT align) { return std::exchange(m_state.textAlign, align); }
 
-int CDC::SetPolyFillMode(int mode) { return Exchange(m_state.fillMode, mode, mode == ALTERNATE || mode == WINDING); }
+int CDC::SetPolyFillMode(int mode) {
+    return Exchange(m_state.fillMode, mode, mode == ALTERNATE || mode == WINDING);
+}
 
 int CDC::SetStretchBltMode(int mode) { return std::exchange(m_nStretchMode, mode); }
 

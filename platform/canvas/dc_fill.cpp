@@ -26,10 +26,11 @@ std::uint32_t Ternary(DWORD rop, std::uint32_t p, std::uint32_t s, std::uint32_t
     return result & CRasterOp::kColorBits;
 }
 
-/// Clipped pixel range of a block's side that starts at `from`, and for each the source position of the nearest
-/// pixel, or -1 where the source has none.
+/// Clipped pixel range of a block's side that starts at `from`, and for each the source position of the
+/// nearest pixel, or -1 where the source has none.
 struct Mapping {
-    Mapping(int from, std::int64_t size, int sourceFrom, std::int64_t sourceSize, int sourceEnd, int low, int high) {
+    Mapping(int from, std::int64_t size, int sourceFrom, std::int64_t sourceSize, int sourceEnd, int low,
+            int high) {
         first = static_cast<int>(std::clamp<std::int64_t>(from, low, high));
         const auto end = static_cast<int>(std::clamp<std::int64_t>(from + size, first, high));
         source.reserve(static_cast<std::size_t>(end - first));
@@ -53,13 +54,15 @@ CRect Block(int x, int y, int width, int height) {
     return {x, y, SaturatedSum(x, width), SaturatedSum(y, height)};
 }
 
-/// Visits the pixels of `to` that have a source: visit(destination, source pixel). An overlapping source is copied
-/// first.
+/// Visits the pixels of `to` that have a source: visit(destination, source pixel). An overlapping source is
+/// copied first.
 template <typename Visit>
 void ForEachSourcePixel(CSurface& surface, const CRect& clip, const CRect& to, const CSurface& source,
                         const CRect& from, Visit visit) {
-    const Mapping columns(to.left, WidthOf(to), from.left, WidthOf(from), source.Width(), clip.left, clip.right);
-    const Mapping rows(to.top, HeightOf(to), from.top, HeightOf(from), source.Height(), clip.top, clip.bottom);
+    const Mapping columns(to.left, WidthOf(to), from.left, WidthOf(from), source.Width(), clip.left,
+                          clip.right);
+    const Mapping rows(to.top, HeightOf(to), from.top, HeightOf(from), source.Height(), clip.top,
+                       clip.bottom);
     if (columns.source.empty() || rows.source.empty()) return;
     CSurface copy;
     const CSurface* read = &source;
@@ -199,14 +202,6 @@ BOOL CDC::CopyBlock(const CRect& to, const CSurface* source, const CRect& from, 
         std::uint32_t p = 0;
         if (!pattern || PatternAt(x, y, p)) d = Ternary(rop, p, s, d);
     };
-    if (!UsesSource(rop)) {
-        CRect r = to;
-        ClipTo(r, m_state.clip);
-        for (int y = r.top; y < r.bottom; ++y) {
-            for (int x = r.left; x < r.right; ++x) combine(m_pSurface->Row(y)[x], 0, x, y);
-        }
-        return 1;
-    }
     if (source == nullptr || from.IsRectEmpty()) return 0;
     if ((rop >> 16 & 0xFF) == (SRCCOPY >> 16 & 0xFF)) {
         ForEachSourcePixel(*m_pSurface, m_state.clip, to, *source, from,
@@ -219,15 +214,19 @@ BOOL CDC::CopyBlock(const CRect& to, const CSurface* source, const CRect& from, 
 
 BOOL CDC::BitBlt(int x, int y, int width, int height, CDC* source, int sourceX, int sourceY, DWORD rop) {
     if (width < 1 || height < 1) return 0;
+    if (!UsesSource(rop)) return PatBlt(x, y, width, height, rop);
     // One size for both, so that a saturated sum stretches nothing.
     const CSurface* surface = source ? source->Surface() : nullptr;
-    if (m_pSurface && surface && surface != m_pSurface.get() && (rop >> 16 & 0xFF) == (SRCCOPY >> 16 & 0xFF)) {
+    if (m_pSurface && surface && surface != m_pSurface.get() &&
+        (rop >> 16 & 0xFF) == (SRCCOPY >> 16 & 0xFF)) {
         const std::int64_t shiftX = std::int64_t{sourceX} - x, shiftY = std::int64_t{sourceY} - y;
         const CRect& clip = m_state.clip;
         const auto left = std::max<std::int64_t>({x, clip.left, -shiftX});
         const auto top = std::max<std::int64_t>({y, clip.top, -shiftY});
-        const auto right = std::min<std::int64_t>({std::int64_t{x} + width, clip.right, surface->Width() - shiftX});
-        const auto bottom = std::min<std::int64_t>({std::int64_t{y} + height, clip.bottom, surface->Height() - shiftY});
+        const auto right =
+            std::min<std::int64_t>({std::int64_t{x} + width, clip.right, surface->Width() - shiftX});
+        const auto bottom =
+            std::min<std::int64_t>({std::int64_t{y} + height, clip.bottom, surface->Height() - shiftY});
         for (std::int64_t row = top; row < bottom && left < right; ++row) {
             const std::uint32_t* from = surface->Row(static_cast<int>(row + shiftY)) + (left + shiftX);
             std::copy(from, from + (right - left), m_pSurface->Row(static_cast<int>(row)) + left);
@@ -239,18 +238,31 @@ BOOL CDC::BitBlt(int x, int y, int width, int height, CDC* source, int sourceX, 
     return CopyBlock(Block(x, y, w, h), surface, Block(sourceX, sourceY, w, h), rop);
 }
 
-BOOL CDC::StretchBlt(int x, int y, int width, int height, CDC* source, int sourceX, int sourceY, int sourceWidth,
-                     int sourceHeight, DWORD rop) {
+BOOL CDC::StretchBlt(int x, int y, int width, int height, CDC* source, int sourceX, int sourceY,
+                     int sourceWidth, int sourceHeight, DWORD rop) {
     if (width < 1 || height < 1) return 0;
+    if (!UsesSource(rop)) return PatBlt(x, y, width, height, rop);
     return CopyBlock(Block(x, y, width, height), source ? source->Surface() : nullptr,
                      Block(sourceX, sourceY, sourceWidth, sourceHeight), rop);
 }
 
+// Without a source, pattern and surface remain: the same truth table as a raster mode's.
 BOOL CDC::PatBlt(int x, int y, int width, int height, DWORD rop) {
-    if (UsesSource(rop)) return 0;
+    if (m_pSurface == nullptr || UsesSource(rop)) return 0;
     CRect block = Block(x, y, width, height);
     block.NormalizeRect();
-    return block.IsRectEmpty() ? 1 : CopyBlock(block, nullptr, CRect(), rop);
+    const auto table = static_cast<int>(rop >> 16 & 0xFF);
+    const int mode = ((table >> 4 & 3) << 2 | (table & 3)) + 1;
+    CSpanSet spans(m_state.clip);
+    const int end = std::min(block.bottom, m_state.clip.bottom);
+    for (int row = std::max(block.top, m_state.clip.top); row < end; ++row)
+        spans.Add(row, block.left, block.right);
+    if (UsesPattern(rop)) {
+        PaintBrush(spans, m_state.logBrush, mode);
+    } else {
+        PaintSpans(spans, 0, mode);
+    }
+    return 1;
 }
 
 BOOL TransparentBlt2(HDC dst, int x, int y, int width, int height, HDC src, int sourceX, int sourceY,
@@ -282,10 +294,12 @@ BOOL DrawIconEx(HDC dc, int x, int y, HICON icon, int width, int height, UINT, c
     for (std::size_t i = 0; i < image.Pixels().size(); ++i) {
         const bool paints = everywhere || mask[i] != 0;
         // Bit 24 and up are free in a pixel.
-        opaque.Row(0)[i] = ((flags & DI_IMAGE) != 0 ? image.Pixels()[i] & CRasterOp::kColorBits : 0u) | (paints ? 1u << 24 : 0u);
+        opaque.Row(0)[i] = ((flags & DI_IMAGE) != 0 ? image.Pixels()[i] & CRasterOp::kColorBits : 0u) |
+                           (paints ? 1u << 24 : 0u);
     }
-    ForEachSourcePixel(*dc->Surface(), clip, to, opaque, from, [](std::uint32_t& d, std::uint32_t s, int, int) {
-        if (s >> 24 != 0) d = s & CRasterOp::kColorBits;
-    });
+    ForEachSourcePixel(*dc->Surface(), clip, to, opaque, from,
+                       [](std::uint32_t& d, std::uint32_t s, int, int) {
+                           if (s >> 24 != 0) d = s & CRasterOp::kColorBits;
+                       });
     return 1;
 }

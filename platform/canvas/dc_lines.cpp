@@ -98,8 +98,10 @@ BOOL CDC::Rectangle(int left, int top, int right, int bottom) {
         AddPath(corner, 4, true, stroke);
         if (l == r && t == b) stroke.on.AddPixel(l, t);
     } else if (HasPen()) {
-        // Corners of a rectangle stay square, so it is a ring of boxes; a dashed pen wider than a pixel draws solid.
-        if ((m_state.logPen.lopnStyle & PS_STYLE_MASK) == PS_INSIDEFRAME) box.Deflate(width / 2, (width - 1) / 2);
+        // Corners of a rectangle stay square, so it is a ring of boxes; a dashed pen wider than a pixel draws
+        // solid.
+        if ((m_state.logPen.lopnStyle & PS_STYLE_MASK) == PS_INSIDEFRAME)
+            box.Deflate(width / 2, (width - 1) / 2);
         Box outer = box, inner = box;
         outer.Deflate(-(width / 2), -((width - 1) / 2));
         inner.Deflate((width + 1) / 2, width - (width - 1) / 2);
@@ -194,7 +196,8 @@ BOOL CDC::Arc(const CRect& rect, const CPoint& start, const CPoint& end) {
     if (!HasPen()) return 1;
     const CEllipseRaster ellipse(box.left, box.top, box.right - box.left, box.bottom - box.top);
     const auto direction = [&](const CPoint& p) {
-        return std::atan2(-static_cast<double>(ellipse.OffsetY(p.y)), static_cast<double>(ellipse.OffsetX(p.x)));
+        return std::atan2(-static_cast<double>(ellipse.OffsetY(p.y)),
+                          static_cast<double>(ellipse.OffsetX(p.x)));
     };
     const double from = direction(start), to = direction(end);
     const CSector sector(from, to > from ? to - from : to - from + 2 * kPi);
@@ -231,11 +234,12 @@ void CDC::AddEllipse(const CEllipseRaster& ellipse, const CSector* sector, Strok
         ellipse.AddOutline(pen.lopnWidth, stroke.on);
         return;
     }
-    CSpanSet whole(m_state.clip);
+    CSpanSet whole(sector ? sector->Bounds(ellipse, pen.lopnWidth, m_state.clip) : m_state.clip);
     ellipse.AddOutline(pen.lopnWidth, whole);
     // Dashes go by the distance along the outline: exact for a circle, by the mean radius for others.
     const auto w = static_cast<double>(ellipse.Width()), h = static_cast<double>(ellipse.Height());
     const double unit = std::sqrt((w * w + h * h) / 8) / pen.lopnWidth;
+    enum Kind { kNone, kOn, kGap };
     const auto isOn = [&](double dx, double dy) {
         const double start = sector ? sector->Start() : 0;
         double angle = std::atan2(-dy / h, dx / w) - start;
@@ -245,10 +249,17 @@ void CDC::AddEllipse(const CEllipseRaster& ellipse, const CSector* sector, Strok
     };
     for (const CSpan& span : whole.Spans()) {
         const auto dy = static_cast<double>(ellipse.OffsetY(span.y));
-        for (int x = span.x0; x < span.x1; ++x) {
-            const auto dx = static_cast<double>(ellipse.OffsetX(x));
-            if (sector && !sector->Contains(dx, dy)) continue;
-            (!dashed || isOn(dx, dy) ? stroke.on : stroke.gaps).AddPixel(x, span.y);
+        const auto firstX = static_cast<double>(ellipse.OffsetX(span.x0));
+        const auto kindAt = [&](int x) {
+            const double dx = firstX + 2.0 * (x - span.x0);
+            if (sector && !sector->Contains(dx, dy)) return kNone;
+            return !dashed || isOn(dx, dy) ? kOn : kGap;
+        };
+        for (int x = span.x0; x < span.x1;) {
+            const Kind kind = kindAt(x);
+            const int from = x++;
+            while (x < span.x1 && kindAt(x) == kind) ++x;
+            if (kind != kNone) (kind == kOn ? stroke.on : stroke.gaps).Add(span.y, from, x);
         }
     }
 }

@@ -29,9 +29,11 @@ std::vector<char32_t> Decode(std::string_view text) {
     std::vector<char32_t> codes;
     for (std::size_t i = 0; i < text.size();) {
         const auto lead = static_cast<unsigned char>(text[i]);
-        const std::size_t more = lead < 0x80 ? 0 : lead >= 0xC2 && lead < 0xE0 ? 1 : lead >= 0xE0 && lead < 0xF0 ? 2
-                                 : lead >= 0xF0 && lead < 0xF5                 ? 3
-                                                                               : text.size();
+        const std::size_t more = lead < 0x80                   ? 0
+                                 : lead >= 0xC2 && lead < 0xE0 ? 1
+                                 : lead >= 0xE0 && lead < 0xF0 ? 2
+                                 : lead >= 0xF0 && lead < 0xF5 ? 3
+                                                               : text.size();
         char32_t code = more == 0 ? lead : lead & (0x3Fu >> more);
         bool whole = more < text.size() - i;
         for (std::size_t k = 1; whole && k <= more; ++k) {
@@ -90,12 +92,16 @@ struct Line {
 };
 
 /// A band along the text, `from` and `to` pixels below the baseline.
-void AddBand(const Face& face, double x, double y, double length, double from, double to, CPolygonRaster& raster) {
+void AddBand(const Face& face, double x, double y, double length, double from, double to,
+             CPolygonRaster& raster) {
     const auto place = [&](double along, double down) {
-        return std::pair(x + along * face.cosine + down * face.sine, y - along * face.sine + down * face.cosine);
+        return std::pair(x + along * face.cosine + down * face.sine,
+                         y - along * face.sine + down * face.cosine);
     };
-    const std::pair<double, double> p[] = {place(0, from), place(length, from), place(length, to), place(0, to)};
-    for (int i = 0; i < 4; ++i) raster.AddSide(p[i].first, p[i].second, p[(i + 1) % 4].first, p[(i + 1) % 4].second);
+    const std::pair<double, double> p[] = {place(0, from), place(length, from), place(length, to),
+                                           place(0, to)};
+    for (int i = 0; i < 4; ++i)
+        raster.AddSide(p[i].first, p[i].second, p[(i + 1) % 4].first, p[(i + 1) % 4].second);
 }
 
 /// Rounding noise of a turn by a right angle must not move an edge across a pixel.
@@ -107,7 +113,8 @@ BOOL CDC::TextOut(int x, int y, const char* text, int count) {
     return ExtTextOut(x, y, 0, nullptr, text, count, nullptr);
 }
 
-BOOL CDC::ExtTextOut(int x, int y, UINT options, const CRect* rect, const char* text, int count, const int* steps) {
+BOOL CDC::ExtTextOut(int x, int y, UINT options, const CRect* rect, const char* text, int count,
+                     const int* steps) {
     if (m_pSurface == nullptr) return 0;
     const CRect clip = m_state.clip;
     if (rect != nullptr && (options & ETO_OPAQUE) != 0) {
@@ -133,11 +140,14 @@ BOOL CDC::DrawGlyphs(int x, int y, const char* text, int count, const int* steps
     const double height = face.request.height;
     const UINT across = m_state.textAlign & TA_CENTER, upright = m_state.textAlign & TA_BASELINE;
     const double back = across == TA_CENTER ? line.length / 2 : across == TA_RIGHT ? line.length : 0;
-    const double down = upright == TA_BASELINE ? 0 : upright == TA_BOTTOM ? face.ascent - height : face.ascent;
+    const double down = upright == TA_BASELINE ? 0
+                        : upright == TA_BOTTOM ? face.ascent - height
+                                               : face.ascent;
     const double startX = from.x - back * face.cosine + down * face.sine;
     const double startY = from.y + back * face.sine + down * face.cosine;
     if (moves) {
-        m_state.position = {Saturated(from.x + line.length * face.cosine), Saturated(from.y - line.length * face.sine)};
+        m_state.position = {Saturated(from.x + line.length * face.cosine),
+                            Saturated(from.y - line.length * face.sine)};
     }
 
     const CRect& clip = m_state.clip;
@@ -172,8 +182,10 @@ BOOL CDC::DrawGlyphs(int x, int y, const char* text, int count, const int* steps
             const CGlyphMask& mask = FindGlyph(request);
             const int left = Saturated(penX) + mask.left, top = Saturated(penY) + mask.top;
             const int x0 = std::max(left, clip.left), x1 = std::min(left + mask.width, clip.right);
-            for (int row = std::max(top, clip.top); row < std::min(top + mask.height, clip.bottom) && x0 < x1; ++row) {
-                const auto offset = static_cast<std::size_t>(row - top) * static_cast<std::size_t>(mask.width);
+            for (int row = std::max(top, clip.top); row < std::min(top + mask.height, clip.bottom) && x0 < x1;
+                 ++row) {
+                const auto offset =
+                    static_cast<std::size_t>(row - top) * static_cast<std::size_t>(mask.width);
                 paint(row, x0, x1, mask.coverage.data() + offset + (x0 - left));
             }
         }
@@ -227,7 +239,8 @@ int CDC::DrawText(const char* text, int count, CRect* rect, UINT format) {
     const auto total = static_cast<double>(metrics.tmHeight) * static_cast<double>(lines.size());
     const int height = Saturated(total);
     int widest = 0;
-    for (const auto& one : lines) widest = std::max(widest, GetTextExtent(one.data(), static_cast<int>(one.size())).cx);
+    for (const auto& one : lines)
+        widest = std::max(widest, GetTextExtent(one.data(), static_cast<int>(one.size())).cx);
     if ((format & DT_CALCRECT) != 0) {
         rect->right = Saturated(static_cast<double>(rect->left) + widest);
         rect->bottom = Saturated(rect->top + total);
@@ -243,8 +256,11 @@ int CDC::DrawText(const char* text, int count, CRect* rect, UINT format) {
     if (single && (format & DT_BOTTOM) != 0) y += space;
     for (const auto& one : lines) {
         const int bytes = static_cast<int>(one.size());
-        const double free = static_cast<double>(rect->right) - rect->left - GetTextExtent(one.data(), bytes).cx;
-        const double x = rect->left + ((format & DT_CENTER) != 0 ? std::floor(free / 2) : (format & DT_RIGHT) != 0 ? free : 0);
+        const double free =
+            static_cast<double>(rect->right) - rect->left - GetTextExtent(one.data(), bytes).cx;
+        const double x = rect->left + ((format & DT_CENTER) != 0  ? std::floor(free / 2)
+                                       : (format & DT_RIGHT) != 0 ? free
+                                                                  : 0);
         TextOut(Saturated(x), Saturated(y), one.data(), bytes);
         y += metrics.tmHeight;
     }

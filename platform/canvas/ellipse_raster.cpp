@@ -4,13 +4,16 @@
 #include <cmath>
 #include <cstdlib>
 
+#include "geometry/saturate.h"
+
 namespace {
 constexpr double kPi = 3.141592653589793;
 }
 
-// In half pixels from the centre, x^2 H^2 + y^2 W^2 <= W^2 H^2 with W, H the box's sides in pixels. Every operation
-// below rounds monotonically, so extents shrink steadily from the middle row outwards even where the numbers are too
-// large to be exact. Circles are exact up to a radius of 3e7 and never more than a pixel off beyond.
+// In half pixels from the centre, x^2 H^2 + y^2 W^2 <= W^2 H^2 with W, H the box's sides in pixels. Every
+// operation below rounds monotonically, so extents shrink steadily from the middle row outwards even where
+// the numbers are too large to be exact. Circles are exact up to a radius of 3e7 and never more than a pixel
+// off beyond.
 CEllipseRaster::Extent CEllipseRaster::RowExtent(std::int64_t y, std::int64_t grow) const {
     const std::int64_t height = m_height + grow, width = m_width + grow;
     const std::int64_t offset = std::abs(OffsetY(y));
@@ -23,7 +26,8 @@ CEllipseRaster::Extent CEllipseRaster::RowExtent(std::int64_t y, std::int64_t gr
     } else {
         const auto h = static_cast<double>(height);
         const double slice = static_cast<double>(height - offset) * static_cast<double>(height + offset);
-        const double x = width == height ? std::sqrt(slice) : std::sqrt(slice) * (static_cast<double>(width) / h);
+        const double x =
+            width == height ? std::sqrt(slice) : std::sqrt(slice) * (static_cast<double>(width) / h);
         reach = std::min(static_cast<std::int64_t>(x), width);
     }
     if ((reach & 1) != parity) --reach;
@@ -69,8 +73,8 @@ void CEllipseRaster::AddOutline(int penWidth, CSpanSet& spans) const {
     }
 }
 
-void CEllipseRaster::AddRowOutline(std::int64_t y, const Extent& above, const Extent& row, const Extent& below,
-                                   CSpanSet& spans) {
+void CEllipseRaster::AddRowOutline(std::int64_t y, const Extent& above, const Extent& row,
+                                   const Extent& below, CSpanSet& spans) {
     if (row.IsEmpty()) return;
     const std::int64_t left = std::max({row.left, above.left - 1, below.left - 1});
     const std::int64_t right = std::min({row.right, above.right + 1, below.right + 1});
@@ -98,8 +102,36 @@ bool CSector::Contains(double dx, double dy) const {
     if (m_bFull) return true;
     constexpr double kSlack = 1.0;  // half a pixel
     // With y down, a x p < 0 says that p lies anticlockwise of a.
-    const double pastLow = m_ay * dx - m_ax * dy;    // distance anticlockwise of the lower limit
+    const double pastLow = m_ay * dx - m_ax * dy;     // distance anticlockwise of the lower limit
     const double beforeHigh = m_bx * dy - m_by * dx;  // distance clockwise of the upper limit
     if (!m_bWide) return pastLow >= -kSlack && beforeHigh >= -kSlack && m_mx * dx + m_my * dy >= -kSlack;
     return pastLow >= -kSlack || beforeHigh >= -kSlack;
+}
+
+CRect CSector::Bounds(const CEllipseRaster& ellipse, int penWidth, const CRect& clip) const {
+    // The box of both limits and of the axis ends between them, each on the ellipse; none of it matters for a
+    // sector that is nearly full.
+    if (m_bFull) return clip;
+    const double a = static_cast<double>(ellipse.Width()) / 2, b = static_cast<double>(ellipse.Height()) / 2;
+    double left = 1e300, top = 1e300, right = -1e300, bottom = -1e300;
+    const auto add = [&](double dx, double dy) {
+        const double reach = std::hypot(dx / a, dy / b);  // a direction, pulled onto the ellipse
+        if (!(reach > 0)) return;
+        left = std::min(left, dx / reach), right = std::max(right, dx / reach);
+        top = std::min(top, dy / reach), bottom = std::max(bottom, dy / reach);
+    };
+    add(m_ax, m_ay), add(m_bx, m_by);
+    // Twice the distance, as Contains takes half pixels.
+    if (Contains(2 * a, 0)) add(1, 0);
+    if (Contains(-2 * a, 0)) add(-1, 0);
+    if (Contains(0, 2 * b)) add(0, 1);
+    if (Contains(0, -2 * b)) add(0, -1);
+    const double margin = penWidth + 2;
+    const auto cut = [](double v, int low, int high) { return SaturatedInt(std::floor(v), low, high); };
+    CRect r;
+    r.left = cut(ellipse.CentreX() + left - margin, clip.left, clip.right);
+    r.top = cut(ellipse.CentreY() + top - margin, clip.top, clip.bottom);
+    r.right = cut(ellipse.CentreX() + right + margin + 1, clip.left, clip.right);
+    r.bottom = cut(ellipse.CentreY() + bottom + margin + 1, clip.top, clip.bottom);
+    return r;
 }

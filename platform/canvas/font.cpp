@@ -15,8 +15,9 @@ void SetFace(LOGFONT& font, const char* face) {
 
 }  // namespace
 
-BOOL CFont::CreateFont(int height, int width, int escapement, int orientation, int weight, int italic, int underline,
-                       int strikeOut, int charSet, int, int, int quality, int, const char* face) {
+BOOL CFont::CreateFont(int height, int width, int escapement, int orientation, int weight, int italic,
+                       int underline, int strikeOut, int charSet, int, int, int quality, int,
+                       const char* face) {
     LOGFONT font;
     font.lfHeight = height;
     font.lfWidth = width;

@@ -8,9 +8,9 @@ class CFont : public CGdiObject {
 public:
     CFont() = default;
 
-    BOOL CreateFont(int height, int width, int escapement, int orientation, int weight, int italic, int underline,
-                    int strikeOut, int charSet, int outPrecision, int clipPrecision, int quality,
-                    int pitchAndFamily, const char* face);
+    BOOL CreateFont(int height, int width, int escapement, int orientation, int weight, int italic,
+                    int underline, int strikeOut, int charSet, int outPrecision, int clipPrecision,
+                    int quality, int pitchAndFamily, const char* face);
     BOOL CreateFontIndirect(const LOGFONT* font);
     BOOL CreatePointFont(int tenthsOfPoint, const char* face, CDC* dc = nullptr);  // at 96 dots an inch
     BOOL CreateStockObject(int index) override;

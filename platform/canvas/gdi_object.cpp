@@ -20,8 +20,10 @@ CGdiObject* GetStockObject(int index) {
     static auto& pens = *new std::array<CPen, 3>;
     static auto& font = *new CFont;
     static const bool made = [] {
-        for (int i = WHITE_BRUSH; i <= NULL_BRUSH; ++i) brushes[static_cast<std::size_t>(i)].CreateStockObject(i);
-        for (int i = WHITE_PEN; i <= NULL_PEN; ++i) pens[static_cast<std::size_t>(i - WHITE_PEN)].CreateStockObject(i);
+        for (int i = WHITE_BRUSH; i <= NULL_BRUSH; ++i)
+            brushes[static_cast<std::size_t>(i)].CreateStockObject(i);
+        for (int i = WHITE_PEN; i <= NULL_PEN; ++i)
+            pens[static_cast<std::size_t>(i - WHITE_PEN)].CreateStockObject(i);
         return font.CreateStockObject(SYSTEM_FONT) != 0;
     }();
     static_cast<void>(made);

@@ -2,9 +2,9 @@
 #pragma once
 #include "platform/canvas/gdi_types.h"
 
-/// A pen, brush, font, bitmap or region. A device context copies what it needs when an object is selected, so an
-/// object may be changed, deleted or destroyed while selected without harm to the context's drawing; only the
-/// pointer that the next SelectObject hands back must not be used then.
+/// A pen, brush, font, bitmap or region. A device context copies what it needs when an object is selected, so
+/// an object may be changed, deleted or destroyed while selected without harm to the context's drawing; only
+/// the pointer that the next SelectObject hands back must not be used then.
 class CGdiObject {
 public:
     CGdiObject() = default;

@@ -4,14 +4,16 @@
 
 #include "platform/win_types.h"
 
+// clang-format off: the tables of constants read better unbroken
+
 class CDC;
 class CGdiObject;
 
 using HDC = CDC*;  // a device context is its own handle
 using HGDIOBJ = CGdiObject*;
 
-// Raster modes: what a drawn pixel makes of pen (P) and surface (D). The mode less one, read as four bits, is the
-// truth table: bit 2 P + D holds the result.
+// Raster modes: what a drawn pixel makes of pen (P) and surface (D). The mode less one, read as four bits, is
+// the truth table: bit 2 P + D holds the result.
 enum : int {
     R2_BLACK = 1, R2_NOTMERGEPEN = 2, R2_MASKNOTPEN = 3, R2_NOTCOPYPEN = 4, R2_MASKPENNOT = 5, R2_NOT = 6,
     R2_XORPEN = 7, R2_NOTMASKPEN = 8, R2_MASKPEN = 9, R2_NOTXORPEN = 10, R2_NOP = 11, R2_MERGENOTPEN = 12,
@@ -36,13 +38,16 @@ enum : int {
 
 // Brush and hatch styles.
 enum : int { BS_SOLID = 0, BS_NULL = 1, BS_HOLLOW = 1, BS_HATCHED = 2 };
-enum : int { HS_HORIZONTAL = 0, HS_VERTICAL = 1, HS_FDIAGONAL = 2, HS_BDIAGONAL = 3, HS_CROSS = 4, HS_DIAGCROSS = 5 };
+enum : int {
+    HS_HORIZONTAL = 0, HS_VERTICAL = 1, HS_FDIAGONAL = 2, HS_BDIAGONAL = 3, HS_CROSS = 4, HS_DIAGCROSS = 5
+};
 
 // Stock objects.
 enum : int {
     WHITE_BRUSH = 0, LTGRAY_BRUSH = 1, GRAY_BRUSH = 2, DKGRAY_BRUSH = 3, BLACK_BRUSH = 4, NULL_BRUSH = 5,
     HOLLOW_BRUSH = 5, WHITE_PEN = 6, BLACK_PEN = 7, NULL_PEN = 8, OEM_FIXED_FONT = 10, ANSI_FIXED_FONT = 11,
-    ANSI_VAR_FONT = 12, SYSTEM_FONT = 13, DEVICE_DEFAULT_FONT = 14, SYSTEM_FIXED_FONT = 16, DEFAULT_GUI_FONT = 17
+    ANSI_VAR_FONT = 12, SYSTEM_FONT = 13, DEVICE_DEFAULT_FONT = 14, SYSTEM_FIXED_FONT = 16,
+    DEFAULT_GUI_FONT = 17
 };
 
 enum : int { TRANSPARENT = 1, OPAQUE = 2 };                           // background modes
@@ -68,7 +73,9 @@ enum : int {
 };
 
 // Device capabilities.
-enum : int { TECHNOLOGY = 2, HORZRES = 8, VERTRES = 10, BITSPIXEL = 12, PLANES = 14, LOGPIXELSX = 88, LOGPIXELSY = 90 };
+enum : int {
+    TECHNOLOGY = 2, HORZRES = 8, VERTRES = 10, BITSPIXEL = 12, PLANES = 14, LOGPIXELSX = 88, LOGPIXELSY = 90
+};
 
 enum : UINT { DI_MASK = 1, DI_IMAGE = 2, DI_NORMAL = 3 };  // what DrawIconEx paints
 
@@ -87,7 +94,7 @@ struct LOGBRUSH {
 };
 
 struct LOGFONT {
-    int lfHeight = 0;       // > 0 height of the cell, < 0 height of the em square, 0 the default of 16; pixels
+    int lfHeight = 0;       // pixels: > 0 of the cell, < 0 of the em square, 0 the default of 16
     int lfWidth = 0;        // kept, not read: the face's own width counts
     int lfEscapement = 0;   // direction of the line of text in tenths of a degree, anticlockwise
     int lfOrientation = 0;  // kept, not read: characters always stand on their line

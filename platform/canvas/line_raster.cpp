@@ -10,13 +10,20 @@ std::int64_t FloorDiv(Wide a, Wide b) {  // b > 0
 }
 std::int64_t CeilDiv(Wide a, Wide b) { return -FloorDiv(-a, b); }
 
-bool Inside(const CRect& r, const CPoint& p) { return p.x >= r.left && p.x < r.right && p.y >= r.top && p.y < r.bottom; }
+bool Inside(const CRect& r, const CPoint& p) {
+    return p.x >= r.left && p.x < r.right && p.y >= r.top && p.y < r.bottom;
+}
 
 /// Steps at which a coordinate that starts at `from` and moves by `sign` a step lies in [low, high).
-void KeepSteps(std::int64_t from, int sign, std::int64_t low, std::int64_t high, std::int64_t& first, std::int64_t& end) {
+void KeepSteps(std::int64_t from, int sign, std::int64_t low, std::int64_t high, std::int64_t& first,
+               std::int64_t& end) {
     first = std::max(first, sign > 0 ? low - from : from - (high - 1));
     end = std::min(end, sign > 0 ? high - from : from - low + 1);
 }
+
+constexpr int kFraction = 40;  // bits
+// Steps are at most CSurface::kMaxSide = 2^15 and each is short by less than 2^-40, so all of them by 2^-25.
+constexpr std::int64_t kFixedLimit = std::int64_t{1} << 22;
 
 constexpr CDash kDash[] = {{18, 6}};
 constexpr CDash kDot[] = {{3, 3}};
@@ -38,7 +45,8 @@ CLineWalk WalkLine(const CPoint& a, const CPoint& b, bool withLast, const CRect&
     walk.whole = 2 * major;
     (steep ? walk.majorY : walk.majorX) = steep ? signY : signX;
     (steep ? walk.minorX : walk.minorY) = minorSign;
-    // Across, step i lies (2 minor i + half) / (2 major) pixels off; one less than the half rounds a tie down.
+    // Across, step i lies (2 minor i + half) / (2 major) pixels off; one less than the half rounds a tie
+    // down.
     const std::int64_t half = minorSign > 0 ? major - 1 : major;
 
     std::int64_t first = 0, end = major + (withLast ? 1 : 0);
@@ -58,7 +66,8 @@ CLineWalk WalkLine(const CPoint& a, const CPoint& b, bool withLast, const CRect&
         std::int64_t low = 0, high = minor + 1;  // offsets across
         KeepSteps(steep ? a.y : a.x, steep ? signY : signX, steep ? clip.top : clip.left,
                   steep ? clip.bottom : clip.right, first, end);
-        KeepSteps(minorFrom, minorSign, steep ? clip.left : clip.top, steep ? clip.right : clip.bottom, low, high);
+        KeepSteps(minorFrom, minorSign, steep ? clip.left : clip.top, steep ? clip.right : clip.bottom, low,
+                  high);
         if (low >= high) return walk;
         if (minor > 0) {
             // First step whose offset is at least `low`, and the first whose offset is `high`.
@@ -88,11 +97,27 @@ void PaintLine(const CRasterTarget& target, const CPoint& a, const CPoint& b, bo
         target.PaintRun(walk.y, std::min(walk.x, other), std::max(walk.x, other) + 1);
         return;
     }
-    std::uint32_t* p = target.At(walk.x, walk.y);
+    std::uint32_t* const start = target.At(walk.x, walk.y);
     const std::ptrdiff_t major = walk.majorX + walk.majorY * target.stride;
     const std::ptrdiff_t minor = walk.minorX + walk.minorY * target.stride;
     const auto step = [&](auto paint) {
+        if (walk.whole < kFixedLimit) {
+            // The rest as a binary fraction of `whole`, so that a step is one addition and the crossings are
+            // its whole part. Half a unit more keeps exact halves off the border; the margin of 1 / (2 whole)
+            // is larger than what the rounding of the slope can gather over the steps of the widest surface.
+            const std::int64_t slope = (walk.add << kFraction) / walk.whole;
+            const std::int64_t rest = 2 * (walk.rest + walk.whole) + 1;
+            std::int64_t at = (rest << (kFraction - 1)) / walk.whole;
+            std::uint32_t* along = start;
+            for (std::int64_t n = walk.count; n > 0; --n) {
+                paint(along[(at >> kFraction) * minor]);
+                at += slope;
+                along += major;
+            }
+            return;
+        }
         std::int64_t rest = walk.rest;
+        std::uint32_t* p = start;
         for (std::int64_t n = walk.count; n > 0; --n) {
             paint(*p);
             rest += walk.add;
@@ -113,11 +138,20 @@ const CDash* DashPattern(int penStyle, int& count, int& period) {
     const CDash* pattern = nullptr;
     count = 0;
     switch (penStyle & PS_STYLE_MASK) {
-        case PS_DASH: pattern = kDash, count = 1; break;
-        case PS_DOT: pattern = kDot, count = 1; break;
-        case PS_DASHDOT: pattern = kDashDot, count = 2; break;
-        case PS_DASHDOTDOT: pattern = kDashDotDot, count = 3; break;
-        default: break;
+        case PS_DASH:
+            pattern = kDash, count = 1;
+            break;
+        case PS_DOT:
+            pattern = kDot, count = 1;
+            break;
+        case PS_DASHDOT:
+            pattern = kDashDot, count = 2;
+            break;
+        case PS_DASHDOTDOT:
+            pattern = kDashDotDot, count = 3;
+            break;
+        default:
+            break;
     }
     period = 0;
     for (int i = 0; i < count; ++i) period += pattern[i].on + pattern[i].off;

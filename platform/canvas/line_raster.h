@@ -4,19 +4,19 @@
 
 #include "platform/canvas/raster_op.h"
 
-/// The visible stretch of a digital line, ready for stepping. Step i of the line from a to b is i pixels along its
-/// longer axis; across, it is rounded to the nearest pixel, halves to the lower coordinate, so that a line and its
-/// reverse light the same pixels. Clipping solves for the first and last visible step and starts the division there,
-/// thus lights exactly the pixels of the unclipped line.
+/// The visible stretch of a digital line, ready for stepping. Step i of the line from a to b is i pixels
+/// along its longer axis; across, it is rounded to the nearest pixel, halves to the lower coordinate, so that
+/// a line and its reverse light the same pixels. Clipping solves for the first and last visible step and
+/// starts the division there, thus lights exactly the pixels of the unclipped line.
 struct CLineWalk {
-    int x = 0, y = 0;             // first visible pixel
-    std::int64_t first = 0;       // its step number
-    std::int64_t count = 0;       // visible steps
-    int majorX = 0, majorY = 0;   // each step
-    int minorX = 0, minorY = 0;   // added when the rest overflows
-    std::int64_t rest = 0;        // of the division, less `whole`: overflow at 0
-    std::int64_t add = 0;         // to the rest at each step
-    std::int64_t whole = 0;       // taken off at an overflow
+    int x = 0, y = 0;            // first visible pixel
+    std::int64_t first = 0;      // its step number
+    std::int64_t count = 0;      // visible steps
+    int majorX = 0, majorY = 0;  // each step
+    int minorX = 0, minorY = 0;  // added when the rest overflows
+    std::int64_t rest = 0;       // of the division, less `whole`: overflow at 0
+    std::int64_t add = 0;        // to the rest at each step
+    std::int64_t whole = 0;      // taken off at an overflow
 
     template <typename Visit>  // visit(x, y, step)
     void ForEach(Visit visit) const {
@@ -42,8 +42,8 @@ CLineWalk WalkLine(const CPoint& a, const CPoint& b, bool withLast, const CRect&
 /// Paints the walk of a solid line.
 void PaintLine(const CRasterTarget& target, const CPoint& a, const CPoint& b, bool withLast);
 
-/// Whether a dashed pen is down at this distance from the start of the figure; a solid pen always is. The pattern
-/// is in units of the pen's width.
+/// Whether a dashed pen is down at this distance from the start of the figure; a solid pen always is. The
+/// pattern is in units of the pen's width.
 bool IsDashOn(int penStyle, std::int64_t distance);
 
 /// Number of strokes of the pattern; each is a length and the gap behind it. 0 for a solid pen.

@@ -13,8 +13,8 @@ public:
     /// colour in OPAQUE mode; those of wider ones are never painted.
     BOOL CreatePen(int style, int width, COLORREF color);
 
-    /// With PS_GEOMETRIC and cap and join bits. The gaps of a geometric pen are never painted. A null brush pointer
-    /// gives 0.
+    /// With PS_GEOMETRIC and cap and join bits. The gaps of a geometric pen are never painted. A null brush
+    /// pointer gives 0.
     BOOL ExtCreatePen(int style, int width, const LOGBRUSH* brush);
     BOOL CreatePen(int style, int width, const LOGBRUSH* brush) { return ExtCreatePen(style, width, brush); }
 

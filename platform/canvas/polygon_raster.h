@@ -5,9 +5,9 @@
 
 #include "platform/canvas/span_set.h"
 
-/// Fills by crossings: each side leaves, on each visible row that it spans, the first pixel column at or to the right
-/// of it. Upper ends belong to a side, lower ones do not. Sides between whole points are worked exactly, whatever
-/// their size.
+/// Fills by crossings: each side leaves, on each visible row that it spans, the first pixel column at or to
+/// the right of it. Upper ends belong to a side, lower ones do not. Sides between whole points are worked
+/// exactly, whatever their size.
 class CPolygonRaster {
 public:
     explicit CPolygonRaster(const CRect& clip) : m_clip(clip) {}

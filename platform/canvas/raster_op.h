@@ -7,8 +7,8 @@
 #include "platform/canvas/gdi_types.h"
 #include "platform/canvas/surface.h"
 
-/// With the pen's colour fixed, each bit of a pixel is cleared, set, kept or turned; so one AND and one XOR do any of
-/// the sixteen modes. Mode - 1 is the truth table, bit 2 P + D.
+/// With the pen's colour fixed, each bit of a pixel is cleared, set, kept or turned; so one AND and one XOR
+/// do any of the sixteen modes. Mode - 1 is the truth table, bit 2 P + D.
 struct CRasterOp {
     std::uint32_t keep = 0;  // bits whose result depends on the surface
     std::uint32_t flip = 0;  // result where the surface's bit is 0

@@ -4,19 +4,22 @@
 
 #include "platform/canvas/gdi_object.h"
 
-/// A rectangle or a polygon. A pixel belongs to it if the point at the pixel's left upper corner does, where left
-/// and upper sides count as inside, right and lower ones as outside: a polygon of four corners covers the same
-/// pixels as the rectangle does, and polygons that share a side share no pixel. Kept as geometry, so coordinates
-/// may be anything.
+/// A rectangle or a polygon. A pixel belongs to it if the point at the pixel's left upper corner does, where
+/// left and upper sides count as inside, right and lower ones as outside: a polygon of four corners covers
+/// the same pixels as the rectangle does, and polygons that share a side share no pixel. Kept as geometry, so
+/// coordinates may be anything.
 class CRgn : public CGdiObject {
 public:
     CRgn() = default;
 
     /// Sides in any order.
     BOOL CreateRectRgn(int x1, int y1, int x2, int y2);
-    BOOL CreateRectRgnIndirect(const CRect& rect) { return CreateRectRgn(rect.left, rect.top, rect.right, rect.bottom); }
+    BOOL CreateRectRgnIndirect(const CRect& rect) {
+        return CreateRectRgn(rect.left, rect.top, rect.right, rect.bottom);
+    }
 
-    /// Closed by itself. `mode` is ALTERNATE or WINDING; 0 for fewer than 3 points, a null pointer or another mode.
+    /// Closed by itself. `mode` is ALTERNATE or WINDING; 0 for fewer than 3 points, a null pointer or another
+    /// mode.
     BOOL CreatePolygonRgn(const CPoint* points, int count, int mode);
 
     int GetRgnBox(CRect* box) const;  // kind of region

@@ -9,7 +9,8 @@ bool Before(const CSpan& a, const CSpan& b) { return a.y != b.y ? a.y < b.y : a.
 }  // namespace
 
 void CSpanSet::Normalize() {
-    if (!std::is_sorted(m_span.begin(), m_span.end(), Before)) std::sort(m_span.begin(), m_span.end(), Before);
+    if (!std::is_sorted(m_span.begin(), m_span.end(), Before))
+        std::sort(m_span.begin(), m_span.end(), Before);
     std::size_t kept = 0;
     for (const CSpan& s : m_span) {
         if (kept > 0 && m_span[kept - 1].y == s.y && s.x0 <= m_span[kept - 1].x1) {

@@ -10,8 +10,8 @@ struct CSpan {
     int y, x0, x1;
 };
 
-/// A figure on its way to the surface: runs are gathered in any order, cut to the clip as they come, and made into a
-/// set by Normalize. Painting a set is what makes a figure touch each pixel once.
+/// A figure on its way to the surface: runs are gathered in any order, cut to the clip as they come, and made
+/// into a set by Normalize. Painting a set is what makes a figure touch each pixel once.
 class CSpanSet {
 public:
     explicit CSpanSet(const CRect& clip) : m_clip(clip) {}
@@ -27,8 +27,8 @@ public:
     void AddPixel(std::int64_t x, std::int64_t y) { Add(y, x, x + 1); }
     void Add(const CSpanSet& other) { m_span.insert(m_span.end(), other.m_span.begin(), other.m_span.end()); }
 
-    void Normalize();                     // sorted by row and column, overlaps united
-    void Subtract(const CSpanSet& other);  // both normalized; stays so
+    void Normalize();                       // sorted by row and column, overlaps united
+    void Subtract(const CSpanSet& other);   // both normalized; stays so
     void Intersect(const CSpanSet& other);  // both normalized; stays so
 
     bool IsEmpty() const { return m_span.empty(); }

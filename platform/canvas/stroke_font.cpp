@@ -10,10 +10,10 @@ namespace {
 // The cell is 12 wide and 24 high, the baseline 6 above its bottom, capitals 14 high, small letters 10.
 constexpr double kCellHeight = 24;
 
-// Strokes are split by '|', points by ' '. A point is a column 0..C and a row, where 'f' is the baseline, 'p' the
-// height of small letters, 't' that of capitals, 'a' five below the line. '~' makes a stroke a smooth curve that its
-// points draw like the corners of a frame: it passes through the first and last, and touches the others' sides in
-// their middles; where first and last are one point the curve is closed.
+// Strokes are split by '|', points by ' '. A point is a column 0..C and a row, where 'f' is the baseline, 'p'
+// the height of small letters, 't' that of capitals, 'a' five below the line. '~' makes a stroke a smooth
+// curve that its points draw like the corners of a frame: it passes through the first and last, and touches
+// the others' sides in their middles; where first and last are one point the curve is closed.
 constexpr const char* kGlyphs[] = {
     /*   */ "",
     /* ! */ "6t 6k|6g 6f",
@@ -31,7 +31,7 @@ constexpr const char* kGlyphs[] = {
     /* - */ "3m 9m",
     /* . */ "6g 6f",
     /* / */ "2d Av",
-    /* 0 */ "~2m 2t At Am Af 2f 2m",
+    /* 0 */ "~3m 3t 9t 9m 9f 3f 3m",
     /* 1 */ "3q 6t 6f|3f 9f",
     /* 2 */ "~2q 2t At Ao 6k 2f|2f Af",
     /* 3 */ "~2s 4t 9t 9m 5m|~5m Am Af 4f 2g",
@@ -119,7 +119,9 @@ const char* StrokesOf(char32_t code) {
     return code == 0xB0 ? kDegree : nullptr;
 }
 
-CStrokePoint Middle(const CStrokePoint& a, const CStrokePoint& b) { return {(a.x + b.x) / 2, (a.y + b.y) / 2}; }
+CStrokePoint Middle(const CStrokePoint& a, const CStrokePoint& b) {
+    return {(a.x + b.x) / 2, (a.y + b.y) / 2};
+}
 
 /// A quadratic B-spline over the frame, as a chain.
 std::vector<CStrokePoint> Smooth(const std::vector<CStrokePoint>& frame) {
@@ -195,8 +197,9 @@ void RenderStrokes(const std::vector<std::vector<CStrokePoint>>& strokes, double
                 for (int x = x0; x <= x1; ++x) {
                     const double d = DistanceToSide(a, b, x + mask.left, y + mask.top);
                     const double cover = std::clamp(reach - d, 0.0, 1.0);
-                    auto& c = mask.coverage[static_cast<std::size_t>(y) * static_cast<std::size_t>(mask.width) +
-                                            static_cast<std::size_t>(x)];
+                    auto& c =
+                        mask.coverage[static_cast<std::size_t>(y) * static_cast<std::size_t>(mask.width) +
+                                      static_cast<std::size_t>(x)];
                     c = std::max(c, static_cast<std::uint8_t>(std::lround(cover * 255)));
                 }
             }

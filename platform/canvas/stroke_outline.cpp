@@ -37,7 +37,8 @@ public:
     void Side(const CPoint& a, const CPoint& b, bool capAtA, bool capAtB) {
         const Place from = At(a), to = At(b);
         const double length = std::hypot(to.x - from.x, to.y - from.y);
-        const double ux = length > 0 ? (to.x - from.x) / length : 1, uy = length > 0 ? (to.y - from.y) / length : 0;
+        const double ux = length > 0 ? (to.x - from.x) / length : 1,
+                     uy = length > 0 ? (to.y - from.y) / length : 0;
         const bool flat = (m_style & PS_ENDCAP_MASK) == PS_ENDCAP_FLAT;
         const double startCap = capAtA && !flat ? m_half : 0, endCap = capAtB && !flat ? m_half : 0;
         int count = 0, period = 0;
@@ -56,7 +57,8 @@ public:
         const Place a = At(before), p = At(at), b = At(behind);
         const double la = std::hypot(p.x - a.x, p.y - a.y), lb = std::hypot(b.x - p.x, b.y - p.y);
         if (la <= 0 || lb <= 0) return;
-        const double ax = (p.x - a.x) / la, ay = (p.y - a.y) / la, bx = (b.x - p.x) / lb, by = (b.y - p.y) / lb;
+        const double ax = (p.x - a.x) / la, ay = (p.y - a.y) / la, bx = (b.x - p.x) / lb,
+                     by = (b.y - p.y) / lb;
         const double side = ax * by - ay * bx > 0 ? m_half : -m_half;  // outer side is away from the turn
         const Place wedge[] = {p, {p.x + ay * side, p.y - ax * side}, {p.x + by * side, p.y - bx * side}};
         AddConvex(m_raster, wedge, 3);
@@ -74,7 +76,8 @@ private:
     void Band(const Place& from, double ux, double uy, double start, double end) {
         const double nx = -uy * m_half, ny = ux * m_half;
         const Place a{from.x + ux * start, from.y + uy * start}, b{from.x + ux * end, from.y + uy * end};
-        const Place corner[] = {{a.x + nx, a.y + ny}, {b.x + nx, b.y + ny}, {b.x - nx, b.y - ny}, {a.x - nx, a.y - ny}};
+        const Place corner[] = {
+            {a.x + nx, a.y + ny}, {b.x + nx, b.y + ny}, {b.x - nx, b.y - ny}, {a.x - nx, a.y - ny}};
         AddConvex(m_raster, corner, 4);
     }
 
@@ -112,7 +115,8 @@ private:
 
 }  // namespace
 
-void AddWideStroke(const CPoint* points, int count, bool closed, int penStyle, int penWidth, CSpanSet& spans) {
+void AddWideStroke(const CPoint* points, int count, bool closed, int penStyle, int penWidth,
+                   CSpanSet& spans) {
     WideStroke stroke(spans.Clip(), penStyle, penWidth);
     const int sides = closed ? count : count - 1;
     for (int i = 0; i < sides; ++i) {

@@ -7,9 +7,9 @@
 
 #include "platform/win_types.h"
 
-/// A rectangle of pixels 0x00RRGGBB, row by row from the top without gaps, black at birth. It owns its pixels.
-/// A size below 0 counts as 0; a side is cut at kMaxSide and the rows at kMaxPixels, so that a wrong size from a
-/// file or a window cannot exhaust memory.
+/// A rectangle of pixels 0x00RRGGBB, row by row from the top without gaps, black at birth. It owns its
+/// pixels. A size below 0 counts as 0; a side is cut at kMaxSide and the rows at kMaxPixels, so that a wrong
+/// size from a file or a window cannot exhaust memory.
 class CSurface {
 public:
     static constexpr int kMaxSide = 32768;
@@ -34,11 +34,13 @@ public:
     }
 
 private:
-    std::size_t Offset(int y) const { return static_cast<std::size_t>(y) * static_cast<std::size_t>(m_nWidth); }
+    std::size_t Offset(int y) const {
+        return static_cast<std::size_t>(y) * static_cast<std::size_t>(m_nWidth);
+    }
 
-    int m_nWidth = 0;                      // pixels
-    int m_nHeight = 0;                     // pixels
-    std::vector<std::uint32_t> m_aPixel;   // Width() * Height() of them
+    int m_nWidth = 0;                     // pixels
+    int m_nHeight = 0;                    // pixels
+    std::vector<std::uint32_t> m_aPixel;  // Width() * Height() of them
 };
 
 /// A colour has red in the low byte, a pixel has blue there.

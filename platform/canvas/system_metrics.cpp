@@ -23,11 +23,17 @@ COLORREF GetSysColor(int index) {
     switch (index) {
         case COLOR_WINDOW:
         case COLOR_BTNHIGHLIGHT:
-        case COLOR_HIGHLIGHTTEXT: return RGB(255, 255, 255);
-        case COLOR_BTNFACE: return RGB(240, 240, 240);
-        case COLOR_BTNSHADOW: return RGB(160, 160, 160);
-        case COLOR_GRAYTEXT: return RGB(109, 109, 109);
-        case COLOR_HIGHLIGHT: return RGB(0, 120, 215);
-        default: return 0;
+        case COLOR_HIGHLIGHTTEXT:
+            return RGB(255, 255, 255);
+        case COLOR_BTNFACE:
+            return RGB(240, 240, 240);
+        case COLOR_BTNSHADOW:
+            return RGB(160, 160, 160);
+        case COLOR_GRAYTEXT:
+            return RGB(109, 109, 109);
+        case COLOR_HIGHLIGHT:
+            return RGB(0, 120, 215);
+        default:
+            return 0;
     }
 }
