@@ -38,8 +38,11 @@ public:
     // --- asking; the pool should have been worked off ---
     /// All physical components in the cells of the rectangle, by ascending identity. A superset of what lies in it.
     std::vector<CGouJianEx*> Query(const CFRect& rect) const;
-    /// Nodes whose entered box meets the square of half side t about a point, by ascending identity.
-    void NodesNear(float x, float y, float t, std::vector<CGouJianEx*>& out) const;
+    /// Calls f(component) for each node whose entered box meets the square of half side t about a point.
+    template <class F>
+    void ForEachNodeNear(float x, float y, float t, F f) const {
+        m_cHash.ForEachIn({x - t, y - t, x + t, y + t}, CSpatialHash::kNode, [&](const CSpatialHash::Record& r) { f(r.component); });
+    }
     /// Components other than nodes whose entered box meets `rect`, by ascending identity. With a section given
     /// (x, y of both ends) only those that may come within `margin` of it.
     void OthersIn(const CFRect& rect, std::vector<CGouJianEx*>& out) const;

@@ -233,8 +233,7 @@ CFRect CObjectUndoContainEx::GetMaxRect(CFCoor*) {
         if (first) {
             extent = box;  // as it stands, even when all zero
             first = false;
-        } else if (box.Nearest().GetX() != 0 || box.Nearest().GetY() != 0 || box.Furthest().GetX() != 0 ||
-                   box.Furthest().GetY() != 0) {
+        } else if (box.m_fMinX != 0 || box.m_fMinY != 0 || box.m_fMaxX != 0 || box.m_fMaxY != 0) {
             extent = extent.UnionFRect(box);
         }
     }

@@ -1,0 +1,34 @@
+// CGjNetNode: a node of the axis net.
+#pragma once
+#include "model/goujian.h"
+
+class CStar;
+
+/// A point of the net where lines meet. It holds its place alone; which lines meet there is known to the data
+/// base. Within one storey no two nodes stand nearer than the net tolerance. It paints itself.
+class CGjNetNode : public CGouJianEx {
+public:
+    CGjNetNode() { m_bSelfDraw = 1; }
+    CGjNetNode(const CGjNetNode& other) : CGouJianEx(other) { *this = other; }
+    CGjNetNode& operator=(const CGjNetNode& other);
+    ~CGjNetNode() override = default;
+
+    int IsPhysicalGouJian() override { return 1; }
+    CFRect GetFrect() override { return m_rcBound; }
+    void OnCalcParameters() override;
+    CFPoint GetCentroid() override { return {m_fX, m_fY, 0}; }
+    int DrawGraph(CDrawGraph* g) override;
+    void GetDrawInfo(unsigned char mode, char kind, unsigned long& colour, int& width) override;
+    int Draw(CDC* dc, CFCoor* coor) override;
+    int QueryBasicType() override { return kBasicNode; }
+    CFPoint GetSortPoint() override { return {m_fX, m_fY, 0}; }
+
+    float m_fX = 0;    // model units
+    float m_fY = 0;
+    float m_fZ = 0;    // copied, never used by the net
+    CFRect m_rcBound;  // square of half side 10 about the point, from OnCalcParameters
+
+private:
+    friend class CGridDataBase;
+    CStar* m_pStar = nullptr;  // the star that m_mapStar holds for this node; belongs to the object, not copied
+};
