@@ -40,7 +40,8 @@ iconv_t Converter(int codePage, bool toUtf8) {
         const std::string page = ConverterName(codePage);
         at->second = toUtf8 ? iconv_open("UTF-8", page.c_str()) : iconv_open(page.c_str(), "UTF-8");
     }
-    if (at->second != reinterpret_cast<iconv_t>(kNoConverter)) iconv(at->second, nullptr, nullptr, nullptr, nullptr);
+    if (at->second != reinterpret_cast<iconv_t>(kNoConverter))
+        iconv(at->second, nullptr, nullptr, nullptr, nullptr);  // back to its first state
     return at->second;
 }
 
@@ -49,15 +50,15 @@ std::size_t Utf8CharLength(std::string_view s) {
     const auto at = [&](std::size_t i) { return static_cast<unsigned char>(s[i]); };
     const unsigned char lead = at(0);
     if (lead < 0x80) return 1;
-    const std::size_t n = lead >= 0xC2 && lead < 0xE0 ? 2 : lead >= 0xE0 && lead < 0xF0 ? 3 : lead >= 0xF0 && lead < 0xF5 ? 4 : 0;
-    if (n == 0 || s.size() < n) return 0;
+    if (lead < 0xC2 || lead > 0xF4) return 0;
+    const std::size_t n = lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+    if (s.size() < n) return 0;
     for (std::size_t i = 1; i < n; ++i)
         if ((at(i) & 0xC0) != 0x80) return 0;
     const unsigned char second = at(1);  // shuts out overlong forms, surrogates and what is over U+10FFFF
-    if ((lead == 0xE0 && second < 0xA0) || (lead == 0xED && second > 0x9F) || (lead == 0xF0 && second < 0x90) ||
-        (lead == 0xF4 && second > 0x8F))
-        return 0;
-    return n;
+    const bool bad = (lead == 0xE0 && second < 0xA0) || (lead == 0xED && second > 0x9F) ||
+                     (lead == 0xF0 && second < 0x90) || (lead == 0xF4 && second > 0x8F);
+    return bad ? 0 : n;
 }
 
 /// Runs the converter over the whole text. At a place that it refuses, `repair(rest, out)` writes a
@@ -77,7 +78,7 @@ std::string Convert(iconv_t converter, std::string_view in, bool& ok, Repair rep
         out.append(buffer, static_cast<std::size_t>(to - buffer));
         if (error == 0 || error == E2BIG) continue;
         ok = false;
-        const std::size_t skip = std::min(left, std::max<std::size_t>(1, repair({from, left}, out)));
+        const std::size_t skip = std::clamp<std::size_t>(repair({from, left}, out), 1, left);
         from += skip;
         left -= skip;
     }

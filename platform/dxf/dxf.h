@@ -38,7 +38,7 @@ struct DxfHeader {
     int         m_nInsUnits = -1;   // 4 millimetres, 6 metres, ...; -1 if not given
     bool        m_bBinary = false;
     bool        m_bEndMark = false; // the file had its EOF
-    std::uint64_t m_nBadLines = 0;  // lines in a text file that should be a group code and are none: passed over
+    std::uint64_t m_nBadLines = 0;  // lines of a text file where a group code should stand: passed over
     std::uint64_t m_nFirstBadLine = 0;
 };
 

@@ -39,7 +39,8 @@ DxfReadResult DxfReader::Finish(const std::string& failure) const {
     if (m_drawing.m_header.m_bEndMark) return end(DxfOutcome::Ok, "");
     if (m_tags.WasCut()) return end(DxfOutcome::Truncated, m_tags.WasCut());
     // A file may lack its end mark, but then its sections must be closed.
-    if (m_szSection) return end(DxfOutcome::Truncated, std::string("the file ends in the section ") + m_szSection);
+    if (m_szSection)
+        return end(DxfOutcome::Truncated, std::string("the file ends in the section ") + m_szSection);
     if (!m_bEntitiesSeen) return end(DxfOutcome::Truncated, "the file ends before its entities");
     return end(DxfOutcome::Ok, "");
 }
@@ -145,8 +146,8 @@ std::string_view DxfReader::StoredText(std::string_view raw) {
 
 DxfLayer* DxfReader::LayerNamed(std::string_view raw) {
     if (raw.empty()) raw = "0";
-    const auto at = [&](std::size_t i) { return static_cast<std::size_t>(static_cast<unsigned char>(raw[i])); };
-    const std::size_t slot = (raw.size() + at(raw.size() - 1) * 7 + at(0) * 3) % m_recent.size();
+    const auto first = static_cast<unsigned char>(raw.front()), last = static_cast<unsigned char>(raw.back());
+    const std::size_t slot = (raw.size() + last * 7u + first * 3u) % m_recent.size();
     Recent& recent = m_recent[slot];
     if (recent.raw == raw) return recent.layer;
     auto known = m_layerOfRaw.find(raw);

@@ -16,7 +16,7 @@ class DxfReader {
 public:
     DxfReader(DXF& drawing, DxfByteSource& source) : m_drawing(drawing), m_tags(source) {}
 
-    /// Reads to the end. May throw only when memory runs out; the drawing is sound then, and Finish may follow.
+    /// Reads to the end. Throws only when memory runs out; the drawing is sound then, and Finish may follow.
     void Run();
     /// How it ended, once Run is over. `failure`: why it could not go on, or empty.
     DxfReadResult Finish(const std::string& failure) const;

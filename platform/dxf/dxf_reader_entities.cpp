@@ -46,7 +46,7 @@ bool DxfReader::NextGroup(Common& common) {
         if (m_tags.IsReal()) {
             if (!(std::abs(m_tags.Real()) <= kFarthest)) CheckReal(common);
             if (code < 210) return true;
-            if (code == 210 || code == 220 || code == 230) common.extrusion[(code - 210) / 10] = m_tags.Real();
+            if (code % 10 == 0) common.extrusion[(code - 210) / 10] = m_tags.Real();
             continue;
         }
         switch (code) {
@@ -64,7 +64,7 @@ void DxfReader::TakeCommonGroup(Common& common) {
         case 8: common.layer = LayerNamed(m_tags.Word()); break;
         case 62: common.color = static_cast<std::int16_t>(std::clamp(m_tags.Integer(), -256, 256)); break;
         case 67: common.paperSpace = m_tags.Integer() == 1; break;
-        case 101: common.embedded = true; break;  // its groups have the codes of the entity's own, so all end here
+        case 101: common.embedded = true; break;  // it uses the entity's codes, and lasts to the record's end
         default: SkipGroupsInBraces(); break;
     }
 }

@@ -11,12 +11,13 @@
 
 namespace {
 
-constexpr std::size_t kWindow = 256 * 1024;  // fits the processor's second cache; lines have some 2 KB at most
+constexpr std::size_t kWindow = 256 * 1024;  // fits the processor's second cache; lines have 2 KB at most
 constexpr std::size_t kStops = 8;
 constexpr std::string_view kBinaryMark("AutoCAD Binary DXF\r\n\x1A\0", 22);
 constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 constexpr char kCtrlZ = '\x1A';
 constexpr int kComment = 999;
+constexpr const char* kCutInGroup = "the file ends in the middle of a group";
 
 /// How binary files store the value of a group.
 enum class Form : std::uint8_t { Unknown, Text, Real, Int16, Int32, Int64, Bool, Chunk };
@@ -30,8 +31,8 @@ constexpr auto kForms = [] {
         {310, 319, Form::Chunk},  {320, 369, Form::Text},   {370, 389, Form::Int16},  {390, 399, Form::Text},
         {400, 409, Form::Int16},  {410, 419, Form::Text},   {420, 429, Form::Int32},  {430, 439, Form::Text},
         {440, 459, Form::Int32},  {460, 469, Form::Real},   {470, 481, Form::Text},   {999, 1003, Form::Text},
-        {1004, 1004, Form::Chunk}, {1005, 1009, Form::Text}, {1010, 1059, Form::Real}, {1060, 1070, Form::Int16},
-        {1071, 1071, Form::Int32},
+        {1004, 1004, Form::Chunk}, {1005, 1009, Form::Text}, {1010, 1059, Form::Real},
+        {1060, 1070, Form::Int16}, {1071, 1071, Form::Int32},
     };
     std::array<Form, kCodes> forms{};
     for (const auto& r : ranges)
@@ -58,8 +59,11 @@ const char* Find(const char* from, const char* to, char c) {
 }  // namespace
 
 DxfTagScanner::DxfTagScanner(DxfByteSource& source)
-    : m_source(source), m_window(std::make_unique_for_overwrite<char[]>(kWindow + kStops)), m_p(m_window.get()),
-      m_pEnd(m_window.get()), m_pTag(m_window.get()) {
+    : m_source(source),
+      m_window(std::make_unique_for_overwrite<char[]>(kWindow + kStops)),
+      m_p(m_window.get()),
+      m_pEnd(m_window.get()),
+      m_pTag(m_window.get()) {
     std::memset(m_pEnd, '\n', kStops);
 }
 
@@ -138,8 +142,7 @@ bool DxfTagScanner::NextText(bool readReals) {
         p += negative;
         const char* const first = p;
         int code = 0;
-        for (unsigned d; (d = static_cast<unsigned>(static_cast<unsigned char>(*p)) - '0') <= 9 && p - first < 5; ++p)
-            code = code * 10 + static_cast<int>(d);
+        for (; *p >= '0' && *p <= '9' && p - first < 5; ++p) code = code * 10 + (*p - '0');
         const bool any = p != first;
         while (*p == ' ' || *p == '\t' || *p == '\r') ++p;
         if (*p != '\n' || p >= m_pEnd || !any) {
@@ -198,7 +201,7 @@ bool DxfTagScanner::PassBadLine() {
         if (Refill()) return true;
         m_nLine = m_nNextLine;
         if (m_bEnd && line.empty()) return false;
-        return Cut(m_bEnd ? "the file ends in the middle of a group" : "a line has no end");
+        return Cut(m_bEnd ? kCutInGroup : "a line has no end");
     }
     if (!m_bStarted && !line.empty()) return Cut("the file does not begin with a group code");
     if (m_nBadLines++ == 0) m_nFirstBadLine = m_nNextLine;
@@ -218,7 +221,7 @@ bool DxfTagScanner::EndOfText(const char* value) {
         return NextText(true);
     }
     const std::string_view word = TrimBlanks(text.substr(0, text.find(kCtrlZ)));
-    if (m_nCode != 0 || (word != "EOF" && word != "ENDSEC")) return Cut("the file ends in the middle of a group");
+    if (m_nCode != 0 || (word != "EOF" && word != "ENDSEC")) return Cut(kCutInGroup);
     m_text = word;
     m_p = m_pEnd;
     m_nLine = m_nNextLine;
@@ -235,7 +238,7 @@ bool DxfTagScanner::PassLongValue(char terminator) {
             return true;
         }
         m_p = m_pTag = m_pEnd;
-        if (!Refill()) return Cut("the file ends in the middle of a group");
+        if (!Refill()) return Cut(kCutInGroup);
     }
 }
 
@@ -261,7 +264,6 @@ T DxfTagScanner::Take() {
 }
 
 bool DxfTagScanner::NextBinary() {
-    constexpr const char* kCut = "the file ends in the middle of a group";
     if (m_bPassRest && !PassLongValue('\0')) return false;
     do {
         m_pTag = m_p;
@@ -270,10 +272,10 @@ bool DxfTagScanner::NextBinary() {
             return false;
         }
         if (!m_bShortCodes) {
-            if (!Need(2)) return Cut(kCut);
+            if (!Need(2)) return Cut(kCutInGroup);
             m_nCode = Take<std::int16_t>();
         } else if (m_nCode = Take<std::uint8_t>(); m_nCode == 255) {  // a longer code follows
-            if (!Need(2)) return Cut(kCut);
+            if (!Need(2)) return Cut(kCutInGroup);
             m_nCode = Take<std::int16_t>();
         }
         m_bReal = IsRealCode(m_nCode);
@@ -313,7 +315,7 @@ bool DxfTagScanner::NextBinary() {
                 break;
             case Form::Unknown: return Cut("a group has a code whose size is not known");
         }
-        if (!whole) return Cut(kCut);
+        if (!whole) return Cut(kCutInGroup);
     } while (m_nCode == kComment);
     return true;
 }

@@ -13,6 +13,7 @@ namespace {
 constexpr int kUtf8 = 65001;
 constexpr int kGbk = 936;
 constexpr int kLatin1 = 28591;
+constexpr char32_t kReplacement = 0xFFFD;
 
 std::string Lower(std::string_view text) {
     std::string lower(text);
@@ -23,10 +24,10 @@ std::string Lower(std::string_view text) {
 
 /// Whether decoding found any character beyond ASCII, U+FFFD for bad bytes aside.
 bool HasForeignCharacter(std::string_view utf8) {
-    constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
+    constexpr std::string_view kReplaced = "\xEF\xBF\xBD";
     while (!utf8.empty()) {
-        if (utf8.starts_with(kReplacement)) {
-            utf8.remove_prefix(kReplacement.size());
+        if (utf8.starts_with(kReplaced)) {
+            utf8.remove_prefix(kReplaced.size());
         } else if (static_cast<unsigned char>(utf8[0]) >= 0x80) {
             return true;
         } else {
@@ -86,8 +87,10 @@ std::string ResolveEscapes(std::string_view text) {
         } else if (const auto unit = UnicodeEscape(text, i)) {
             const auto low = UnicodeEscape(text, i + 7);
             const bool pair = *unit >= 0xD800 && *unit < 0xDC00 && low && *low >= 0xDC00 && *low < 0xE000;
-            // A zero would end the text for readers of C strings.
-            AppendUtf8(out, pair ? 0x10000 + ((*unit - 0xD800) << 10) + (*low - 0xDC00) : *unit ? *unit : 0xFFFD);
+            if (pair)
+                AppendUtf8(out, 0x10000 + ((*unit - 0xD800) << 10) + (*low - 0xDC00));
+            else  // a zero would end the text for readers of C strings
+                AppendUtf8(out, *unit != 0 ? *unit : kReplacement);
             i += pair ? 14 : 7;
         } else if (const auto characters = MultiByteEscape(text, i)) {
             out += *characters;

@@ -26,8 +26,8 @@ struct DxfLayerSummary {
     std::uint64_t m_nCircle = 0;
     std::uint64_t m_nOther = 0;
     std::uint64_t m_nPaperSpace = 0;  // of all, on sheets
-    std::vector<std::pair<std::string, std::uint64_t>> m_arrOther;  // the other ones by kind, kinds as first met
-    DxfExtent     m_extent;           // of lines, polylines, arcs and circles; arcs exact, closing sides not counted
+    std::vector<std::pair<std::string, std::uint64_t>> m_arrOther;  // the others by kind, as first met
+    DxfExtent     m_extent;           // of lines, polylines without closing sides, arcs (exact) and circles
 };
 
 /// One row per layer: in the order in which entities first name them, then those that only the table has.
