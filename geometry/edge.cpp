@@ -11,6 +11,9 @@ using tolerance::kPi;
 
 namespace {
 
+// Coordinates are floats, whose squares a double holds: no need for the slow care of std::hypot.
+double Hypot(double x, double y) { return std::sqrt(x * x + y * y); }
+
 double Cross(double ax, double ay, double bx, double by) { return ax * by - ay * bx; }
 
 // A point of the circle lies on the arc when it lies beyond the chord: to the right of it, when the arc runs
@@ -25,7 +28,7 @@ bool BeyondChord(const Edge& e, double x, double y) {
 bool Edge::IsFull() const { return std::fabs(sweep) >= tolerance::kFullTurn; }
 
 double Edge::Length() const {
-    return IsArc() ? r * std::min(std::fabs(sweep), 2 * kPi) : std::hypot(x1 - x0, y1 - y0);
+    return IsArc() ? r * std::min(std::fabs(sweep), 2 * kPi) : Hypot(x1 - x0, y1 - y0);
 }
 
 Edge StraightEdge(double x0, double y0, double x1, double y1) {
@@ -40,7 +43,7 @@ Edge StraightEdge(double x0, double y0, double x1, double y1) {
 Edge BulgeEdge(double x0, double y0, double x1, double y1, double c) {
     Edge e = StraightEdge(x0, y0, x1, y1);
     if (c == 0) return e;
-    const double dx = x1 - x0, dy = y1 - y0, half = std::hypot(dx, dy) / 2;
+    const double dx = x1 - x0, dy = y1 - y0, half = Hypot(dx, dy) / 2;
     if (!(half > 0)) return e;
     e.cx = (x0 + x1) / 2;
     e.cy = (y0 + y1) / 2;
@@ -50,7 +53,7 @@ Edge BulgeEdge(double x0, double y0, double x1, double y1, double c) {
         const double s = std::sin(c);
         if (!(std::fabs(s) >= tolerance::kFlatSine)) return e;
         // From the middle of the chord along its left normal by -half / tan c.
-        const double k = -0.5 / std::tan(c);
+        const double k = -0.5 * std::cos(c) / s;
         e.r = half / std::fabs(s);
         e.cx -= dy * k;
         e.cy += dx * k;
@@ -93,12 +96,22 @@ Box BoxOf(const Edge& e) {
 
 double DistanceSquared(const Edge& e, double x, double y) {
     if (!e.IsArc()) return section::PointSectionDistanceSquared(x, y, e.x0, e.y0, e.x1, e.y1);
-    const double wx = x - e.cx, wy = y - e.cy, away = std::hypot(wx, wy);
+    const double wx = x - e.cx, wy = y - e.cy, away = Hypot(wx, wy);
     if (away == 0) return e.r * e.r;
     const double k = e.r / away;
     if (e.IsFull() || BeyondChord(e, e.cx + wx * k, e.cy + wy * k)) return section::Square(away - e.r);
     return std::min(section::Square(x - e.x0) + section::Square(y - e.y0),
                     section::Square(x - e.x1) + section::Square(y - e.y1));
+}
+
+bool Within(const Edge& e, double x, double y, double tol) {
+    if (!e.IsArc()) {
+        const bool right = e.x0 < e.x1, up = e.y0 < e.y1;
+        if (x < (right ? e.x0 : e.x1) - tol || x > (right ? e.x1 : e.x0) + tol || y < (up ? e.y0 : e.y1) - tol ||
+            y > (up ? e.y1 : e.y0) + tol)
+            return false;
+    }
+    return DistanceSquared(e, x, y) <= tol * tol;
 }
 
 int Winding(const Edge& e, double x, double y) {

@@ -31,6 +31,8 @@ Box BoxOf(const Edge& e);
 
 /// Square of the distance to the edge. Not less than 0 and never an error: NaN for what is not finite.
 double DistanceSquared(const Edge& e, double x, double y);
+/// At most tol from the edge.
+bool Within(const Edge& e, double x, double y, double tol);
 
 /// What the edge adds to the winding number of an outline about a point that isn't on it. An arc is worked as
 /// its chord and, beside it, the segment between chord and arc; the two decide a point on the chord alike.

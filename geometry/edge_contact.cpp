@@ -46,14 +46,12 @@ double PlaceOf(const Edge& e, double x, double y) {
     return offset - sweep < section::kTurn - offset ? length : 0;
 }
 
-bool Near(const Edge& e, double x, double y, double tol) { return DistanceSquared(e, x, y) <= tol * tol; }
-
 // The ends of each that lie on the other.
 void ShareEnds(const Edge& a, const Edge& b, double tol, Shared& shared) {
-    if (Near(b, a.x0, a.y0, tol)) shared.Add(0, 0);
-    if (Near(b, a.x1, a.y1, tol)) shared.Add(a.Length(), a.Length());
+    if (Within(b, a.x0, a.y0, tol)) shared.Add(0, 0);
+    if (Within(b, a.x1, a.y1, tol)) shared.Add(a.Length(), a.Length());
     for (const auto& [x, y] : {std::pair(b.x0, b.y0), std::pair(b.x1, b.y1)})
-        if (Near(a, x, y, tol)) {
+        if (Within(a, x, y, tol)) {
             const double place = PlaceOf(a, x, y);
             shared.Add(place, place);
         }
@@ -67,7 +65,7 @@ void ShareLines(const Edge& a, const Edge& b, double tol, Shared& shared) {
         const double low = std::min(p, q), high = std::max(p, q);
         const auto onB = [&](double place) {
             const double t = place / length;
-            return Near(b, a.x0 + t * (a.x1 - a.x0), a.y0 + t * (a.y1 - a.y0), tol);
+            return Within(b, a.x0 + t * (a.x1 - a.x0), a.y0 + t * (a.y1 - a.y0), tol);
         };
         if (high - low >= kMergePoints && onB(low) && onB(high)) return shared.Add(low, high);
 
@@ -87,7 +85,7 @@ void ShareLineArc(const Edge& line, const Edge& arc, const Edge& first, double t
         section::LineCircle(ux, uy, arc.cx - line.x0, arc.cy - line.y0, arc.r, tol);
     for (int i = 0; i < roots.count; ++i) {
         const double x = line.x0 + roots.t[i] * ux, y = line.y0 + roots.t[i] * uy;
-        if (!Near(line, x, y, tol) || !Near(arc, x, y, tol)) continue;
+        if (!Within(line, x, y, tol) || !Within(arc, x, y, tol)) continue;
         const double place = PlaceOf(first, x, y);
         shared.Add(place, place);
     }
@@ -112,7 +110,7 @@ void ShareArcs(const Edge& a, const Edge& b, double tol, Shared& shared) {
     const section::CircleRoots roots = section::CircleCircle(dx, dy, a.r, b.r, tol);
     for (int i = 0; i < roots.count; ++i) {
         const double x = a.cx + roots.x[i], y = a.cy + roots.y[i];
-        if (!Near(a, x, y, tol) || !Near(b, x, y, tol)) continue;
+        if (!Within(a, x, y, tol) || !Within(b, x, y, tol)) continue;
         const double place = PlaceOf(a, x, y);
         shared.Add(place, place);
     }

@@ -37,16 +37,27 @@ struct Turn {
     float cos, sin;
 };
 
+void Project(float x, float y, float z, const Turn& a, const Turn& b, float& u, float& v) {
+    u = x * a.cos + y * a.sin;
+    v = z * b.cos + (y * a.cos - x * a.sin) * b.sin;
+}
+
+CPoint DevicePoint(const CFCoor& c, float x, float y) {
+    return {DeviceValue(c.m_fScale, x - c.m_cOrigin.x),
+            DeviceValue(c.m_fScale, c.m_bReverseY ? c.m_cOrigin.y - y : y - c.m_cOrigin.y)};
+}
+
 }  // namespace
 
 int CFCoor::FPtoDP(double length) const { return Rounded(2.0 * m_fScale * length + 1.0); }
 
-CPoint CFCoor::FP2toDP(const CFPoint& p) const {
-    return {DeviceValue(m_fScale, p.x - m_cOrigin.x),
-            DeviceValue(m_fScale, m_bReverseY ? m_cOrigin.y - p.y : p.y - m_cOrigin.y)};
-}
+CPoint CFCoor::FP2toDP(const CFPoint& p) const { return DevicePoint(*this, p.x, p.y); }
 
-CPoint CFCoor::FPtoDP(const CFPoint& p) const { return FP2toDP(PointTouYing(p)); }
+CPoint CFCoor::FPtoDP(const CFPoint& p) const {
+    float u, v;
+    Project(p.x, p.y, p.z, Turn(m_fAlpha), Turn(m_fBeta), u, v);
+    return DevicePoint(*this, u, v);
+}
 
 CRect CFCoor::FPtoDP(const CFRect& rect) const {
     const CPoint corners[] = {
@@ -79,9 +90,7 @@ CFPoint CFCoor::DPtoFP3(const CPoint& p) const {
 CFRect CFCoor::DPtoFP(const CRect& rect) const { return {DPtoFP(rect.TopLeft()), DPtoFP(rect.BottomRight())}; }
 
 void CFCoor::TouYing3Dto2D(float x, float y, float z, float alpha, float beta, float& u, float& v) const {
-    const Turn a(alpha), b(beta);
-    u = x * a.cos + y * a.sin;
-    v = z * b.cos + (y * a.cos - x * a.sin) * b.sin;
+    Project(x, y, z, Turn(alpha), Turn(beta), u, v);
 }
 
 void CFCoor::FanTouYing2Dto3D(float u, float v, float alpha, float beta, float& x, float& y, float& z) const {

@@ -44,9 +44,10 @@ bool FarApart(const Box& a, const Box& b) {
            b.minY > a.maxY + kMergePoints;
 }
 
-Box BoxOfEdges(const std::vector<Edge>& edges) {
-    Box box = BoxOf(edges.front());
-    for (const Edge& e : edges) box = United(box, BoxOf(e));
+// Of a region that isn't empty.
+Box BoxOfRegion(const CFRegion& region) {
+    Box box = BoxOf(EdgeAt(region, 0));
+    for (int i = 1; i < region.GetSize(); ++i) box = United(box, BoxOf(EdgeAt(region, i)));
     return box;
 }
 
@@ -119,7 +120,7 @@ int CFRegion::InRegion(const CFPoint& p) const {
     int winding = 0;
     for (int i = 0; i < GetSize(); ++i) {
         const Edge e = EdgeAt(*this, i);
-        if (DistanceSquared(e, p.x, p.y) <= kBorder * kBorder) return 1;
+        if (Within(e, p.x, p.y, kBorder)) return 1;
         winding += Winding(e, p.x, p.y);
     }
     return winding != 0;
@@ -128,17 +129,16 @@ int CFRegion::InRegion(const CFPoint& p) const {
 void CFRegion::GetRect(CFPoint& min, CFPoint& max) const {
     min = max = CFPoint();
     if (IsEmpty()) return;
-    Box box = BoxOf(EdgeAt(*this, 0));
-    for (int i = 1; i < GetSize(); ++i) box = United(box, BoxOf(EdgeAt(*this, i)));
+    const Box box = BoxOfRegion(*this);
     min = CFPoint(static_cast<float>(box.minX), static_cast<float>(box.minY), 0);
     max = CFPoint(static_cast<float>(box.maxX), static_cast<float>(box.maxY), 0);
 }
 
 int CFRegion::Intersect(const CFRegion& other, int outlinesOnly) const {
     if (IsEmpty() || other.IsEmpty()) return 0;
+    const Box boxOfB = BoxOfRegion(other);
+    if (FarApart(BoxOfRegion(*this), boxOfB)) return 0;
     const std::vector<Edge> a = EdgesOf(*this), b = EdgesOf(other);
-    const Box boxOfB = BoxOfEdges(b);
-    if (FarApart(BoxOfEdges(a), boxOfB)) return 0;
     if (OutlinesTouch(a, b, boxOfB)) return 1;
     if (outlinesOnly) return 0;
     // Outlines that are apart: either area holds the other's outline whole, or nothing of it.

@@ -63,8 +63,7 @@ double CFShape::Distance(const CFPoint& p) const {
 }
 
 int CFShape::OnShape(const CFPoint& p, float tol) const {
-    const double allowed = tol;
-    return tol >= 0 && outline::DistanceSquared(outline::EdgeOf(*this), p.x, p.y) <= allowed * allowed;
+    return tol >= 0 && outline::Within(outline::EdgeOf(*this), p.x, p.y, tol);
 }
 
 int CFShape::AtLeft(const CFPoint& p) const {

@@ -62,7 +62,7 @@ CFShoot GetElement(const CFRegion& region, int i) {
 
 CFShoot GetFShoot(const CFShape* shape, int end) {
     const double sweep = shape->IsLine() ? 0.0 : shape->GetEndAngle() - shape->GetStartAngle();
-    return end == 0 ? CFShoot(shape->GetStartPoint(), static_cast<float>(-sweep / 2))
+    return end == 0 ? CFShoot(shape->GetStartPoint(), static_cast<float>((0 - sweep) / 2))  // never -0
                     : CFShoot(shape->GetEndPoint(), static_cast<float>(sweep / 2));
 }
 
@@ -178,10 +178,7 @@ int IsNiShiZhen(const CFPoint* points, int n) {
 }
 
 int Point_Inside_Region(const CFRegion& region, float x, float y, float tol) {
-    const std::vector<CDomainEdge> edges = DomainOf(region);
-    const CPointInDomain domain;
-    if (domain.Point_On_Edge_Domain(region.GetSize(), edges.data(), x, y, tol)) return 0;
-    return domain.Point_In_Domain(region.GetSize(), edges.data(), x, y, tol);
+    return CPointInDomain().Point_In_Domain(region.GetSize(), DomainOf(region).data(), x, y, tol);
 }
 
 int Point_Bordering_Region(const CFRegion& region, float x, float y, float tol) {

@@ -140,8 +140,7 @@ int CPointInDomain::Point_In_Domain(int n, const CDomainEdge* edges, float x, fl
 
 int CPointInDomain::Point_On_Edge_Domain(int n, const CDomainEdge* edges, float x, float y, float tol) const {
     if (!edges || !(tol >= 0)) return 0;
-    const double allowed = static_cast<double>(tol) * tol;
     for (int i = 0; i < n; ++i)
-        if (outline::DistanceSquared(EdgeAt(n, edges, i), x, y) <= allowed) return 1;
+        if (outline::Within(EdgeAt(n, edges, i), x, y, tol)) return 1;
     return 0;
 }

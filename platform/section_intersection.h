@@ -100,7 +100,7 @@ inline CircleRoots CircleCircle(double dx, double dy, double r1, double r2, doub
     const double dd = dx * dx + dy * dy;
     if (!(dd <= Square(r1 + r2 + tol) * kSlack)) return roots;
     const double d = std::sqrt(dd), difference = std::fabs(r1 - r2);
-    if (!(d + difference > tol * kSlack) || !(d + tol * kSlack >= difference) || !(d > 0)) return roots;
+    if (!(d + difference > tol * kSlack) || !((d + tol) * kSlack >= difference) || !(d > 0)) return roots;
     const double nx = dx / d, ny = dy / d;
     if (d >= r1 + r2 || d <= difference) {
         double along;  // from the first centre
@@ -143,7 +143,7 @@ struct ArcSpan {
         const double offset = OffsetOf(x, y);
         if (offset <= sweep) return true;
         const double gap = std::fmin(offset - sweep, kTurn - offset);
-        const double away = std::hypot(x, y);
+        const double away = std::sqrt(x * x + y * y);
         return Square(away - r) + 4 * away * r * Square(std::sin(gap / 2)) <= tol * tol * kSlack;
     }
 
