@@ -136,12 +136,13 @@ TEST(Crossing, OfSectionAndArc) {
         {"passes over it farther away", {-6000, 5006, 6000, 5006}, kUpperHalf, ""},
         {"cuts off a shallow cap", {-6000, 4999, 6000, 4999}, kUpperHalf, "-99.995,4999.000 99.995,4999.000 "},
         {"points come along the section", {6000, 4999, -6000, 4999}, kUpperHalf, "99.995,4999.000 -99.995,4999.000 "},
-        {"two points nearer than the tolerance are one", {-6000, 4999.9998f, 6000, 4999.9998f}, kUpperHalf,
+        {"two points nearer than the tolerance are one", {-6000, 4999.9995f, 6000, 4999.9995f}, kUpperHalf,
          "0.000,5000.000 "},
         {"only the upper half is there", {100, -6000, 100, 6000}, kUpperHalf, "100.000,4999.000 "},
         {"an arc over the zero direction", {4000, 0, 6000, 0}, {0, 0, 5000, 6.1f, 6.5f}, "5000.000,0.000 "},
         {"directions count modulo a full turn", {-6000, 3, 6000, 3}, {0, 0, 5000, 9.0f, 9.6f}, "-4999.999,3.000 "},
         {"just below an arc's end", {4000, -4, 6000, -4}, kUpperHalf, "4999.999,-4.000 "},
+        {"just inside the arc's other end", {-6000, 25, -4000, 25}, kUpperHalf, "-4999.938,25.000 "},
         {"too far below it", {4000, -6, 6000, -6}, kUpperHalf, ""},
         {"a full circle", {-6000, 0, 6000, 0}, {0, 0, 5000, 0, 6.2831855f}, "-5000.000,0.000 5000.000,0.000 "},
         {"wholly inside the circle", {-1000, 0, 1000, 0}, {0, 0, 5000, 0, 6.2831855f}, ""},
@@ -176,7 +177,7 @@ TEST(Crossing, OfTwoArcs) {
          whole},
         {"two points come along the first", {6000, 0, 5000, 0, 6.2831855f}, "3000.000,4000.000 3000.000,-4000.000 ",
          whole},
-        {"nearer than the tolerance: their middle", {9999.9998f, 0, 5000, 0, 6.2831855f}, "5000.000,0.000 ", whole},
+        {"nearer than the tolerance: their middle", {9999.999f, 0, 5000, 0, 6.2831855f}, "5000.000,0.000 ", whole},
         {"not a number", {kNaN, 0, 5000, 0, kPi}, ""},
     };
     for (const auto& row : rows) {

@@ -35,6 +35,9 @@ const CFRegion kSquare(CFRect(0, 0, 1000, 1000));
 // A disc about the origin from two anticlockwise half circles.
 const CFRegion kDisc = Region({{-500, 0, -kPi / 2}, {500, 0, -kPi / 2}});
 
+// What a chord cuts off the same disc on its right.
+const CFRegion kCap = Region({{353.5534f, -353.5534f, -kPi / 4}, {353.5534f, 353.5534f, 0}});
+
 CFRegion Reversed(const CFRegion& region) {
     CFRegion out;
     const int n = region.GetSize();
@@ -149,6 +152,9 @@ TEST(Regions, WithoutAnArea) {
     const CFRegion flat = Region({{100000, 100000, 0}, {100300, 100100, 0}, {100900.1f, 100300.03f, 0}});
     EXPECT_NEAR(GetXingXin(flat).x, 100400.03f, 0.05);
     EXPECT_NEAR(GetXingXin(flat).y, 100133.34f, 0.05);
+    const CFPoint sliver = GetXingXin(Region({{0, 0, -0.004f}, {1000, 0, 0}}));  // one unit high
+    EXPECT_NEAR(sliver.x, 500, 0.01);
+    EXPECT_NEAR(sliver.y, -0.4, 0.001) << "two fifths of the way out";
     CDomainEdge circle;  // one edge that ends where it starts
     circle.type = 1;
     circle.start_x = 30;
@@ -159,6 +165,27 @@ TEST(Regions, WithoutAnArea) {
     float x, y;
     CPointInDomain().Get_Centroid(1, &circle, x, y);
     EXPECT_EQ(x, 20);
+}
+
+TEST(Regions, Move) {
+    Maker maker(53);
+    for (int round = 0; round < 100; ++round) {
+        SCOPED_TRACE("round " + std::to_string(round));
+        const CFRegion region = maker.Simple();
+        const CFPoint p = maker.Point(), q = p + P(300, 100);
+        const double area = GetMianJi(region), length = GetZhouChang(region);
+        CFRegion moved = region;
+        moved.Rotate(p, 1);
+        moved.Offset(P(1000, -70));
+        ASSERT_NEAR(GetMianJi(moved), area, 1e-4 * area);
+        ASSERT_TRUE(IsNiShiZhen(moved));
+        moved.Mirror(p, q);
+        ASSERT_NEAR(GetMianJi(moved), area, 1e-4 * area) << "arcs bulge to the same side of the outline";
+        ASSERT_FALSE(IsNiShiZhen(moved));
+        moved.Stretch(p, 2);
+        ASSERT_NEAR(GetMianJi(moved), 4 * area, 1e-3 * area);
+        ASSERT_NEAR(GetZhouChang(moved), 2 * length, 1e-3 * length);
+    }
 }
 
 TEST(Regions, RectanglesMeetAsIntervalsDo) {
@@ -249,6 +276,7 @@ TEST(Regions, PointsSharedWithAPiece) {
         {"arc against arcs", kDisc, CFShape(P(600, 0), 500, 0, 2 * kPi), "300,400 300,-400 "},
         {"along an arc", kDisc, CFShape(P(0, 0), 500, kPi / 4, kPi / 4), "354,354 0,500 "},
         {"the whole circle: it ends where it starts", kDisc, CFShape(P(0, 0), 500, 1, 2 * kPi), "270,421 "},
+        {"along an arc over the circle's seam", kCap, CFShape(P(0, 0), 500, 0, 2 * kPi), "354,354 354,-354 "},
         {"nothing", CFRegion(), CFShape(P(0, 0), P(1, 1)), "none"},
     };
     for (const auto& row : rows) EXPECT_EQ(show(row.region, row.shape), row.points) << row.name;
@@ -326,6 +354,7 @@ TEST(Turning, ReversalsAreDecidedByTheCurves) {
         {"an arc that bends to the left, then straight back along its tangent",
          {0, 0, -0.1f}, {1000, 0, 0}, P(1000 - 995.004f, -99.8334f), -kPi},
         {"an arc that bends to the right, the same", {0, 0, 0.1f}, {1000, 0, 0}, P(1000 - 995.004f, 99.8334f), kPi},
+        {"hardly bent: its chord decides", {0, 0, 0.004f}, {1000, 0, 0}, P(0, -1), -kPi},
         {"straight, then back on an arc", {0, 0, 0}, {1000, 0, -0.1f}, P(1000 - 995.004f, -99.8334f), -kPi},
         {"an arc, and back above it on another", {0, 0, 0.1f}, {1000, 0, 0.1f}, P(0, 199.6668f), kPi},
         {"an arc, and back below it on another", {0, 0, -0.1f}, {1000, 0, -0.1f}, P(0, -199.6668f), -kPi},
