@@ -171,8 +171,7 @@ bool ImportDxf(const DxfImportOptions& options, CGridDataBase& db, CTvoFrameBase
         ++(IsTaken(entity.GetType()) ? report.taken : report.skipped)[entity.GetKind()];
         TakeEntity(taker, entity, report);
     }
-    for (const DxfDrop& drop : drawing->GetDrops())
-        if (wanted.contains(drop.m_pLayer)) ++report.dropped;
+    for (const DxfLayer* layer : wanted) report.dropped += layer->m_nDropped;
     drawing->Close();
     report.netSeconds = watch.Lap();
 

@@ -21,12 +21,13 @@ enum ACAD_Entity_Type {
 
 /// A layer of a drawing: named in the layer table, by an entity, or both.
 struct DxfLayer {
-    std::string m_strName;           // UTF-8
-    bool        m_bInTable = false;  // the layer table has it
-    bool        m_bOff = false;
-    bool        m_bFrozen = false;
-    bool        m_bLocked = false;
-    int         m_nColor = 7;        // colour index 1..255
+    std::string   m_strName;           // UTF-8
+    bool          m_bInTable = false;  // the layer table has it
+    bool          m_bOff = false;
+    bool          m_bFrozen = false;
+    bool          m_bLocked = false;
+    int           m_nColor = 7;        // colour index 1..255
+    std::uint64_t m_nDropped = 0;      // its entities that were read but not taken
 };
 
 /// A kind of entity by the name that files give it: "LINE", "SPLINE", ... Meshes are "POLYLINE (mesh)".

@@ -104,10 +104,11 @@ void DxfReader::AddEntity(const Common& common, ACAD_ENTITY* entity) {
 }
 
 void DxfReader::NoteDrop(const Common& common) {
+    DxfLayer* const layer = common.layer ? common.layer : LayerNamed("0");
+    ++layer->m_nDropped;
     ++m_drawing.m_nDropped[static_cast<int>(common.reason)];
-    if (m_drawing.m_drops.size() >= kDropsKept) return;
-    m_drawing.m_drops.push_back({common.reason, common.kind, common.layer ? common.layer : LayerNamed("0"),
-                                 common.line, common.byte});
+    if (m_drawing.m_drops.size() < kDropsKept)
+        m_drawing.m_drops.push_back({common.reason, common.kind, layer, common.line, common.byte});
 }
 
 // --- the ENTITIES section ---------------------------------------------------------------------------------

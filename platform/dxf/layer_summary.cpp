@@ -125,6 +125,7 @@ std::vector<DxfLayerSummary> SummarizeLayers(const DXF& drawing) {
         const auto [named, first] = rowOfName.try_emplace(Folded(layer.m_strName), rows.size());
         if (first) rows.emplace_back().m_strName = layer.m_strName;
         DxfLayerSummary& row = rows[named->second];
+        row.m_nDropped += layer.m_nDropped;
         if (layer.m_bInTable) {
             row.m_bInTable = true;
             row.m_bOff = layer.m_bOff;
@@ -133,7 +134,6 @@ std::vector<DxfLayerSummary> SummarizeLayers(const DXF& drawing) {
         return known->second = named->second;
     };
     for (const ACAD_ENTITY* entity : drawing.GetEntities()) Count(rows[rowOf(*entity->m_pLayer)], *entity);
-    for (const DxfLayer& layer : drawing.GetLayers())
-        if (layer.m_bInTable) rowOf(layer);
+    for (const DxfLayer& layer : drawing.GetLayers()) rowOf(layer);
     return rows;
 }

@@ -26,10 +26,11 @@ struct DxfLayerSummary {
     std::uint64_t m_nCircle = 0;
     std::uint64_t m_nOther = 0;
     std::uint64_t m_nPaperSpace = 0;  // of all, on sheets
+    std::uint64_t m_nDropped = 0;     // not among these: numbers not finite or too far
     std::vector<std::pair<std::string, std::uint64_t>> m_arrOther;  // the others by kind, as first met
     DxfExtent     m_extent;           // of lines, polylines without closing sides, arcs (exact) and circles
 };
 
-/// One row per layer: in the order in which entities first name them, then those that only the table has.
+/// One row per layer: in the order in which entities first name them, then those without entities.
 /// Names that differ in ASCII case only are one layer.
 std::vector<DxfLayerSummary> SummarizeLayers(const DXF& drawing);
