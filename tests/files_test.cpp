@@ -76,6 +76,8 @@ TEST(TextStream, LinesForthAndBack) {
         EXPECT_EQ(all(f, get_line_back_ward), row.back);
         EXPECT_EQ(f.At(), 0);
     }
+    char none[1];
+    EXPECT_EQ(get_line(TempFile("ab"), none, 0), nullptr) << "nothing was read";
     // Longer than the pieces in which the file is read.
     const std::string longLine(1000, 'x');
     const TempFile f("a\n" + longLine);
@@ -293,6 +295,12 @@ TEST(Archive, MemoryAndFileAlike) {
         EXPECT_EQ(b, length >= 21 ? 200 : 0);
         EXPECT_EQ(s, length >= 27 ? "轴" : "");
     }
+    const std::string fiveBytes("\1\0\0\0\7", 5);
+    CArchive torn{std::string_view(fiveBytes)};
+    double d = 9;
+    unsigned char b = 9;
+    torn >> d >> b;
+    EXPECT_EQ(b, 0) << "nothing is read behind the first short read";
 }
 
 // --- blocks -----------------------------------------------------------------------------------------------
@@ -391,6 +399,7 @@ TEST(Paths, FilesOfAFolder) {
     EXPECT_EQ(list(GetFiles, root, CString()), "[a.dxf][b.dxf][c.txt][no_ext][轴.dxf]");
     EXPECT_EQ(list(GetFiles, root + "nowhere", CString()), "");
     EXPECT_EQ(list(get_sub_directory, root), "[x]");
+    std::filesystem::create_directory_symlink(folder.path, folder.path + "x/back");  // followed, it has no end
     EXPECT_EQ(list(enum_sub_directory, root), under("x") + under("x/y") + under("x/y/z"));
 
     EXPECT_EQ(file_exists(root + "a.dxf"), 1);
