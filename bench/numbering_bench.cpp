@@ -17,7 +17,8 @@ void Measure(const char* name, const std::vector<SortPoint>& points) {
             const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
             if (order.size() == points.size() && took.count() < best) best = took.count();
         }
-        std::printf("%-10s %-8s %zu components %7.1f ms\n", name, byRows ? "rows" : "columns", points.size(), best * 1e3);
+        std::printf("%-10s %-8s %zu components %7.1f ms\n", name, byRows ? "rows" : "columns", points.size(),
+                    best * 1e3);
     }
 }
 
@@ -26,7 +27,8 @@ void Measure(const char* name, const std::vector<SortPoint>& points) {
 int main() {
     std::vector<SortPoint> grid, scattered;
     for (int x = 0; x < 316; ++x)
-        for (int y = 0; y < 317; ++y) grid.push_back({6000.0f * static_cast<float>(x), 6000.0f * static_cast<float>(y)});
+        for (int y = 0; y < 317; ++y)
+            grid.push_back({6000.0f * static_cast<float>(x), 6000.0f * static_cast<float>(y)});
     std::mt19937 rng(1);
     const auto coordinate = [&rng] { return static_cast<float>(rng() % 2000000); };
     for (int i = 0; i < 100000; ++i) scattered.push_back({coordinate(), coordinate()});

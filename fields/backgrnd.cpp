@@ -86,7 +86,8 @@ int CBackgrnd::Draw(CDC* dc, CFCoor* coor, int mode) const {
 
     // Points behind something painted are left alone, and wiping touches grey pixels only.
     const COLORREF replaced = mode == 0 ? background : kGrey;
-    const double points = static_cast<double>(xs.size()) * static_cast<double>(ys.size()) * static_cast<double>(zs.size());
+    const double points =
+        static_cast<double>(xs.size()) * static_cast<double>(ys.size()) * static_cast<double>(zs.size());
     if (points <= kMaxPoints)
         for (const float x : xs)
             for (const float y : ys)

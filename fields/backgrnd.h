@@ -26,7 +26,7 @@ public:
     /// Paints the points, and with m_nMode 0 the three walls; mode 1 wipes them. Returns 1.
     int Draw(CDC* dc, CFCoor* coor, int mode) const;
 
-    int m_nMode = 0;                                          // 0: points and walls; 1: points in the plane
-    float m_fX0 = 0, m_fY0 = 0, m_fZ0 = 0;                    // origin, mm
+    int m_nMode = 0;                        // 0: points and walls; 1: points in the plane
+    float m_fX0 = 0, m_fY0 = 0, m_fZ0 = 0;  // origin, mm
     CString m_strKuaX = "6.0*10", m_strKuaY = "6.0*10", m_strKuaZ = "0*0";  // spacings, m
 };

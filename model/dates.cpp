@@ -33,8 +33,8 @@ CString GetCurTime() {
 CString GetCurTime2() {
     const std::tm now = LocalNow();
     CString text;
-    text.Format("%d-%02d-%02d %02d:%02d:%02d", now.tm_year + 1900, now.tm_mon + 1, now.tm_mday, now.tm_hour, now.tm_min,
-                now.tm_sec);
+    text.Format("%d-%02d-%02d %02d:%02d:%02d", now.tm_year + 1900, now.tm_mon + 1, now.tm_mday, now.tm_hour,
+                now.tm_min, now.tm_sec);
     return text;
 }
 

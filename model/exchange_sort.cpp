@@ -95,7 +95,8 @@ std::vector<int> ExchangeSortOrder(const std::vector<float>& keys) {
 
     Places order = Numbers(keys.size());
     Places numbers;  // indices whose keys are no NaN
-    std::copy_if(order.begin(), order.end(), std::back_inserter(numbers), [&](int i) { return keys[At(i)] == keys[At(i)]; });
+    std::copy_if(order.begin(), order.end(), std::back_inserter(numbers),
+                 [&](int i) { return keys[At(i)] == keys[At(i)]; });
     Places sorted = numbers;
     std::stable_sort(sorted.begin(), sorted.end(), [&](int a, int b) { return keys[At(a)] < keys[At(b)]; });
 
@@ -104,7 +105,8 @@ std::vector<int> ExchangeSortOrder(const std::vector<float>& keys) {
         end = first + 1;
         while (end < sorted.size() && keys[At(sorted[end])] == keys[At(sorted[first])]) ++end;
         if (end - first > 1) {
-            const Places same(sorted.begin() + static_cast<std::ptrdiff_t>(first), sorted.begin() + static_cast<std::ptrdiff_t>(end));
+            const Places same(sorted.begin() + static_cast<std::ptrdiff_t>(first),
+                              sorted.begin() + static_cast<std::ptrdiff_t>(end));
             std::vector<int> turns;
             for (std::size_t k = 0; k < same.size(); ++k) {
                 const int until = k + 1 < same.size() ? smaller.Before(same[k + 1]) : static_cast<int>(first);

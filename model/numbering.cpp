@@ -25,12 +25,13 @@ void MergeSort(std::vector<Item>& items, std::vector<Item>& spare, std::size_t f
     MergeSort(items, spare, first, middle);
     MergeSort(items, spare, middle + 1, last);
     // Halves whose ends meet in order are merged too: with a tolerance that says nothing about the rest.
-    std::copy(items.begin() + static_cast<std::ptrdiff_t>(first), items.begin() + static_cast<std::ptrdiff_t>(middle) + 1,
-              spare.begin());
+    std::copy(items.begin() + static_cast<std::ptrdiff_t>(first),
+              items.begin() + static_cast<std::ptrdiff_t>(middle) + 1, spare.begin());
     const Item* left = spare.data();
     const Item* const leftEnd = left + (middle - first + 1);
     std::size_t right = middle + 1, to = first;
-    while (left != leftEnd && right <= last) items[to++] = Greater(*left, items[right]) ? items[right++] : *left++;
+    while (left != leftEnd && right <= last)
+        items[to++] = Greater(*left, items[right]) ? items[right++] : *left++;
     while (left != leftEnd) items[to++] = *left++;
 }
 
@@ -41,7 +42,8 @@ public:
     explicit MinTree(const std::vector<float>& bounds)
         : m_leaves(std::bit_ceil(std::max<std::size_t>(bounds.size(), 1))), m_least(2 * m_leaves, kNever) {
         std::copy(bounds.begin(), bounds.end(), m_least.begin() + static_cast<std::ptrdiff_t>(m_leaves));
-        for (std::size_t i = m_leaves - 1; i > 0; --i) m_least[i] = std::min(m_least[2 * i], m_least[2 * i + 1]);
+        for (std::size_t i = m_leaves - 1; i > 0; --i)
+            m_least[i] = std::min(m_least[2 * i], m_least[2 * i + 1]);
     }
     void Remove(std::size_t place) {
         std::size_t i = place + m_leaves;

@@ -42,7 +42,8 @@ PathParts Split(std::string_view path) {
 
 // From the start of the path to the end of one of its parts.
 CString UpTo(const CString& path, std::string_view part) {
-    return CString(std::string_view(path.GetString(), static_cast<std::size_t>(part.data() + part.size() - path.GetString())));
+    return CString(std::string_view(path.GetString(),
+                                    static_cast<std::size_t>(part.data() + part.size() - path.GetString())));
 }
 
 // The path as the system takes it.
@@ -172,7 +173,8 @@ CString ExtractWorkPath(const CString& file) { return get_file_path(file); }
 CString ConfirmFileExt(const CString& path, const CString& ext) {
     CString wanted = ext;
     wanted.TrimLeft(".");
-    if (path.IsEmpty() || wanted.IsEmpty() || get_file_ext(path).CompareNoCase("." + wanted) == 0) return path;
+    if (path.IsEmpty() || wanted.IsEmpty() || get_file_ext(path).CompareNoCase("." + wanted) == 0)
+        return path;
     return path + "." + wanted;
 }
 
@@ -241,7 +243,9 @@ int GetFiles(const CString& folder, const CString& ext, CStringArray& out) {
     return static_cast<int>(names.size());
 }
 
-int DeleteFiles(const CString& pattern) { return Delete(get_file_path(pattern), PatternOf(get_file_name(pattern))); }
+int DeleteFiles(const CString& pattern) {
+    return Delete(get_file_path(pattern), PatternOf(get_file_name(pattern)));
+}
 int DeleteFiles2(const CString& folder, const CString& ext) { return Delete(folder, PatternOfExt(ext)); }
 
 int IsFileOpen(const CString& path) {
@@ -253,7 +257,9 @@ int IsFileOpen(const CString& path) {
     std::error_code error;
     for (fs::directory_iterator at("/proc/self/fd", error), end; !error && at != end; at.increment(error)) {
         struct stat open {};
-        if (stat(at->path().c_str(), &open) == 0 && open.st_dev == wanted.st_dev && open.st_ino == wanted.st_ino) return 1;
+        if (stat(at->path().c_str(), &open) == 0 && open.st_dev == wanted.st_dev &&
+            open.st_ino == wanted.st_ino)
+            return 1;
     }
     const int fd = ::open(native.c_str(), O_RDONLY | O_CLOEXEC);
     if (fd < 0) return 0;

@@ -13,9 +13,9 @@ extern CString G_strWorkPath;
 
 // --- parts of a path --------------------------------------------------------------------------------------
 
-CString get_drive(const CString& path);              // "c:" or empty
-CString get_file_path(const CString& path);          // drive and folder
-CString get_file_name(const CString& path);          // title and extension
+CString get_drive(const CString& path);      // "c:" or empty
+CString get_file_path(const CString& path);  // drive and folder
+CString get_file_name(const CString& path);  // title and extension
 CString get_file_title(const CString& path);
 CString get_file_ext(const CString& path);           // ".dxf" or empty
 CString get_file_dir_and_name(const CString& path);  // all but the extension
@@ -35,7 +35,7 @@ CString GetModulePath();         // of this library, slash included
 
 // --- the file system --------------------------------------------------------------------------------------
 
-int file_exists(const CString& path);       // a regular file that opens for reading
+int file_exists(const CString& path);  // a regular file that opens for reading
 int directory_exists(const CString& path);
 /// The same under G_strWorkPath, or with `fullPath` under the name itself.
 int FileExists(const char* name, int fullPath);
@@ -46,7 +46,7 @@ int force_directory(const CString& path);
 
 // These append to `out` and return how many.
 int get_sub_directory(const CString& folder, CStringArray& out);   // names of the folders right under it
-int enum_sub_directory(const CString& folder, CStringArray& out);  // full paths, all levels; links not followed
+int enum_sub_directory(const CString& folder, CStringArray& out);  // full paths, all levels, no links
 int get_files(const CString& pattern, CStringArray& out);          // full paths that match "folder/*.ext"
 int GetFiles(const CString& folder, const CString& ext, CStringArray& out);  // names; "" or "*": every file
 

@@ -27,7 +27,8 @@ int vs_comma_text(const char* text, CStringArray& out, char sep, const char* mor
 
 CString remove_invalid_filechar(const CString& text) {
     std::string kept = text.Std();
-    std::erase_if(kept, [](char c) { return std::string_view("\\/:*?<>|").find(c) != std::string_view::npos; });
+    std::erase_if(kept,
+                  [](char c) { return std::string_view("\\/:*?<>|").find(c) != std::string_view::npos; });
     return kept;
 }
 
@@ -49,7 +50,8 @@ int IsValidReal(CString text) {
     vs_comma_text(text.Trim(), parts, '.', nullptr);
     if (parts.GetSize() > 2) return 0;
     if (parts.GetSize() == 2 && parts[1].View().starts_with('-')) return 0;
-    return std::all_of(parts.begin(), parts.end(), [](const CString& part) { return IsValidInteger(part) != 0; });
+    return std::all_of(parts.begin(), parts.end(),
+                       [](const CString& part) { return IsValidInteger(part) != 0; });
 }
 
 int IsValidNumber(const CString& text) { return IsValidInteger(text) || IsValidReal(text); }

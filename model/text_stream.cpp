@@ -56,7 +56,8 @@ long SeekLine(std::FILE* f, const std::string& sought) {
         ReadBytes(f, -1, line, kLineBytes, count);
         const bool last = std::feof(f) || std::ferror(f);
         if (count == 0 && last) return -1;
-        if (std::string_view(line, static_cast<std::size_t>(count)).find(sought) != std::string_view::npos) return start;
+        if (std::string_view(line, static_cast<std::size_t>(count)).find(sought) != std::string_view::npos)
+            return start;
         if (last) return -1;
     }
 }
@@ -155,7 +156,7 @@ void fgets_skip_comment(char* buffer, int size, std::FILE* f, const char* marker
             if (c == '\n') break;
         }
         if (comment.empty() || !line.starts_with(comment)) break;
-        for (; c != EOF && c != '\n'; c = std::fgetc(f)) {}
+        while (c != EOF && c != '\n') c = std::fgetc(f);
     }
     std::memcpy(buffer, line.c_str(), line.size() + 1);
 }

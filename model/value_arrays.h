@@ -2,10 +2,9 @@
 #pragma once
 #include <cstdio>
 
+#include "geometry/region_measures.h"  // RemoveDuplicatePoint, Add_Into_Array
 #include "platform/containers.h"
 #include "platform/string.h"
-
-class CFPoint;
 
 // --- copying: (from, to) ----------------------------------------------------------------------------------
 

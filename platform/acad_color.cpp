@@ -5,7 +5,7 @@ namespace {
 // Hues stand 15 degrees apart from red, ten entries each: five values, each with full and half saturation.
 COLORREF ColorOfHue(int index) {
     constexpr int kValues[] = {255, 204, 153, 127, 76};
-    const int step = index / 10 - 1;           // 0 to 23
+    const int step = index / 10 - 1;  // 0 to 23
     const int value = kValues[index % 10 / 2];
     const bool pale = index % 2 != 0;
     // How far a channel stands between the lowest and the highest, in quarters; fractions are dropped.

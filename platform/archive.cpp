@@ -35,7 +35,8 @@ bool CArchive::Read(void* bytes, std::size_t count) {
 template <class Bits>
 void CArchive::Store(Bits bits) {
     unsigned char bytes[sizeof(Bits)];
-    for (std::size_t i = 0; i < sizeof bytes; ++i) bytes[i] = static_cast<unsigned char>(bits >> (8 * i) & 0xFF);
+    for (std::size_t i = 0; i < sizeof bytes; ++i)
+        bytes[i] = static_cast<unsigned char>(bits >> (8 * i) & 0xFF);
     Write(bytes, sizeof bytes);
 }
 

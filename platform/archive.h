@@ -16,7 +16,7 @@ public:
     enum Mode { store = 0, load = 1 };
 
     CArchive(std::FILE* f, Mode mode) : m_file(f), m_loading(mode == load) {}
-    CArchive() = default;                                                      // stores to memory
+    CArchive() = default;                                                           // stores to memory
     explicit CArchive(std::string_view bytes) : m_bytes(bytes), m_loading(true) {}  // loads from memory
     CArchive(const CArchive&) = delete;
     CArchive& operator=(const CArchive&) = delete;

@@ -16,7 +16,8 @@ std::string GbkToUtf8(std::string_view gbk, bool* lossless) {
     if (ok) return text;
     std::string out;
     std::string_view rest = text;
-    for (std::size_t at; (at = rest.find(kReplacement)) != rest.npos; rest.remove_prefix(at + kReplacement.size()))
+    for (std::size_t at; (at = rest.find(kReplacement)) != rest.npos;
+         rest.remove_prefix(at + kReplacement.size()))
         out.append(rest.substr(0, at)).push_back('?');
     return out.append(rest);
 }

@@ -53,7 +53,8 @@ int LeadingInt(std::string_view text) {
 
 std::string FixedReal(double v, int decimals) {
     std::string out(static_cast<std::size_t>(330 + decimals), 0);  // the largest double has 309 digits
-    const auto [end, error] = std::to_chars(out.data(), out.data() + out.size(), v, std::chars_format::fixed, decimals);
+    const auto [end, error] =
+        std::to_chars(out.data(), out.data() + out.size(), v, std::chars_format::fixed, decimals);
     out.resize(static_cast<std::size_t>(end - out.data()));
     return out;
 }

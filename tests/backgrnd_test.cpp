@@ -32,9 +32,11 @@ CFRect PlainFrect(const CBackgrnd& grid, const CFCoor& coor) {
     float x = grid.m_fX0;
     for (int i = 0; i <= spacings[0].GetSize(); x += i < spacings[0].GetSize() ? spacings[0][i] : 0, ++i) {
         float y = grid.m_fY0;
-        for (int j = 0; j <= spacings[1].GetSize(); y += j < spacings[1].GetSize() ? spacings[1][j] : 0, ++j) {
+        for (int j = 0; j <= spacings[1].GetSize();
+             y += j < spacings[1].GetSize() ? spacings[1][j] : 0, ++j) {
             float z = grid.m_fZ0;
-            for (int k = 0; k <= spacings[2].GetSize(); z += k < spacings[2].GetSize() ? spacings[2][k] : 0, ++k) {
+            for (int k = 0; k <= spacings[2].GetSize();
+                 z += k < spacings[2].GetSize() ? spacings[2][k] : 0, ++k) {
                 const CFPoint p = coor.PointTouYing({x, y, z});
                 rect = rect | CFRect(p, p);
             }

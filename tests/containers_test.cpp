@@ -1,4 +1,6 @@
 // The containers and strings against the standard ones.
+#include "platform/containers.h"
+
 #include <gtest/gtest.h>
 
 #include <list>
@@ -7,7 +9,6 @@
 #include <string>
 #include <vector>
 
-#include "platform/containers.h"
 #include "platform/gbk.h"
 #include "platform/string.h"
 
@@ -39,14 +40,23 @@ TEST(Containers, ArrayBehavesAsAVector) {
         for (int step = 0; step < 60; ++step) {
             const int value = dice(1000), size = static_cast<int>(v.size()), at = dice(size + 1);
             switch (dice(8)) {
-                case 0: EXPECT_EQ(a.Add(value), size); v.push_back(value); break;
-                case 1: a.InsertAt(at, value, 2); v.insert(v.begin() + at, 2, value); break;
+                case 0:
+                    EXPECT_EQ(a.Add(value), size);
+                    v.push_back(value);
+                    break;
+                case 1:
+                    a.InsertAt(at, value, 2);
+                    v.insert(v.begin() + at, 2, value);
+                    break;
                 case 2:
                     if (at == size) break;
                     a.RemoveAt(at);
                     v.erase(v.begin() + at);
                     break;
-                case 3: a.SetSize(at); v.resize(static_cast<std::size_t>(at)); break;
+                case 3:
+                    a.SetSize(at);
+                    v.resize(static_cast<std::size_t>(at));
+                    break;
                 case 4:
                     a.SetAtGrow(at + 2, value);
                     if (at + 3 > size) v.resize(static_cast<std::size_t>(at) + 3);
@@ -63,11 +73,17 @@ TEST(Containers, ArrayBehavesAsAVector) {
                     a.InsertAt(at, &other);
                     const std::vector<int> same = v;
                     v.insert(v.begin() + at, same.begin(), same.end());
-                    if (size > 20) { a.RemoveAt(0, size); v.erase(v.begin(), v.begin() + size); }
+                    if (size > 20) {
+                        a.RemoveAt(0, size);
+                        v.erase(v.begin(), v.begin() + size);
+                    }
                     break;
                 }
                 default:
-                    if (at < size) { a[at] = value; v[static_cast<std::size_t>(at)] = value; }
+                    if (at < size) {
+                        a[at] = value;
+                        v[static_cast<std::size_t>(at)] = value;
+                    }
             }
             ASSERT_EQ(std::vector<int>(a.begin(), a.end()), v) << "round " << round << ", step " << step;
         }
@@ -82,11 +98,18 @@ TEST(Containers, ListPositionsAreStableHandles) {
         std::vector<std::pair<POSITION, std::list<int>::iterator>> handles;
         for (int step = 0; step < 80; ++step) {
             const int value = dice(50);
-            const std::size_t which = handles.empty() ? 0 : static_cast<std::size_t>(dice(static_cast<int>(handles.size())));
+            const std::size_t which =
+                handles.empty() ? 0 : static_cast<std::size_t>(dice(static_cast<int>(handles.size())));
             const bool any = !handles.empty();
             switch (dice(7)) {
-                case 0: model.push_back(value); handles.push_back({list.AddTail(value), std::prev(model.end())}); break;
-                case 1: model.push_front(value); handles.push_back({list.AddHead(value), model.begin()}); break;
+                case 0:
+                    model.push_back(value);
+                    handles.push_back({list.AddTail(value), std::prev(model.end())});
+                    break;
+                case 1:
+                    model.push_front(value);
+                    handles.push_back({list.AddHead(value), model.begin()});
+                    break;
                 case 2:
                     if (!any) break;
                     handles.push_back({list.InsertAfter(handles[which].first, value),
@@ -105,19 +128,25 @@ TEST(Containers, ListPositionsAreStableHandles) {
                     handles.erase(handles.begin() + static_cast<std::ptrdiff_t>(which));
                     break;
                 default:
-                    if (any) { list.SetAt(handles[which].first, value); *handles[which].second = value; }
+                    if (any) {
+                        list.SetAt(handles[which].first, value);
+                        *handles[which].second = value;
+                    }
             }
             std::vector<int> forth, back;
             for (POSITION p = list.GetHeadPosition(); p;) forth.push_back(list.GetNext(p));
             for (POSITION p = list.GetTailPosition(); p;) back.insert(back.begin(), list.GetPrev(p));
-            ASSERT_EQ(forth, std::vector<int>(model.begin(), model.end())) << "round " << round << ", step " << step;
+            ASSERT_EQ(forth, std::vector<int>(model.begin(), model.end()))
+                << "round " << round << ", step " << step;
             ASSERT_EQ(back, forth);
             ASSERT_EQ(list.GetCount(), static_cast<int>(model.size()));
             for (const auto& [position, it] : handles) ASSERT_EQ(list.GetAt(position), *it);
             const auto found = std::find(model.begin(), model.end(), value);
             const POSITION position = list.Find(value);
             ASSERT_EQ(position != nullptr, found != model.end());
-            if (position) { ASSERT_EQ(list.FindIndex(static_cast<int>(std::distance(model.begin(), found))), position); }
+            if (position) {
+                ASSERT_EQ(list.FindIndex(static_cast<int>(std::distance(model.begin(), found))), position);
+            }
         }
         list.AddTail(list);
         EXPECT_EQ(list.GetCount(), 2 * static_cast<int>(model.size()));
@@ -163,7 +192,9 @@ void CompareMaps(unsigned seed, int keys) {
                         Key walked{};
                         int v = 0;
                         map.GetNextAssoc(p, walked, v);
-                        if (v % 3 == 0) { ASSERT_TRUE(map.RemoveKey(walked)); }
+                        if (v % 3 == 0) {
+                            ASSERT_TRUE(map.RemoveKey(walked));
+                        }
                     }
                     model = left;
                 }
@@ -179,13 +210,15 @@ void CompareMaps(unsigned seed, int keys) {
             int v = -1;
             const auto now = find(k);
             ASSERT_EQ(map.Lookup(key, v), now != model.end());
-            if (now != model.end()) { ASSERT_EQ(v, now->second); }
+            if (now != model.end()) {
+                ASSERT_EQ(v, now->second);
+            }
         }
     }
 }
 TEST(Containers, MapIsWalkedInOrderOfEntering) {
-    CompareMaps<int>(13, 12);    // within and around the plain array
-    CompareMaps<int>(14, 200);   // a table
+    CompareMaps<int>(13, 12);     // within and around the plain array
+    CompareMaps<int>(14, 200);    // a table
     CompareMaps<Clumsy>(15, 60);  // long runs in the table
 }
 
@@ -206,7 +239,8 @@ TEST(Strings, CutAtWholeCharacters) {
         {"mid with both ends within", text.Mid(1, 4), "轴a"},
         {"mid behind the end", text.Mid(99), ""},
         {"mid from a negative place", text.Mid(-5, 3), "轴"},
-        {"stray continuation bytes are cut as bytes", CString("\x80\x80\x80\x80\x80\x80").Left(5), "\x80\x80\x80\x80\x80"},
+        {"stray continuation bytes are cut as bytes", CString("\x80\x80\x80\x80\x80\x80").Left(5),
+         "\x80\x80\x80\x80\x80"},
     };
     for (const auto& row : rows) EXPECT_EQ(row.got, row.wanted) << row.name;
 }
@@ -256,7 +290,10 @@ TEST(Gbk, WhatDoesNotConvertIsToldAndReplaced) {
         bool lossless;
         const char* wanted;
     } rows[] = {
-        {"a byte that begins nothing", "a\xFF" "b", false, "a?b"},
+        {"a byte that begins nothing",
+         "a\xFF"
+         "b",
+         false, "a?b"},
         {"a pair cut at the end", "\xD6\xE1\xD6", false, "轴?"},
         {"plain", "ab", true, "ab"},
         {"empty", "", true, ""},

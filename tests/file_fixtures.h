@@ -46,7 +46,9 @@ public:
     std::string path;
 };
 
-inline std::string Shown(const char* text) { return text ? std::string("[").append(text).append("]") : "null"; }
+inline std::string Shown(const char* text) {
+    return text ? std::string("[").append(text).append("]") : "null";
+}
 
 inline std::string Show(const CStringArray& a) {
     std::string out;

@@ -35,7 +35,10 @@ TEST(TextStream, Words) {
         {"as many bytes as told", "abcdef", 3, 0, "abc", 3},
         {"no bytes asked for", "abc", 0, 0, "", 0},
         {"the end", "ab", 9, 0, "ab", 2},
-        {"the byte 0xFF ends it and goes", "a\xFF" "b", 9, 0, "a", 2},
+        {"the byte 0xFF ends it and goes",
+         "a\xFF"
+         "b",
+         9, 0, "a", 2},
         {"a return is a byte like any other", "ab\r\n", 9, 0, "ab\r", 4},
     };
     for (const auto& row : rows) {
@@ -65,8 +68,14 @@ TEST(TextStream, LinesForthAndBack) {
         {"an empty line is no end", "\n\na", "[][][a]null", "[a][]null"},
         {"a long line comes in pieces", "abcdefg\nh", "[abcde][fg][h]null", "[h][cdefg][ab]null"},
         {"exactly as long as told", "abcde\nf", "[abcde][][f]null", "[f][abcde]null"},
-        {"the byte 0xFF ends a line", "ab\xFF" "cd\n", "[ab][cd]null", "[][cd][ab]null"},
-        {"0xFF in front is an end", "\xFF" "ab", "null", "[ab]null"},
+        {"the byte 0xFF ends a line",
+         "ab\xFF"
+         "cd\n",
+         "[ab][cd]null", "[][cd][ab]null"},
+        {"0xFF in front is an end",
+         "\xFF"
+         "ab",
+         "null", "[ab]null"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
@@ -107,7 +116,11 @@ TEST(TextStream, Numbers) {
         {"a letter is passed over", "a,5", 0, "5"},
         {"a sign at the end", "-", 0, ""},
         {"white space alone", "  ", 0, ""},
-        {"too large", "1" "000000000000000000000" "00000000000000000000", HUGE_VALF, ""},
+        {"too large",
+         "1"
+         "000000000000000000000"
+         "00000000000000000000",
+         HUGE_VALF, ""},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
@@ -141,12 +154,9 @@ TEST(TextStream, Finding) {
         int found;
         long behind, stay;
     } rows[] = {
-        {"in the first line", "irs", 1, 6, 0},
-        {"Chinese is sought as GBK", "轴线", 1, 15, 6},
-        {"the first hit counts", "two", 1, 15, 6},
-        {"behind a lonely 0xFF", "last", 1, 25, 17},
-        {"nowhere", "three", 0, 25, 25},
-        {"not across lines", "first\n", 0, 25, 25},
+        {"in the first line", "irs", 1, 6, 0},     {"Chinese is sought as GBK", "轴线", 1, 15, 6},
+        {"the first hit counts", "two", 1, 15, 6}, {"behind a lonely 0xFF", "last", 1, 25, 17},
+        {"nowhere", "three", 0, 25, 25},           {"not across lines", "first\n", 0, 25, 25},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
@@ -206,13 +216,15 @@ TEST(BinaryRecords, LayoutAndBack) {
     write_float_array(f, Floats({1.0f}));
     write_float_point_array(f, points);
     write_region(f, region);
-    EXPECT_EQ(f.Content(), "\3\0\0\0\xD6\xE1" "a"
-                           "\2\0\0\0\2\0\0\0\xD6\xE1\0\0\0\0"
-                           "\1\0\0\0\xFE\xFF\xFF\xFF"
-                           "\1\0\0\0\1\0\0\x80"
-                           "\1\0\0\0\0\0\x80\x3F"
-                           "\1\0\0\0\0\0\x80\x3F\0\0\0\x40"
-                           "\1\0\0\0\0\0\x80\x3F\0\0\0\x40\0\0\0\xBF"s);
+    EXPECT_EQ(f.Content(),
+              "\3\0\0\0\xD6\xE1"
+              "a"
+              "\2\0\0\0\2\0\0\0\xD6\xE1\0\0\0\0"
+              "\1\0\0\0\xFE\xFF\xFF\xFF"
+              "\1\0\0\0\1\0\0\x80"
+              "\1\0\0\0\0\0\x80\x3F"
+              "\1\0\0\0\0\0\x80\x3F\0\0\0\x40"
+              "\1\0\0\0\0\0\x80\x3F\0\0\0\x40\0\0\0\xBF"s);
 
     std::rewind(f);
     CArray<float, float> floats = Floats({9, 9, 9});
@@ -244,7 +256,10 @@ TEST(BinaryRecords, ShortFilesYieldWhatTheyHold) {
     } rows[] = {
         {"nothing", "", 0, 0, ""},
         {"half a count", "\1\0"s, 0, 0, ""},
-        {"a negative count", "\xFF\xFF\xFF\xFF" "abcdefgh", 0, 0, ""},
+        {"a negative count",
+         "\xFF\xFF\xFF\xFF"
+         "abcdefgh",
+         0, 0, ""},
         {"a huge count", hugeCount + "\2\0\0\0ab"s, 1, 1, ""},
         {"an element cut", "\3\0\0\0\1\0\0\0a\2\0\0\0b"s, 1, 2, "\1"},
         {"a string", "\2\0\0\0\1\0\0\0x\0\0\0\0"s, 2, 2, "\1"},
@@ -271,7 +286,8 @@ TEST(Archive, MemoryAndFileAlike) {
     const TempFile f;
     CArchive toFile(f, CArchive::store);
     for (CArchive* ar : {&out, &toFile})
-        *ar << -3 << std::uint32_t{0xFFFFFFFF} << 1.5f << -2.25 << static_cast<unsigned char>(200) << CString("轴");
+        *ar << -3 << std::uint32_t{0xFFFFFFFF} << 1.5f << -2.25 << static_cast<unsigned char>(200)
+            << CString("轴");
     EXPECT_EQ(f.Content(), out.Stored());
     EXPECT_EQ(out.Stored().size(), 4 + 4 + 4 + 8 + 1 + 4 + 2u);
     EXPECT_TRUE(out.IsStoring() && !out.IsLoading() && !out.IsShort());
@@ -399,7 +415,8 @@ TEST(Paths, FilesOfAFolder) {
     EXPECT_EQ(list(GetFiles, root, CString()), "[a.dxf][b.dxf][c.txt][no_ext][轴.dxf]");
     EXPECT_EQ(list(GetFiles, root + "nowhere", CString()), "");
     EXPECT_EQ(list(get_sub_directory, root), "[x]");
-    std::filesystem::create_directory_symlink(folder.path, folder.path + "x/back");  // followed, it has no end
+    std::filesystem::create_directory_symlink(folder.path,
+                                              folder.path + "x/back");  // followed, it has no end
     EXPECT_EQ(list(enum_sub_directory, root), under("x") + under("x/y") + under("x/y/z"));
 
     EXPECT_EQ(file_exists(root + "a.dxf"), 1);

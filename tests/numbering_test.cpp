@@ -26,8 +26,9 @@ struct Plain {
         std::vector<int> out;
         std::size_t l = 0, r = 0;
         while (l < left.size() || r < right.size()) {
-            const bool takeRight = l == left.size() || (r < right.size() && (byX ? GreaterX(left[l], right[r])
-                                                                                  : GreaterY(left[l], right[r])));
+            const bool takeRight =
+                l == left.size() ||
+                (r < right.size() && (byX ? GreaterX(left[l], right[r]) : GreaterY(left[l], right[r])));
             out.push_back(takeRight ? right[r++] : left[l++]);
         }
         return out;
@@ -40,7 +41,8 @@ struct Plain {
         while (!left.empty()) {
             std::size_t candidate = 0;
             for (std::size_t i = 1; i < left.size(); ++i)
-                if (byRows ? GreaterY(left[candidate], left[i]) : GreaterX(left[candidate], left[i])) candidate = i;
+                if (byRows ? GreaterY(left[candidate], left[i]) : GreaterX(left[candidate], left[i]))
+                    candidate = i;
             order.push_back(left[candidate]);
             left.erase(left.begin() + static_cast<std::ptrdiff_t>(candidate));
         }
@@ -88,10 +90,12 @@ TEST(Numbering, AgreesWithThePlainScan) {
         const float step = round % 3 == 0 ? 50.0f : 25.0f;
         const int side = 1 + pick(9);
         std::vector<SortPoint> points(static_cast<std::size_t>(pick(60)));
-        for (auto& p : points) p = {step * static_cast<float>(pick(side)), step * static_cast<float>(pick(side))};
+        for (auto& p : points)
+            p = {step * static_cast<float>(pick(side)), step * static_cast<float>(pick(side))};
         if (round % 5 == 0)
             for (auto& p : points) {
-                constexpr float kOdd[] = {std::numeric_limits<float>::quiet_NaN(), HUGE_VALF, -HUGE_VALF, 3e38f};
+                constexpr float kOdd[] = {std::numeric_limits<float>::quiet_NaN(), HUGE_VALF, -HUGE_VALF,
+                                          3e38f};
                 if (pick(8) == 0) p.x = kOdd[pick(4)];
                 if (pick(8) == 0) p.y = kOdd[pick(4)];
             }

@@ -33,7 +33,7 @@ TEST(TextCheck, Splitting) {
         const char* more;
         const char* fields;
     } rows[] = {
-        {"a,,b", nullptr, "[a][][b]"}, {"a,", nullptr, "[a][]"},       {"", nullptr, "[]"},
+        {"a,,b", nullptr, "[a][][b]"}, {"a,", nullptr, "[a][]"},          {"", nullptr, "[]"},
         {nullptr, nullptr, ""},        {"a;b c,d", "; ", "[a][b][c][d]"}, {"轴,线", "", "[轴][线]"},
     };
     for (const auto& row : rows) {
@@ -54,8 +54,9 @@ TEST(TextCheck, ValidNumbers) {
         const char* text;
         int integer, real;
     } rows[] = {
-        {"", 1, 1},     {" 12\t", 1, 1}, {"-12", 1, 1}, {"1-", 0, 0},    {"-", 1, 1},     {"+1", 0, 0},  {"1.2", 0, 1},
-        {"1.2.3", 0, 0}, {"1.-2", 0, 0},  {"-1.5", 0, 1}, {"-1-1", 0, 0}, {"1e5", 0, 0}, {".", 0, 1}, {"1 2", 0, 0},
+        {"", 1, 1},     {" 12\t", 1, 1}, {"-12", 1, 1},   {"1-", 0, 0},   {"-", 1, 1},
+        {"+1", 0, 0},   {"1.2", 0, 1},   {"1.2.3", 0, 0}, {"1.-2", 0, 0}, {"-1.5", 0, 1},
+        {"-1-1", 0, 0}, {"1e5", 0, 0},   {".", 0, 1},     {"1 2", 0, 0},
     };
     for (const auto& row : rows) {
         EXPECT_EQ(IsValidInteger(row.text), row.integer) << row.text;
@@ -69,8 +70,9 @@ TEST(TextCheck, NumbersForDisplay) {
         double v;
         int digits;
         const char* text;
-    } rows[] = {{2.50, 3, "2.5"},       {2.0, 3, "2.0"},   {1.0 / 3, 9, "0.33333"}, {20, 0, "20"},  {-0.125, 2, "-0.12"},
-                {1234.5678, -3, "1235"}, {100.0, 1, "100.0"}, {HUGE_VAL, 3, "inf"},  {1e20, 2, "100000000000000000000.0"}};
+    } rows[] = {{2.50, 3, "2.5"},    {2.0, 3, "2.0"},      {1.0 / 3, 9, "0.33333"},
+                {20, 0, "20"},       {-0.125, 2, "-0.12"}, {1234.5678, -3, "1235"},
+                {100.0, 1, "100.0"}, {HUGE_VAL, 3, "inf"}, {1e20, 2, "100000000000000000000.0"}};
     for (const auto& row : rows) EXPECT_EQ(GetDisplayCoef(row.v, row.digits), row.text);
     EXPECT_EQ(remove_invalid_filechar("a\\b/c:d*e?f<g>h|轴\"."), "abcdefgh轴\".");
     EXPECT_EQ(remove_continous_duplicate_char("  a   bb ", ' '), " a bb ");
@@ -83,9 +85,17 @@ TEST(NumberText, LeadingPartInTheCLocale) {
         double real;
         int integer;
     } rows[] = {
-        {"12.5abc", 12.5, 12},  {" \t-7e2x", -700, -7}, {"+3", 3, 3},     {"--3", 0, 0},
-        {"+-3", 0, 0},          {"", 0, 0},             {"x", 0, 0},       {"1e999", HUGE_VAL, 1},
-        {"-1e-999", 0, -1},     {"99999999999", 99999999999.0, 2147483647}, {"-99999999999", -99999999999.0, -2147483647 - 1},
+        {"12.5abc", 12.5, 12},
+        {" \t-7e2x", -700, -7},
+        {"+3", 3, 3},
+        {"--3", 0, 0},
+        {"+-3", 0, 0},
+        {"", 0, 0},
+        {"x", 0, 0},
+        {"1e999", HUGE_VAL, 1},
+        {"-1e-999", 0, -1},
+        {"99999999999", 99999999999.0, 2147483647},
+        {"-99999999999", -99999999999.0, -2147483647 - 1},
     };
     for (const auto& row : rows) {
         EXPECT_EQ(LeadingReal(row.text), row.real) << row.text;
@@ -94,8 +104,10 @@ TEST(NumberText, LeadingPartInTheCLocale) {
     EXPECT_EQ(LeadingReal("0." + std::string(400, '0') + "1"), 0);
     EXPECT_EQ(LeadingReal(std::string(400, '9')), HUGE_VAL);
     std::mt19937_64 rng(77);
-    for (int round = 0; round < 2000; ++round) {  // the process stays in the C locale here, so printf is an oracle
-        const double v = (static_cast<double>(rng() % 2000001) - 1e6) * std::pow(10.0, static_cast<double>(rng() % 20) - 10);
+    for (int round = 0; round < 2000;
+         ++round) {  // the process stays in the C locale here, so printf is an oracle
+        const double v = (static_cast<double>(rng() % 2000001) - 1e6) *
+                         std::pow(10.0, static_cast<double>(rng() % 20) - 10);
         char text[400];
         std::snprintf(text, sizeof text, "%.5f", v);
         ASSERT_EQ(FixedReal(v, 5), text) << "round " << round;
@@ -135,20 +147,37 @@ TEST(Dates, DaysMoveAcrossMonthsAndLeapYears) {
     const struct {
         int date, days, result;
     } rows[] = {
-        {20240228, 1, 20240229}, {20230228, 1, 20230301}, {19000228, 1, 19000301},  {20000228, 1, 20000229},
-        {20240301, -1, 20240229}, {20231231, 1, 20240101}, {20240101, -1, 20231231}, {20240115, 0, 20240115},
-        {20240101, 146097, 24240101}, {24240101, -146097, 20240101}, {20241301, 1, -1}, {20240001, 1, -1},
-        {20240230, 0, -1}, {20240100, 0, -1}, {-20240101, 0, -1}, {0, 0, -1}, {20240101, 2147483647, -1},
-        {20240101, -2147483647 - 1, -1}, {101, 1, 102}, {101, -1, -1},
+        {20240228, 1, 20240229},
+        {20230228, 1, 20230301},
+        {19000228, 1, 19000301},
+        {20000228, 1, 20000229},
+        {20240301, -1, 20240229},
+        {20231231, 1, 20240101},
+        {20240101, -1, 20231231},
+        {20240115, 0, 20240115},
+        {20240101, 146097, 24240101},
+        {24240101, -146097, 20240101},
+        {20241301, 1, -1},
+        {20240001, 1, -1},
+        {20240230, 0, -1},
+        {20240100, 0, -1},
+        {-20240101, 0, -1},
+        {0, 0, -1},
+        {20240101, 2147483647, -1},
+        {20240101, -2147483647 - 1, -1},
+        {101, 1, 102},
+        {101, -1, -1},
     };
-    for (const auto& row : rows) EXPECT_EQ(get_ref_date(row.date, row.days), row.result) << row.date << " + " << row.days;
+    for (const auto& row : rows)
+        EXPECT_EQ(get_ref_date(row.date, row.days), row.result) << row.date << " + " << row.days;
     for (int date = 19991201, days = 0; days < 1000; ++days, date = get_ref_date(date, 1)) {
         ASSERT_EQ(get_ref_date(19991201, days), date);
         ASSERT_EQ(get_ref_date(date, -days), 19991201);
     }
     EXPECT_NE(GetCurTime().Find("年"), -1);
     int year = 0, rest = 0;
-    EXPECT_EQ(std::sscanf(GetCurTime2(), "%d-%2d-%2d %2d:%2d:%2d", &year, &rest, &rest, &rest, &rest, &rest), 6);
+    EXPECT_EQ(std::sscanf(GetCurTime2(), "%d-%2d-%2d %2d:%2d:%2d", &year, &rest, &rest, &rest, &rest, &rest),
+              6);
     EXPECT_GT(year, 2000);
 }
 
@@ -248,13 +277,17 @@ TEST(AcadColor, Table) {
         int index;
         COLORREF color;
     } rows[] = {
-        {0, RGB(0, 0, 0)},       {1, RGB(255, 0, 0)},     {2, RGB(255, 255, 0)}, {3, RGB(0, 255, 0)},     {4, RGB(0, 255, 255)},
-        {5, RGB(0, 0, 255)},     {6, RGB(255, 0, 255)},   {7, RGB(255, 255, 255)}, {8, RGB(128, 128, 128)}, {9, RGB(192, 192, 192)},
-        {10, RGB(255, 0, 0)},    {11, RGB(255, 127, 127)}, {20, RGB(255, 63, 0)}, {21, RGB(255, 159, 127)}, {29, RGB(76, 47, 38)},
-        {30, RGB(255, 127, 0)},  {50, RGB(255, 255, 0)},  {60, RGB(191, 255, 0)}, {92, RGB(0, 204, 0)},    {104, RGB(0, 153, 38)},
-        {130, RGB(0, 255, 255)}, {142, RGB(0, 153, 204)}, {176, RGB(0, 0, 127)}, {188, RGB(19, 0, 76)},   {210, RGB(255, 0, 255)},
-        {240, RGB(255, 0, 63)},  {249, RGB(76, 38, 47)},  {250, RGB(51, 51, 51)}, {255, RGB(255, 255, 255)},
-        {-1, RGB(255, 255, 255)}, {256, RGB(255, 255, 255)},
+        {0, RGB(0, 0, 0)},         {1, RGB(255, 0, 0)},       {2, RGB(255, 255, 0)},
+        {3, RGB(0, 255, 0)},       {4, RGB(0, 255, 255)},     {5, RGB(0, 0, 255)},
+        {6, RGB(255, 0, 255)},     {7, RGB(255, 255, 255)},   {8, RGB(128, 128, 128)},
+        {9, RGB(192, 192, 192)},   {10, RGB(255, 0, 0)},      {11, RGB(255, 127, 127)},
+        {20, RGB(255, 63, 0)},     {21, RGB(255, 159, 127)},  {29, RGB(76, 47, 38)},
+        {30, RGB(255, 127, 0)},    {50, RGB(255, 255, 0)},    {60, RGB(191, 255, 0)},
+        {92, RGB(0, 204, 0)},      {104, RGB(0, 153, 38)},    {130, RGB(0, 255, 255)},
+        {142, RGB(0, 153, 204)},   {176, RGB(0, 0, 127)},     {188, RGB(19, 0, 76)},
+        {210, RGB(255, 0, 255)},   {240, RGB(255, 0, 63)},    {249, RGB(76, 38, 47)},
+        {250, RGB(51, 51, 51)},    {255, RGB(255, 255, 255)}, {-1, RGB(255, 255, 255)},
+        {256, RGB(255, 255, 255)},
     };
     for (const auto& row : rows) EXPECT_EQ(GetAcadRGBColor(row.index), row.color) << row.index;
     EXPECT_EQ(GetAcadRGBColor(1) & 0xFF, 255u) << "red in the low byte";
@@ -262,7 +295,8 @@ TEST(AcadColor, Table) {
 
 TEST(Errors, GoThroughTheHandlerAndReturn) {
     static std::string told;
-    const ErrorHandler before = SetErrorHandler([](int code, const char* text) { told += std::to_string(code) + text; });
+    const ErrorHandler before =
+        SetErrorHandler([](int code, const char* text) { told += std::to_string(code) + text; });
     tell_error(201, "错误");
     tell_error(7, nullptr);
     EXPECT_EQ(told, "201错误7");
