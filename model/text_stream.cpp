@@ -150,6 +150,7 @@ void fgets_skip_comment(char* buffer, int size, std::FILE* f, const char* marker
             if (c == '\r') continue;
             if (line.size() == room) {
                 std::ungetc(c, f);
+                c = 0;  // what ends the line is still to be read
                 break;
             }
             line.push_back(static_cast<char>(c));
