@@ -14,9 +14,9 @@ float get_line_angle(float x1, float y1, float x2, float y2);
 
 void swap_float(float* a, float* b);
 
-void shift_coordinate(float dx, float dy, float* x, float* y);   // adds (dx, dy)
-void rotate_coordinate(float angle, float* x, float* y);         // turns anticlockwise about the origin
+void shift_coordinate(float dx, float dy, float* x, float* y);  // adds (dx, dy)
+void rotate_coordinate(float angle, float* x, float* y);        // turns anticlockwise about the origin
 
-/// Takes a point from a frame whose origin is (x0, y0) and whose x axis points in the direction `angle` to the
-/// model: turns by +angle, then shifts by +(x0, y0).
+/// Takes a point from a frame whose origin is (x0, y0) and whose x axis points in the direction `angle` to
+/// the model: turns by +angle, then shifts by +(x0, y0).
 void frame_to_model(float angle, float x0, float y0, float* x, float* y);

@@ -107,8 +107,8 @@ double DistanceSquared(const Edge& e, double x, double y) {
 bool Within(const Edge& e, double x, double y, double tol) {
     if (!e.IsArc()) {
         const bool right = e.x0 < e.x1, up = e.y0 < e.y1;
-        if (x < (right ? e.x0 : e.x1) - tol || x > (right ? e.x1 : e.x0) + tol || y < (up ? e.y0 : e.y1) - tol ||
-            y > (up ? e.y1 : e.y0) + tol)
+        if (x < (right ? e.x0 : e.x1) - tol || x > (right ? e.x1 : e.x0) + tol ||
+            y < (up ? e.y0 : e.y1) - tol || y > (up ? e.y1 : e.y0) + tol)
             return false;
     }
     return DistanceSquared(e, x, y) <= tol * tol;
@@ -120,10 +120,8 @@ int Winding(const Edge& e, double x, double y) {
     int winding = 0;
     // Crossings of the ray to the right. A point level with an end counts as above it, and one exactly on the
     // chord as to its right.
-    if (e.y0 <= y && y < e.y1)
-        winding = side > 0;
-    else if (e.y1 <= y && y < e.y0)
-        winding = -(side < 0);
+    if (e.y0 <= y && y < e.y1) winding = side > 0;
+    else if (e.y1 <= y && y < e.y0) winding = -(side < 0);
     if (!e.IsArc() || !(section::Square(x - e.cx) + section::Square(y - e.cy) < e.r * e.r)) return winding;
 
     const int sense = e.sweep > 0 ? 1 : -1;

@@ -144,12 +144,9 @@ Shared SharedPlaces(const Edge& first, const Edge& second, double tol) {
         ShareLines(first, second, tol, shared);
         return shared;
     }
-    if (first.IsArc() && second.IsArc())
-        ShareArcs(first, second, tol, shared);
-    else if (first.IsArc())
-        ShareLineArc(second, first, first, tol, shared);
-    else
-        ShareLineArc(first, second, first, tol, shared);
+    if (first.IsArc() && second.IsArc()) ShareArcs(first, second, tol, shared);
+    else if (first.IsArc()) ShareLineArc(second, first, first, tol, shared);
+    else ShareLineArc(first, second, first, tol, shared);
     if (shared.count == 0) ShareEnds(first, second, tol, shared);
     return shared;
 }

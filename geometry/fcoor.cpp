@@ -87,7 +87,9 @@ CFPoint CFCoor::DPtoFP3(const CPoint& p) const {
     return model;
 }
 
-CFRect CFCoor::DPtoFP(const CRect& rect) const { return {DPtoFP(rect.TopLeft()), DPtoFP(rect.BottomRight())}; }
+CFRect CFCoor::DPtoFP(const CRect& rect) const {
+    return {DPtoFP(rect.TopLeft()), DPtoFP(rect.BottomRight())};
+}
 
 void CFCoor::TouYing3Dto2D(float x, float y, float z, float alpha, float beta, float& u, float& v) const {
     Project(x, y, z, Turn(alpha), Turn(beta), u, v);

@@ -32,25 +32,25 @@ public:
 
     // Model to device.
     int FPtoDP(double length) const;
-    CPoint FPtoDP(const CFPoint& p) const;    // projected
-    CPoint FP2toDP(const CFPoint& p) const;   // x and y as they stand
-    CRect FPtoDP(const CFRect& rect) const;   // box of the four projected corners
+    CPoint FPtoDP(const CFPoint& p) const;   // projected
+    CPoint FP2toDP(const CFPoint& p) const;  // x and y as they stand
+    CRect FPtoDP(const CFRect& rect) const;  // box of the four projected corners
 
     // Device to model.
     double DPtoFP(int length) const;
-    CFPoint DPtoFP(const CPoint& p) const;    // undoes FP2toDP
-    CFPoint DPtoFP3(const CPoint& p) const;   // undoes FPtoDP, on the plane z = 0 or on the vertical
-    CFRect DPtoFP(const CRect& rect) const;   // minima and maxima of the two corners
+    CFPoint DPtoFP(const CPoint& p) const;   // undoes FP2toDP
+    CFPoint DPtoFP3(const CPoint& p) const;  // undoes FPtoDP, on the plane z = 0 or on the vertical
+    CFRect DPtoFP(const CRect& rect) const;  // minima and maxima of the two corners
 
     // The projection and its inverse.
     void TouYing3Dto2D(float x, float y, float z, float alpha, float beta, float& u, float& v) const;
     void FanTouYing2Dto3D(float u, float v, float alpha, float beta, float& x, float& y, float& z) const;
-    CFPoint PointTouYing(CFPoint p) const;    // (u, v, 0) with this view's angles
+    CFPoint PointTouYing(CFPoint p) const;  // (u, v, 0) with this view's angles
 
-    CFPoint m_cOrigin;                 // the model point at device (0, 0)
-    float m_fScale = 1.0f;             // device units per model unit
-    unsigned char m_bReverseY = 1;     // not 0: device y grows downwards
-    CRect m_rcClient;                  // the view's device rectangle, kept for the view
-    float m_fAlpha = 0;                // rotation about the vertical, radians
-    float m_fBeta = 1.5707964f;        // tilt, radians; pi/2 is the plan
+    CFPoint m_cOrigin;              // the model point at device (0, 0)
+    float m_fScale = 1.0f;          // device units per model unit
+    unsigned char m_bReverseY = 1;  // not 0: device y grows downwards
+    CRect m_rcClient;               // the view's device rectangle, kept for the view
+    float m_fAlpha = 0;             // rotation about the vertical, radians
+    float m_fBeta = 1.5707964f;     // tilt, radians; pi/2 is the plan
 };

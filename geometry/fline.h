@@ -35,8 +35,8 @@ public:
 
 /// True when start lies at start and end at end, each strictly nearer than tol. A reversed line is another.
 int IsSameFPLine(const CFPLine& a, const CFPLine& b, float tol);
-/// True when centres, radii and both angles each differ by strictly less than tol: the one tol is a length and
-/// a number of degrees.
+/// True when centres, radii and both angles each differ by strictly less than tol: the one tol is a length
+/// and a number of degrees.
 int IsSameFPArc(const CFPArc& a, const CFPArc& b, float tol);
 
 /// Hooks for a debugger: walk the array, copying each element, and do nothing more.

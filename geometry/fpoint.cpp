@@ -1,6 +1,8 @@
 #include "geometry/fpoint.h"
 
-double direction_of(const CFPoint& from, const CFPoint& to) { return std::atan2(to.y - from.y, to.x - from.x); }
+double direction_of(const CFPoint& from, const CFPoint& to) {
+    return std::atan2(to.y - from.y, to.x - from.x);
+}
 
 double CFPoint::Distance(const CFPoint& p) const {
     const float dx = p.x - x, dy = p.y - y, dz = p.z - z;
@@ -20,7 +22,9 @@ CFPoint& CFPoint::Mirror(const CFPoint& p1, const CFPoint& p2) {
 }
 
 CFPoint& CFPoint::Stretch(const CFPoint& centre, double factor) {
-    const auto stretched = [factor](float v, float from) { return static_cast<float>(from + (v - from) * factor); };
+    const auto stretched = [factor](float v, float from) {
+        return static_cast<float>(from + (v - from) * factor);
+    };
     x = stretched(x, centre.x);
     y = stretched(y, centre.y);
     z = stretched(z, centre.z);

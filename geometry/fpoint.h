@@ -21,7 +21,7 @@ public:
     void SetZ(float v) { z = v; }
 
     // Comparing.
-    double Distance(const CFPoint& p) const;  // in space; all float, widened at the end
+    double Distance(const CFPoint& p) const;          // in space; all float, widened at the end
     int Similar(const CFPoint& p, float tol) const {  // strictly nearer than tol in each coordinate
         return std::fabs(x - p.x) < tol && std::fabs(y - p.y) < tol && std::fabs(z - p.z) < tol;
     }

@@ -2,15 +2,18 @@
 #pragma once
 #include "geometry/fpoint.h"
 
-/// A box of four floats, stored as given: a box whose minima exceed its maxima is nobody's special case. There
-/// is no "empty" box; a default one is the origin, and takes part in unions as such.
+/// A box of four floats, stored as given: a box whose minima exceed its maxima is nobody's special case.
+/// There is no "empty" box; a default one is the origin, and takes part in unions as such.
 class CFRect {
 public:
     constexpr CFRect() = default;
     constexpr CFRect(float minX, float minY, float maxX, float maxY)
         : m_fMinX(minX), m_fMinY(minY), m_fMaxX(maxX), m_fMaxY(maxY) {}
     constexpr CFRect(const CFPoint& a, const CFPoint& b)  // any two opposite corners
-        : m_fMinX(Lower(a.x, b.x)), m_fMinY(Lower(a.y, b.y)), m_fMaxX(Upper(a.x, b.x)), m_fMaxY(Upper(a.y, b.y)) {}
+        : m_fMinX(Lower(a.x, b.x)),
+          m_fMinY(Lower(a.y, b.y)),
+          m_fMaxX(Upper(a.x, b.x)),
+          m_fMaxY(Upper(a.y, b.y)) {}
 
     float Width() const { return m_fMaxX - m_fMinX; }
     float Height() const { return m_fMaxY - m_fMinY; }

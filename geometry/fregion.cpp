@@ -40,8 +40,8 @@ Box United(const Box& a, const Box& b) {
 
 // By more than any tolerance that a test with arcs allows.
 bool FarApart(const Box& a, const Box& b) {
-    return a.minX > b.maxX + kMergePoints || b.minX > a.maxX + kMergePoints || a.minY > b.maxY + kMergePoints ||
-           b.minY > a.maxY + kMergePoints;
+    return a.minX > b.maxX + kMergePoints || b.minX > a.maxX + kMergePoints ||
+           a.minY > b.maxY + kMergePoints || b.minY > a.maxY + kMergePoints;
 }
 
 // Of a region that isn't empty.
@@ -162,7 +162,9 @@ int CFRegion::Intersect(const CFShape& shape, CFPoint* points) const {
     int count = 0;
     const auto enter = [&](double place) {
         const CFPoint p = PointAt(along, place);
-        const auto isP = [&](const CFPoint& q) { return std::hypot(p.x - q.x, p.y - q.y) < tolerance::kDuplicatePoint; };
+        const auto isP = [&](const CFPoint& q) {
+            return std::hypot(p.x - q.x, p.y - q.y) < tolerance::kDuplicatePoint;
+        };
         if (count < kMostPoints && std::none_of(found, found + count, isP)) found[count++] = p;
     };
     places = Joined(std::move(places));

@@ -15,7 +15,7 @@ public:
     CFRegion(const CFRegion&) = default;
     CFRegion& operator=(const CFRegion&) = default;
 
-    void Init(const CFPoint* points, int n);               // x and y; straight edges
+    void Init(const CFPoint* points, int n);  // x and y; straight edges
     void Init(const float* px, const float* py, int n);
 
     /// A quick test on the first and last vertex: true when the outline bends to the left there.

@@ -6,9 +6,14 @@ using tolerance::kFlatSine;
 using tolerance::kFullTurn;
 
 CFShape::CFShape(const CFPoint& p1, const CFPoint& p2)
-    : CFPoint(p1.x, p1.y, 0), r(static_cast<float>(p1.Distance(p2))), a(static_cast<float>(direction_of(p1, p2))), b(0) {}
+    : CFPoint(p1.x, p1.y, 0),
+      r(static_cast<float>(p1.Distance(p2))),
+      a(static_cast<float>(direction_of(p1, p2))),
+      b(0) {}
 
-CFShape::CFShape(const CFPoint& start, const CFPoint& end, float c) : r(0), a(0), b(0) { InitPiece(start, end, c); }
+CFShape::CFShape(const CFPoint& start, const CFPoint& end, float c) : r(0), a(0), b(0) {
+    InitPiece(start, end, c);
+}
 
 CFShape::CFShape(const CFPoint& p1, const CFPoint& p2, const CFPoint& p3) : r(0), a(0), b(0) {
     // The inscribed angle at p3 gives the sweep: precise for flat arcs, too.
@@ -36,14 +41,13 @@ void CFShape::InitPiece(const CFPoint& start, const CFPoint& end, double c) {
 }
 
 CFPoint CFShape::Along(double angle, double length) const {
-    return {static_cast<float>(x + length * std::cos(angle)), static_cast<float>(y + length * std::sin(angle)), 0};
+    return {static_cast<float>(x + length * std::cos(angle)),
+            static_cast<float>(y + length * std::sin(angle)), 0};
 }
 
 CFPoint CFShape::GetStartPoint() const { return b == 0 ? CFPoint(x, y, 0) : Along(a, r); }
 
-CFPoint CFShape::GetEndPoint() const {
-    return b == 0 ? Along(a, r) : Along(static_cast<double>(a) + b, r);
-}
+CFPoint CFShape::GetEndPoint() const { return b == 0 ? Along(a, r) : Along(static_cast<double>(a) + b, r); }
 
 CFPoint CFShape::GetMiddlePoint() const {
     if (b == 0) return Along(a, r / 2.0);

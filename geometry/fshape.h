@@ -13,16 +13,17 @@
 ///   b      0               signed sweep, positive     0
 ///                          anticlockwise
 ///
-/// Angles are radians. A negative r means that the stored angle points away from the geometry: GetA adds pi to
-/// it, and so does SetA on the way in, so that for such a shape SetA(v) and then GetA gives v plus 2 pi. The
-/// asymmetry is meant.
+/// Angles are radians. A negative r means that the stored angle points away from the geometry: GetA adds pi
+/// to it, and so does SetA on the way in, so that for such a shape SetA(v) and then GetA gives v plus 2 pi.
+/// The asymmetry is meant.
 class CFShape : public CFPoint {
 public:
     constexpr CFShape() : r(0), a(0), b(0) {}
-    constexpr CFShape(float px, float py) : CFPoint(px, py, 0), r(0), a(0), b(0) {}               // point
-    constexpr explicit CFShape(const CFPoint& p) : CFPoint(p.x, p.y, 0), r(0), a(0), b(0) {}      // point
-    constexpr CFShape(const CFPoint& p, float angle) : CFPoint(p.x, p.y, 0), r(1), a(angle), b(0) {}  // unit ray
-    CFShape(const CFPoint& p1, const CFPoint& p2);                                                // line
+    constexpr CFShape(float px, float py) : CFPoint(px, py, 0), r(0), a(0), b(0) {}           // point
+    constexpr explicit CFShape(const CFPoint& p) : CFPoint(p.x, p.y, 0), r(0), a(0), b(0) {}  // point
+    constexpr CFShape(const CFPoint& p, float angle)
+        : CFPoint(p.x, p.y, 0), r(1), a(angle), b(0) {}  // unit ray
+    CFShape(const CFPoint& p1, const CFPoint& p2);       // line
     constexpr CFShape(const CFPoint& c, float radius, float angle, float sweep)
         : CFPoint(c.x, c.y, 0), r(radius), a(angle), b(sweep) {}
     /// The piece from start to end with c as in CFShoot (half the central angle, positive clockwise). A line
@@ -53,11 +54,11 @@ public:
     double GetEndAngle() const { return GetStartAngle() + b; }
     CFPoint GetStartPoint() const;
     CFPoint GetEndPoint() const;
-    CFPoint GetMiddlePoint() const;  // of a full circle the top
+    CFPoint GetMiddlePoint() const;                  // of a full circle the top
     void GetRect(CFPoint& min, CFPoint& max) const;  // extent of the piece, arcs included
 
     // Where a point lies.
-    double Distance(const CFPoint& p) const;  // to the endless line or whole circle, not to the piece
+    double Distance(const CFPoint& p) const;         // to the endless line or whole circle, not to the piece
     int OnShape(const CFPoint& p, float tol) const;  // on the piece, bounds included
     int HitTest(const CFPoint& p, float tol) const { return OnShape(p, tol); }
     int AtLeft(const CFPoint& p) const;  // strictly to the left of the direction a

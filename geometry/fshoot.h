@@ -4,9 +4,9 @@
 
 #include "geometry/fpoint.h"
 
-/// A vertex and half the central angle, in radians, of the arc to the next vertex. c is positive when that arc
-/// turns clockwise and negative when it turns anticlockwise: the arc leaves in the direction of the chord plus
-/// c and arrives in the direction of the chord minus c. c 0 is a straight edge.
+/// A vertex and half the central angle, in radians, of the arc to the next vertex. c is positive when that
+/// arc turns clockwise and negative when it turns anticlockwise: the arc leaves in the direction of the chord
+/// plus c and arrives in the direction of the chord minus c. c 0 is a straight edge.
 class CFShoot : public CFPoint {
 public:
     constexpr CFShoot() : c(0) {}

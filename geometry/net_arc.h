@@ -1,4 +1,5 @@
-// The arc of a net line from its ends and bulge, in float: the one place of this arithmetic. Not installed.
+// The arc of a net line from its ends and bulge, in float, step by step as the line itself works it. Not
+// installed.
 #pragma once
 
 namespace net_arc {
@@ -11,8 +12,8 @@ struct Arc {
     float Length() const { return (end - start) * r; }
 };
 
-/// bulgeDegrees is minus half the included angle. A positive one (clockwise) counts as 0 and one below -180 as
-/// -180; nothing guards against the far centres that these give.
+/// bulgeDegrees is minus half the included angle. A positive one (clockwise) counts as 0 and one below -180
+/// as -180; nothing guards against the far centres that these give.
 Arc FromBulge(float x0, float y0, float x1, float y1, float bulgeDegrees);
 
 }  // namespace net_arc

@@ -28,7 +28,8 @@ double DoubleArea(const CFPoint& p1, const CFPoint& p2, const CFPoint& p3) {
 // The point 100 units from b along a piece that b ends (sense -1) or starts (sense +1); the far end of a
 // shorter one.
 CFPoint ProbeAlong(const CFShape& s, CFPoint b, double sense) {
-    if (s.b == 0 || !(s.GetLength() >= kReversalProbe)) return sense < 0 ? s.GetStartPoint() : s.GetEndPoint();
+    if (s.b == 0 || !(s.GetLength() >= kReversalProbe))
+        return sense < 0 ? s.GetStartPoint() : s.GetEndPoint();
     return b.Rotate(s, sense * kReversalProbe / s.GetRadius() * (s.b < 0 ? -1 : 1));
 }
 
@@ -45,13 +46,15 @@ float LengthOfEdge(const CFShoot& a, const CFShoot& b) {
     const CFShoot& start = forward ? a : b;
     const CFShoot& end = forward ? b : a;
     const double degrees = static_cast<double>(a.c) / kPi * 180.0;
-    return net_arc::FromBulge(start.x, start.y, end.x, end.y, static_cast<float>(forward ? degrees : -degrees))
+    return net_arc::FromBulge(start.x, start.y, end.x, end.y,
+                              static_cast<float>(forward ? degrees : -degrees))
         .Length();
 }
 
 }  // namespace
 
-// --- vertices and edges ---------------------------------------------------------------------------------------
+// --- vertices and edges
+// ---------------------------------------------------------------------------------------
 
 CFShoot GetElement(const CFRegion& region, int i) {
     const int n = region.GetSize();
@@ -96,7 +99,8 @@ float GetYangJiaoFromPoint(float x0, float y0, float x1, float y1, float x2, flo
     return -(b - a) * 180.0f / kHalfTurnF / 2.0f;
 }
 
-// --- area and centroid of parts -------------------------------------------------------------------------------
+// --- area and centroid of parts
+// -------------------------------------------------------------------------------
 
 float GetSanJiaoMianJi(const CFPoint& p1, const CFPoint& p2, const CFPoint& p3) {
     return static_cast<float>(DoubleArea(p1, p2, p3));
@@ -139,7 +143,8 @@ CFPoint GetBianXingXin(const CFShoot& s, const CFPoint& p1, const CFPoint& p2) {
             static_cast<float>((a1 * triangle.y + a2 * segment.y) / (a1 + a2)), 0};
 }
 
-// --- measures of an outline -----------------------------------------------------------------------------------
+// --- measures of an outline
+// -----------------------------------------------------------------------------------
 
 float GetMianJi(const CFRegion& region) {
     return CPointInDomain().Get_Area(region.GetSize(), DomainOf(region).data());
@@ -185,7 +190,8 @@ int Point_Bordering_Region(const CFRegion& region, float x, float y, float tol) 
     return CPointInDomain().Point_On_Edge_Domain(region.GetSize(), DomainOf(region).data(), x, y, tol);
 }
 
-// --- small helpers --------------------------------------------------------------------------------------------
+// --- small helpers
+// --------------------------------------------------------------------------------------------
 
 int RemoveDuplicatePoint(CArray<CFPoint, CFPoint>& points) {
     CArray<CFPoint, CFPoint> kept;

@@ -25,7 +25,7 @@ CFPoint GetXuanXingXin(const CFShoot& s, const CFPoint& p);
 CFPoint GetBianXingXin(const CFShoot& s, const CFPoint& p1, const CFPoint& p2);
 
 // Measures of an outline.
-float GetMianJi(const CFRegion& region);    // never negative
+float GetMianJi(const CFRegion& region);     // never negative
 CFPoint GetXingXin(const CFRegion& region);  // the origin when empty
 float GetZhouChang(const CFRegion& region);
 CFRect GetRegionRect(const CFRegion& region);  // over the vertices alone: arcs that bulge out don't count
@@ -40,7 +40,8 @@ int Point_Bordering_Region(const CFRegion& region, float x, float y, float tol);
 int IsRegionInsideRegion(CGridDataBase* grid, CFRegion& outer, CFRegion& inner);
 
 // Small helpers.
-/// Keeps the first of each run of points nearer than 0.01 to the last one kept; neighbours only. The new size.
+/// Keeps the first of each run of points nearer than 0.01 to the last one kept; neighbours only. The new
+/// size.
 int RemoveDuplicatePoint(CArray<CFPoint, CFPoint>& points);
 /// Enters a level in an ascending array, unless one nearer than 5 stands there. A NaN is not entered.
 void Add_Into_Array(CArray<float, float>* levels, float v);

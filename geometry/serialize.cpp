@@ -8,10 +8,8 @@ namespace {
 
 template <class... T>
 void Exchange(CArchive& ar, T&... values) {
-    if (ar.IsStoring())
-        (ar << ... << values);
-    else
-        (ar >> ... >> values);
+    if (ar.IsStoring()) (ar << ... << values);
+    else (ar >> ... >> values);
 }
 
 }  // namespace

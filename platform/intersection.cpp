@@ -54,24 +54,25 @@ float JH_GetMinDist_PointToLineSection(float px, float py, float ax, float ay, f
     return static_cast<float>(std::sqrt(squared));
 }
 
-int JH_GetInterPoint_Line(float ax, float ay, float bx, float by, float cx, float cy, float dx, float dy, float* x,
-                          float* y, float /*tol*/) {
+int JH_GetInterPoint_Line(float ax, float ay, float bx, float by, float cx, float cy, float dx, float dy,
+                          float* x, float* y, float /*tol*/) {
     const section::LinePair pair(ax, ay, bx, by, cx, cy, dx, dy);
     if (!pair.Cross()) return 0;
     const double t = pair.t / pair.cross;
     return HandOut(ax + pair.ux * t, ay + pair.uy * t, x, y);
 }
 
-int JH_GetInterPoint_LineSection_LineSection(float ax, float ay, float bx, float by, float cx, float cy, float dx,
-                                             float dy, float* x, float* y, float tol) {
+int JH_GetInterPoint_LineSection_LineSection(float ax, float ay, float bx, float by, float cx, float cy,
+                                             float dx, float dy, float* x, float* y, float tol) {
     const section::LinePair pair(ax, ay, bx, by, cx, cy, dx, dy);
     if (!pair.Cross() || !pair.WithinSections(Allowed(tol))) return 0;
     const double t = pair.t / pair.cross;  // as in JH_GetInterPoint_Line, to the last bit
     return HandOut(ax + pair.ux * t, ay + pair.uy * t, x, y);
 }
 
-int JH_GetInterPoint_LineSection_Arc(float ax, float ay, float bx, float by, float cx, float cy, float r, float start,
-                                     float end, float* x0, float* y0, float* x1, float* y1, float tol) {
+int JH_GetInterPoint_LineSection_Arc(float ax, float ay, float bx, float by, float cx, float cy, float r,
+                                     float start, float end, float* x0, float* y0, float* x1, float* y1,
+                                     float tol) {
     if (!(r >= 0)) return 0;
     const double room = Allowed(tol);
     const double ux = static_cast<double>(bx) - ax, uy = static_cast<double>(by) - ay;
@@ -95,8 +96,9 @@ int JH_GetInterPoint_LineSection_Arc(float ax, float ay, float bx, float by, flo
     return HandOut(found, x0, y0, x1, y1);
 }
 
-int JH_GetInterPoint_Arc_Arc(float cx, float cy, float r, float start, float end, float cx2, float cy2, float r2,
-                             float start2, float end2, float* x0, float* y0, float* x1, float* y1, float tol) {
+int JH_GetInterPoint_Arc_Arc(float cx, float cy, float r, float start, float end, float cx2, float cy2,
+                             float r2, float start2, float end2, float* x0, float* y0, float* x1, float* y1,
+                             float tol) {
     if (!(r >= 0) || !(r2 >= 0)) return 0;
     const double room = Allowed(tol);
     const double dx = static_cast<double>(cx2) - cx, dy = static_cast<double>(cy2) - cy;
@@ -106,11 +108,11 @@ int JH_GetInterPoint_Arc_Arc(float cx, float cy, float r, float start, float end
     const section::ArcSpan first(r, start, end), second(r2, start2, end2);
     Found found;
     for (int i = 0; i < roots.count; ++i)
-        if (first.Offers(roots.x[i], roots.y[i], room) && second.Offers(roots.x[i] - dx, roots.y[i] - dy, room))
+        if (first.Offers(roots.x[i], roots.y[i], room) &&
+            second.Offers(roots.x[i] - dx, roots.y[i] - dy, room))
             found.Add(roots.x[i], roots.y[i]);
     if (found.count == 2) {
-        if (roots.apart < room)
-            found.MergeInto((found.x[0] + found.x[1]) / 2, (found.y[0] + found.y[1]) / 2);
+        if (roots.apart < room) found.MergeInto((found.x[0] + found.x[1]) / 2, (found.y[0] + found.y[1]) / 2);
         else if (first.OffsetOf(found.x[1], found.y[1]) < first.OffsetOf(found.x[0], found.y[0])) {
             std::swap(found.x[0], found.x[1]);
             std::swap(found.y[0], found.y[1]);

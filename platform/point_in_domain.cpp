@@ -28,8 +28,8 @@ Edge EdgeAt(int n, const CDomainEdge* edges, int i) {
     const double turn = std::atan2(ux * vy - uy * vx, ux * vx + uy * vy);  // from start to end, anticlockwise
     double sweep = anticlockwise ? turn : -turn;
     if (sweep < 0) sweep += 2 * kPi;
-    // The sweep is kept and the circle made anew, so that both ends lie on it; a centre in floats can miss the
-    // middle of a flat arc's far circle by much.
+    // The sweep is kept and the circle made anew, so that both ends lie on it; a centre in floats can miss
+    // the middle of a flat arc's far circle by much.
     return outline::BulgeEdge(e.x0, e.y0, e.x1, e.y1, anticlockwise ? -sweep / 2 : sweep / 2);
 }
 

@@ -26,8 +26,8 @@ inline double PointSectionDistanceSquared(double px, double py, double ax, doubl
     return Square(wx - t * ux) + Square(wy - t * uy);
 }
 
-/// Two lines, a along u and c along v, and their crossing a + u * t / cross = c + v * s / cross. All tests are
-/// on the numerators, so that nothing is divided before a crossing is accepted.
+/// Two lines, a along u and c along v, and their crossing a + u * t / cross = c + v * s / cross. All tests
+/// are on the numerators, so that nothing is divided before a crossing is accepted.
 struct LinePair {
     LinePair(double ax, double ay, double bx, double by, double cx, double cy, double dx, double dy)
         : ux(bx - ax), uy(by - ay), vx(dx - cx), vy(dy - cy) {
@@ -104,10 +104,8 @@ inline CircleRoots CircleCircle(double dx, double dy, double r1, double r2, doub
     const double nx = dx / d, ny = dy / d;
     if (d >= r1 + r2 || d <= difference) {
         double along;  // from the first centre
-        if (d >= r1 + r2)
-            along = r1 + (d - r1 - r2) / 2;
-        else
-            along = r1 >= r2 ? (r1 + d + r2) / 2 : (d - r1 - r2) / 2;
+        if (d >= r1 + r2) along = r1 + (d - r1 - r2) / 2;
+        else along = r1 >= r2 ? (r1 + d + r2) / 2 : (d - r1 - r2) / 2;
         roots.count = 1;
         roots.x[0] = nx * along;
         roots.y[0] = ny * along;

@@ -20,8 +20,8 @@ TEST(ViewTransform, Rounds) {
     const struct {
         double length;
         int device;
-    } rows[] = {{0.4, 0},   {0.5, 1},   {-0.5, 0},        {-1.4, 0},        {-1.5, -1}, {7, 7},
-                {-20, -19}, {1e30, kLimit}, {-1e30, -kLimit}, {double{kNaN}, 0}};
+    } rows[] = {{0.4, 0}, {0.5, 1},   {-0.5, 0},      {-1.4, 0},        {-1.5, -1},
+                {7, 7},   {-20, -19}, {1e30, kLimit}, {-1e30, -kLimit}, {double{kNaN}, 0}};
     for (const auto& row : rows) EXPECT_EQ(c.FPtoDP(row.length), row.device) << row.length;
     EXPECT_EQ(c.FPtoDP(CFPoint(10, 20, 0)), CPoint(10, -19)) << "towards zero less one half below zero";
     EXPECT_EQ(c.FP2toDP(CFPoint(10, 20, 0)), CPoint(10, -19));

@@ -42,7 +42,8 @@ TEST(Points, EqualAndUnequalAtOnce) {
     EXPECT_FALSE(a != a);
     EXPECT_FALSE(a == CFPoint(0, 0, 1)) << "z counts";
     EXPECT_FALSE(a.Similar(a, 0)) << "strictly less than 0 nobody is";
-    EXPECT_TRUE(CFPoint(1, 2, 3).Contain(CFPoint(1, 5, 3), CFPoint(0, 2, 3))) << "bounds belong, in any order";
+    EXPECT_TRUE(CFPoint(1, 2, 3).Contain(CFPoint(1, 5, 3), CFPoint(0, 2, 3)))
+        << "bounds belong, in any order";
     EXPECT_FALSE(CFPoint(1, 2, 4).Contain(CFPoint(1, 5, 3), CFPoint(0, 2, 3)));
 }
 
@@ -73,8 +74,9 @@ TEST(Vertices, LineArcAndCircle) {
         const char* name;
         float c;
         int line, arc, circle;
-    } rows[] = {{"straight", 0, 1, 0, 0},       {"minus zero", -0.0f, 1, 0, 0}, {"an arc", -1, 0, 1, 0},
-                {"a turn", 6.283185307f, 0, 1, 1}, {"over a turn", -6.3f, 0, 1, 1},  {"not a number", kNaN, 0, 1, 0}};
+    } rows[] = {{"straight", 0, 1, 0, 0},        {"minus zero", -0.0f, 1, 0, 0},
+                {"an arc", -1, 0, 1, 0},         {"a turn", 6.283185307f, 0, 1, 1},
+                {"over a turn", -6.3f, 0, 1, 1}, {"not a number", kNaN, 0, 1, 0}};
     for (const auto& row : rows) {
         const CFShoot s(1, 2, row.c);
         EXPECT_EQ(s.IsLine(), row.line) << row.name;
@@ -112,9 +114,14 @@ TEST(Angles, WithinOneTurn) {
         const char* name;
         float in, out;
     } rows[] = {
-        {"just below 0 is 0", -0.000001f, 0},  {"a turn", 6.2831855f, 0},       {"two turns", 12.566371f, 0},
-        {"a quarter back", -kPi / 2, 4.712389f}, {"inside", 3, 3},              {"just not 0", 2e-5f, 2e-5f},
-        {"infinite", kInf, 0},                 {"not a number", kNaN, 0},
+        {"just below 0 is 0", -0.000001f, 0},
+        {"a turn", 6.2831855f, 0},
+        {"two turns", 12.566371f, 0},
+        {"a quarter back", -kPi / 2, 4.712389f},
+        {"inside", 3, 3},
+        {"just not 0", 2e-5f, 2e-5f},
+        {"infinite", kInf, 0},
+        {"not a number", kNaN, 0},
     };
     for (const auto& row : rows) EXPECT_FLOAT_EQ(Get2PIAngle(row.in), row.out) << row.name;
     std::mt19937 rng(7);
@@ -197,9 +204,10 @@ TEST(Pieces, OfTwoEndsAndHalfAngle) {
         {"not a number", CFShape(P(1, 2), P(4, 6), kNaN), 1, 2, 5, 0},
         {"equal ends", CFShape(P(1, 2), P(1, 2), 0.5f), 1, 2, 0, 0},
         {"a turn: circle about the middle", CFShape(P(0, 0), P(10, 0), -6.2831855f), 5, 0, 5, 12.566371f},
-        {"through a third point", CFShape(P(1000, 0), P(0, 1000), P(707.1068f, 707.1068f)), 0, 0, 1000, kPi / 2},
-        {"through one on the far side", CFShape(P(1000, 0), P(0, 1000), P(-707.1068f, -707.1068f)), 0, 0, 1000,
-         -1.5f * kPi},
+        {"through a third point", CFShape(P(1000, 0), P(0, 1000), P(707.1068f, 707.1068f)), 0, 0, 1000,
+         kPi / 2},
+        {"through one on the far side", CFShape(P(1000, 0), P(0, 1000), P(-707.1068f, -707.1068f)), 0, 0,
+         1000, -1.5f * kPi},
         {"collinear", CFShape(P(0, 0), P(10, 0), P(5, 0)), 0, 0, 10, 0},
     };
     for (const auto& row : rows) {
@@ -239,7 +247,9 @@ TEST(Pieces, AgreeWithTheirPoints) {
     std::uniform_int_distribution<int> lattice(-8, 8), half(-30, 30);
     for (int round = 0; round < 1500; ++round) {
         SCOPED_TRACE("round " + std::to_string(round));
-        const auto next = [&] { return P(static_cast<float>(lattice(rng)) * 100, static_cast<float>(lattice(rng)) * 100); };
+        const auto next = [&] {
+            return P(static_cast<float>(lattice(rng)) * 100, static_cast<float>(lattice(rng)) * 100);
+        };
         const CFPoint a = next(), b = next();
         if (a == b) continue;
         const float c = static_cast<float>(half(rng)) / 10;

@@ -51,8 +51,8 @@ struct Answer {
 
 Answer Meet(const Section& a, const Section& b, float tol) {
     Answer r;
-    r.count = JH_GetInterPoint_LineSection_LineSection(a.x0, a.y0, a.x1, a.y1, b.x0, b.y0, b.x1, b.y1, &r.x[0],
-                                                       &r.y[0], tol);
+    r.count = JH_GetInterPoint_LineSection_LineSection(a.x0, a.y0, a.x1, a.y1, b.x0, b.y0, b.x1, b.y1,
+                                                       &r.x[0], &r.y[0], tol);
     return r;
 }
 Answer MeetEndless(const Section& a, const Section& b) {
@@ -62,14 +62,14 @@ Answer MeetEndless(const Section& a, const Section& b) {
 }
 Answer Meet(const Section& a, const Arc& b, float tol) {
     Answer r;
-    r.count = JH_GetInterPoint_LineSection_Arc(a.x0, a.y0, a.x1, a.y1, b.cx, b.cy, b.r, b.start, b.end, &r.x[0],
-                                               &r.y[0], &r.x[1], &r.y[1], tol);
+    r.count = JH_GetInterPoint_LineSection_Arc(a.x0, a.y0, a.x1, a.y1, b.cx, b.cy, b.r, b.start, b.end,
+                                               &r.x[0], &r.y[0], &r.x[1], &r.y[1], tol);
     return r;
 }
 Answer Meet(const Arc& a, const Arc& b, float tol) {
     Answer r;
-    r.count = JH_GetInterPoint_Arc_Arc(a.cx, a.cy, a.r, a.start, a.end, b.cx, b.cy, b.r, b.start, b.end, &r.x[0],
-                                       &r.y[0], &r.x[1], &r.y[1], tol);
+    r.count = JH_GetInterPoint_Arc_Arc(a.cx, a.cy, a.r, a.start, a.end, b.cx, b.cy, b.r, b.start, b.end,
+                                       &r.x[0], &r.y[0], &r.x[1], &r.y[1], tol);
     return r;
 }
 
@@ -131,20 +131,37 @@ TEST(Crossing, OfSectionAndArc) {
     } rows[] = {
         {"ends below the arc by less than the tolerance", {0, 4000, 0, 4996}, kUpperHalf, "0.000,5000.000 "},
         {"ends below it by more", {0, 4000, 0, 4994}, kUpperHalf, ""},
-        {"passes over it within the tolerance: the foot", {-6000, 5003, 6000, 5003}, kUpperHalf, "0.000,5003.000 "},
+        {"passes over it within the tolerance: the foot",
+         {-6000, 5003, 6000, 5003},
+         kUpperHalf,
+         "0.000,5003.000 "},
         {"at the tolerance", {-6000, 5005, 6000, 5005}, kUpperHalf, "0.000,5005.000 "},
         {"passes over it farther away", {-6000, 5006, 6000, 5006}, kUpperHalf, ""},
-        {"cuts off a shallow cap", {-6000, 4999, 6000, 4999}, kUpperHalf, "-99.995,4999.000 99.995,4999.000 "},
-        {"points come along the section", {6000, 4999, -6000, 4999}, kUpperHalf, "99.995,4999.000 -99.995,4999.000 "},
-        {"two points nearer than the tolerance are one", {-6000, 4999.9995f, 6000, 4999.9995f}, kUpperHalf,
+        {"cuts off a shallow cap",
+         {-6000, 4999, 6000, 4999},
+         kUpperHalf,
+         "-99.995,4999.000 99.995,4999.000 "},
+        {"points come along the section",
+         {6000, 4999, -6000, 4999},
+         kUpperHalf,
+         "99.995,4999.000 -99.995,4999.000 "},
+        {"two points nearer than the tolerance are one",
+         {-6000, 4999.9995f, 6000, 4999.9995f},
+         kUpperHalf,
          "0.000,5000.000 "},
         {"only the upper half is there", {100, -6000, 100, 6000}, kUpperHalf, "100.000,4999.000 "},
         {"an arc over the zero direction", {4000, 0, 6000, 0}, {0, 0, 5000, 6.1f, 6.5f}, "5000.000,0.000 "},
-        {"directions count modulo a full turn", {-6000, 3, 6000, 3}, {0, 0, 5000, 9.0f, 9.6f}, "-4999.999,3.000 "},
+        {"directions count modulo a full turn",
+         {-6000, 3, 6000, 3},
+         {0, 0, 5000, 9.0f, 9.6f},
+         "-4999.999,3.000 "},
         {"just below an arc's end", {4000, -4, 6000, -4}, kUpperHalf, "4999.999,-4.000 "},
         {"just inside the arc's other end", {-6000, 25, -4000, 25}, kUpperHalf, "-4999.938,25.000 "},
         {"too far below it", {4000, -6, 6000, -6}, kUpperHalf, ""},
-        {"a full circle", {-6000, 0, 6000, 0}, {0, 0, 5000, 0, 6.2831855f}, "-5000.000,0.000 5000.000,0.000 "},
+        {"a full circle",
+         {-6000, 0, 6000, 0},
+         {0, 0, 5000, 0, 6.2831855f},
+         "-5000.000,0.000 5000.000,0.000 "},
         {"wholly inside the circle", {-1000, 0, 1000, 0}, {0, 0, 5000, 0, 6.2831855f}, ""},
         {"a section without length on the arc", {0, 5000, 0, 5000}, kUpperHalf, ""},
         {"no radius to speak of", {-10, 0, 10, 0}, {0, 0, -1, 0, 1}, ""},
@@ -173,11 +190,18 @@ TEST(Crossing, OfTwoArcs) {
         {"the same circle within the tolerance", upperHalf(5), ""},
         {"one inside the other", {0, 0, 1000, 0, kPi}, ""},
         {"touching from inside", {3998, 0, 1000, 0, 6.2831855f}, "4999.000,0.000 ", whole},
-        {"held by a larger one, a gap within the tolerance", {-4996, 0, 10000, 0, 6.2831855f}, "5002.000,0.000 ",
+        {"held by a larger one, a gap within the tolerance",
+         {-4996, 0, 10000, 0, 6.2831855f},
+         "5002.000,0.000 ",
          whole},
-        {"two points come along the first", {6000, 0, 5000, 0, 6.2831855f}, "3000.000,4000.000 3000.000,-4000.000 ",
+        {"two points come along the first",
+         {6000, 0, 5000, 0, 6.2831855f},
+         "3000.000,4000.000 3000.000,-4000.000 ",
          whole},
-        {"nearer than the tolerance: their middle", {9999.999f, 0, 5000, 0, 6.2831855f}, "5000.000,0.000 ", whole},
+        {"nearer than the tolerance: their middle",
+         {9999.999f, 0, 5000, 0, 6.2831855f},
+         "5000.000,0.000 ",
+         whole},
         {"not a number", {kNaN, 0, 5000, 0, kPi}, ""},
     };
     for (const auto& row : rows) {
@@ -193,12 +217,15 @@ TEST(DistanceToSection, IsToTheClampedFoot) {
         Section s;
         float distance;
     } rows[] = {
-        {"beside", 500, 30, {0, 0, 1000, 0}, 30},          {"on it", 500, 0, {0, 0, 1000, 0}, 0},
-        {"behind the end", 1003, 4, {0, 0, 1000, 0}, 5},   {"before the start", -3, -4, {0, 0, 1000, 0}, 5},
+        {"beside", 500, 30, {0, 0, 1000, 0}, 30},
+        {"on it", 500, 0, {0, 0, 1000, 0}, 0},
+        {"behind the end", 1003, 4, {0, 0, 1000, 0}, 5},
+        {"before the start", -3, -4, {0, 0, 1000, 0}, 5},
         {"a section without length", 3, 4, {0, 0, 0, 0}, 5},
     };
     for (const auto& r : rows)
-        EXPECT_EQ(JH_GetMinDist_PointToLineSection(r.px, r.py, r.s.x0, r.s.y0, r.s.x1, r.s.y1), r.distance) << r.name;
+        EXPECT_EQ(JH_GetMinDist_PointToLineSection(r.px, r.py, r.s.x0, r.s.y0, r.s.x1, r.s.y1), r.distance)
+            << r.name;
     EXPECT_FALSE(JH_GetMinDist_PointToLineSection(kNaN, 0, 0, 0, 1, 0) < 1e30f) << "never near, never NaN";
 }
 
@@ -286,8 +313,8 @@ void Judge(const A& a, const B& b, int round) {
         bool near = false;
         for (int k = 0; k < found.count; ++k)
             near |= std::hypot(found.x[k] - steps[i].first, found.y[k] - steps[i].second) < 60;
-        ASSERT_TRUE(near) << "round " << round << " misses " << Text(static_cast<float>(steps[i].first),
-                                                                     static_cast<float>(steps[i].second));
+        ASSERT_TRUE(near) << "round " << round << " misses "
+                          << Text(static_cast<float>(steps[i].first), static_cast<float>(steps[i].second));
     }
 }
 

@@ -1,6 +1,6 @@
 // Outlines as fine polylines: an oracle for everything that is worked exactly. Arcs are made by halving (the
-// middle of an arc lies beside the middle of its chord by half the chord times tan(c / 2)), so that no centre,
-// radius or direction is shared with what is tested.
+// middle of an arc lies beside the middle of its chord by half the chord times tan(c / 2)), so that no
+// centre, radius or direction is shared with what is tested.
 #pragma once
 #include <algorithm>
 #include <cmath>
@@ -71,7 +71,8 @@ inline double DistanceTo(const Polyline& points, double x, double y) {
 inline int Winding(const Polyline& points, double x, double y) {
     double sum = 0;
     for (std::size_t i = 0; i + 1 < points.size(); ++i) {
-        const double ax = points[i].x - x, ay = points[i].y - y, bx = points[i + 1].x - x, by = points[i + 1].y - y;
+        const double ax = points[i].x - x, ay = points[i].y - y, bx = points[i + 1].x - x,
+                     by = points[i + 1].y - y;
         sum += std::atan2(ax * by - ay * bx, ax * bx + ay * by);
     }
     return static_cast<int>(std::lround(sum / (2 * std::numbers::pi)));

@@ -1,6 +1,4 @@
 // Outlines: where points lie, what outlines and pieces share, measures.
-#include "geometry/fregion.h"
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -13,7 +11,9 @@
 #include <vector>
 
 #include "geometry/angles.h"
+#include "geometry/fregion.h"
 #include "geometry/region_measures.h"
+#include "net/gj_net_line.h"
 #include "outline_oracle.h"
 #include "platform/archive.h"
 #include "platform/point_in_domain.h"
@@ -148,7 +148,8 @@ TEST(Regions, AgreeWithPolylines) {
 TEST(Regions, WithoutAnArea) {
     EXPECT_TRUE(GetXingXin(CFRegion()) == P(0, 0));
     EXPECT_EQ(GetMianJi(CFRegion()), 0);
-    // There and back on a slanted line, whose middle is no float: the mean of the vertices, not rounding's idea.
+    // There and back on a slanted line, whose middle is no float: the mean of the vertices, not rounding's
+    // idea.
     const CFRegion flat = Region({{100000, 100000, 0}, {100300, 100100, 0}, {100900.1f, 100300.03f, 0}});
     EXPECT_NEAR(GetXingXin(flat).x, 100400.03f, 0.05);
     EXPECT_NEAR(GetXingXin(flat).y, 100133.34f, 0.05);
@@ -191,17 +192,21 @@ TEST(Regions, Move) {
 TEST(Regions, RectanglesMeetAsIntervalsDo) {
     Maker maker(29);
     for (int round = 0; round < 3000; ++round) {
-        const auto next = [&] { return static_cast<float>(maker.Int(0, 5)) * 8000 + (maker.Int(0, 3) == 0 ? 0.0004f : 0); };
+        const auto next = [&] {
+            return static_cast<float>(maker.Int(0, 5)) * 8000 + (maker.Int(0, 3) == 0 ? 0.0004f : 0);
+        };
         const CFRect a(P(next(), next()), P(next(), next())), b(P(next(), next()), P(next(), next()));
-        const bool meet = a.m_fMinX <= b.m_fMaxX && b.m_fMinX <= a.m_fMaxX && a.m_fMinY <= b.m_fMaxY && b.m_fMinY <= a.m_fMaxY;
+        const bool meet = a.m_fMinX <= b.m_fMaxX && b.m_fMinX <= a.m_fMaxX && a.m_fMinY <= b.m_fMaxY &&
+                          b.m_fMinY <= a.m_fMaxY;
         ASSERT_EQ(CFRegion(a).Intersect(CFRegion(b), 0), meet)
-            << "round " << round << ": " << a.m_fMinX << "," << a.m_fMinY << "," << a.m_fMaxX << "," << a.m_fMaxY << " and "
-            << b.m_fMinX << "," << b.m_fMinY << "," << b.m_fMaxX << "," << b.m_fMaxY;
+            << "round " << round << ": " << a.m_fMinX << "," << a.m_fMinY << "," << a.m_fMaxX << ","
+            << a.m_fMaxY << " and " << b.m_fMinX << "," << b.m_fMinY << "," << b.m_fMaxX << "," << b.m_fMaxY;
     }
 }
 
 TEST(Regions, ShareAPoint) {
-    const CFRegion inner(CFRect(400, 400, 600, 600)), tip = Region({{1000, 500, 0}, {1500, 0, 0}, {1500, 900, 0}});
+    const CFRegion inner(CFRect(400, 400, 600, 600)),
+        tip = Region({{1000, 500, 0}, {1500, 0, 0}, {1500, 900, 0}});
     const CFRegion slope = Region({{0, 0, 0}, {1000, 0, 0}, {0, 1000, 0}});
     const struct {
         const char* name;
@@ -251,7 +256,8 @@ TEST(Regions, PointsSharedWithAPiece) {
         EXPECT_EQ(region.Intersect(shape, nullptr), n);
         std::string text = n < 0 ? "none" : "";
         for (int i = 0; i < n; ++i)
-            text += std::to_string(std::lround(points[i].x)) + "," + std::to_string(std::lround(points[i].y)) + " ";
+            text += std::to_string(std::lround(points[i].x)) + "," +
+                    std::to_string(std::lround(points[i].y)) + " ";
         return text;
     };
     const struct {
@@ -270,7 +276,8 @@ TEST(Regions, PointsSharedWithAPiece) {
         {"beyond an edge on both sides", kSquare, CFShape(P(-200, 0), P(1500, 0)), "0,0 1000,0 "},
         {"a point of the outline", kSquare, CFShape(P(0, 400)), "0,400 "},
         {"a point inside", kSquare, CFShape(P(5, 400)), "none"},
-        {"a circle over an edge, from its start on", kSquare, CFShape(P(0, 500), 300, 0, 2 * kPi), "0,800 0,200 "},
+        {"a circle over an edge, from its start on", kSquare, CFShape(P(0, 500), 300, 0, 2 * kPi),
+         "0,800 0,200 "},
         {"a circle that touches an edge", kSquare, CFShape(P(-300, 500), 300, kPi, 2 * kPi), "0,500 "},
         {"an arc through two edges, clockwise", kSquare, CFShape(P(0, 0), 500, 2, -2.5f), "0,500 500,0 "},
         {"arc against arcs", kDisc, CFShape(P(600, 0), 500, 0, 2 * kPi), "300,400 300,-400 "},
@@ -285,7 +292,8 @@ TEST(Regions, PointsSharedWithAPiece) {
     for (int i = 0; i < 20; ++i) comb.Add(CFShoot(static_cast<float>(i) * 10, i % 2 ? 100.0f : -100.0f, 0));
     CFPoint points[10];
     EXPECT_EQ(comb.Intersect(CFShape(P(-50, 1), P(500, 1)), points), 10);
-    EXPECT_TRUE(std::is_sorted(points, points + 10, [](const CFPoint& a, const CFPoint& b) { return a.x < b.x; }));
+    EXPECT_TRUE(
+        std::is_sorted(points, points + 10, [](const CFPoint& a, const CFPoint& b) { return a.x < b.x; }));
 }
 
 TEST(Regions, PointsSharedWithAPieceAgreeWithPolylines) {
@@ -352,8 +360,15 @@ TEST(Turning, ReversalsAreDecidedByTheCurves) {
     } rows[] = {
         {"straight there and back", {0, 0, 0}, {1000, 0, 0}, P(0, 0), kPi},
         {"an arc that bends to the left, then straight back along its tangent",
-         {0, 0, -0.1f}, {1000, 0, 0}, P(1000 - 995.004f, -99.8334f), -kPi},
-        {"an arc that bends to the right, the same", {0, 0, 0.1f}, {1000, 0, 0}, P(1000 - 995.004f, 99.8334f), kPi},
+         {0, 0, -0.1f},
+         {1000, 0, 0},
+         P(1000 - 995.004f, -99.8334f),
+         -kPi},
+        {"an arc that bends to the right, the same",
+         {0, 0, 0.1f},
+         {1000, 0, 0},
+         P(1000 - 995.004f, 99.8334f),
+         kPi},
         {"hardly bent: its chord decides", {0, 0, 0.004f}, {1000, 0, 0}, P(0, -1), -kPi},
         {"straight, then back on an arc", {0, 0, 0}, {1000, 0, -0.1f}, P(1000 - 995.004f, -99.8334f), -kPi},
         {"an arc, and back above it on another", {0, 0, 0.1f}, {1000, 0, 0.1f}, P(0, 199.6668f), kPi},
@@ -401,6 +416,20 @@ TEST(Measures, OfPartsAndVertices) {
     EXPECT_TRUE(Point_Bordering_Region(kSquare, 0, 0, 0.01f));
 }
 
+TEST(Measures, PerimeterIsThatOfNetLines) {
+    Maker maker(59);
+    for (int round = 0; round < 200; ++round) {
+        const CFRegion region = maker.Wild();
+        double sum = 0;
+        for (int i = 0; i < region.GetSize(); ++i) {
+            CGjNetLine* line = GetNetLineFromShoot(region[i], region[(i + 1) % region.GetSize()]);
+            sum += line->GetLength();
+            DeleteNetLineObject(line);
+        }
+        ASSERT_EQ(GetZhouChang(region), static_cast<float>(sum)) << "round " << round;
+    }
+}
+
 TEST(Measures, SmallHelpers) {
     CArray<CFPoint, CFPoint> points;
     EXPECT_EQ(RemoveDuplicatePoint(points), 0);
@@ -443,8 +472,11 @@ TEST(Stored, OutlinesComeBack) {
 TEST(Regions, SurviveAnyFloats) {
     std::mt19937 rng(47);
     std::uniform_int_distribution<std::uint32_t> bits;
-    const float odd[] = {0, kNaN, 1e38f, -1e38f, 3.4e38f, 1e-40f, std::numeric_limits<float>::infinity(), 1, -1, 1e9f};
-    const auto any = [&] { return bits(rng) % 3 ? odd[bits(rng) % std::size(odd)] : std::bit_cast<float>(bits(rng)); };
+    const float odd[] = {0, kNaN, 1e38f, -1e38f, 3.4e38f, 1e-40f, std::numeric_limits<float>::infinity(),
+                         1, -1,   1e9f};
+    const auto any = [&] {
+        return bits(rng) % 3 ? odd[bits(rng) % std::size(odd)] : std::bit_cast<float>(bits(rng));
+    };
     for (int round = 0; round < 3000; ++round) {
         SCOPED_TRACE("round " + std::to_string(round));
         CFRegion a, b;
