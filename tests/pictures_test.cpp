@@ -57,7 +57,7 @@ TEST(Pictures, ThatCannotBeWrittenSayWhichAndWhy) {
         EXPECT_FALSE(WritePng(CSurface(row.side, row.side), row.file, error));
         EXPECT_EQ(error, row.reason);
     }
-    if (fs::exists("/dev")) EXPECT_TRUE(!fs::exists("/dev/full") || fs::is_character_file("/dev/full"));
+    EXPECT_TRUE(!fs::exists("/dev/full") || fs::is_character_file("/dev/full"));
 }
 
 TEST(Fonts, AreLookedUpAndFallBack) {
@@ -86,7 +86,8 @@ TEST(Fonts, AreLookedUpAndFallBack) {
         EXPECT_LE(mask.width, 36);
         EXPECT_GE(mask.top, -30) << "within the cell";
         EXPECT_LE(mask.top + mask.height, 9);
-        if (code >= 0x1100)
+        if (code >= 0x1100) {
             EXPECT_NEAR(fonts.Advance(request), 30, 1) << "a Chinese character steps by its em";
+        }
     }
 }
