@@ -27,7 +27,8 @@ BAY = 7200.0
 XS = [BAY * i for i in range(9)]  # axes 1 to 9
 YS = [0.0, 7800.0, 10200.0, 18000.0]  # axes A to D; the corridor lies between B and C
 FRONT_CENTRE = (28800.0, 41580.0)  # the front's arcs turn about this point
-FRONT_OUTER, FRONT_INNER = 50580.0, 46980.0
+FRONT_OUTER = 50580.0
+FRONT_INNER = math.hypot(XS[4] - XS[1], FRONT_CENTRE[1])  # meets axis A on axes 2 and 8
 HALL_CENTRE = (57600.0, 9000.0)  # lecture hall at the east end
 HALL_RADII = (9000.0, 5400.0)
 ATRIUM = (28800.0, 14100.0, 3000.0)
@@ -128,7 +129,8 @@ def wing():
             continue  # the atrium's bays
         x = XS[i] + BAY / 2
         line(AXIS, x, YS[0], x, YS[1] + (9 if i % 2 else -14))
-        line(AXIS, x, YS[2], x, YS[3] - (22 if i == 5 else 0))
+        if i not in (1, 6):  # the stair cores' bays
+            line(AXIS, x, YS[2], x, YS[3] - (22 if i == 5 else 0))
     # Purlins of the roof terrace, between D and the parapet.
     line(AXIS, XS[1], YS[3] + 3600, XS[7], YS[3] + 3600)
     for i in range(1, 8):
@@ -136,21 +138,20 @@ def wing():
 
 
 def front():
-    half = [math.degrees(math.asin((XS[8] - FRONT_CENTRE[0]) / FRONT_OUTER))]
-    half.append(math.degrees(math.acos(FRONT_CENTRE[1] / FRONT_INNER)))
-    # The outer arc was drawn in two halves that overlap by half a degree, the inner one as a polyline.
-    arc(AXIS, FRONT_CENTRE, FRONT_OUTER, 270 - half[0], 270.5)
-    arc(AXIS, FRONT_CENTRE, FRONT_OUTER, 270, 270 + half[0])
-    steps = [270 - half[1] + k * half[1] / 3 for k in range(7)]
-    bulge = math.tan(math.radians(half[1] / 3) / 4)
-    polyline(AXIS, [(*on_circle(FRONT_CENTRE, FRONT_INNER, a), bulge) for a in steps[:-1]]
-             + [on_circle(FRONT_CENTRE, FRONT_INNER, steps[-1])])
+    # The outer arc was drawn in two halves that overlap by half a degree, the inner one as a polyline from axis 2
+    # to axis 8 with a corner on each axis between.
+    half = math.degrees(math.asin((XS[8] - FRONT_CENTRE[0]) / FRONT_OUTER))
+    arc(AXIS, FRONT_CENTRE, FRONT_OUTER, 270 - half, 270.5)
+    arc(AXIS, FRONT_CENTRE, FRONT_OUTER, 270, 270 + half)
+    angles = [math.asin((x - FRONT_CENTRE[0]) / FRONT_INNER) for x in XS[1:8]]
+    bulges = [math.tan((b - a) / 4) for a, b in zip(angles, angles[1:])] + [0]
+    polyline(AXIS, [(x, front_y(x, FRONT_INNER), bulge) for x, bulge in zip(XS[1:8], bulges)])
     for i in range(1, 8):
         line(AXIS, XS[i], YS[0] - (16 if i == 3 else 0), XS[i], front_y(XS[i], FRONT_OUTER) + (11 if i == 5 else -7))
     for i in range(1, 7):
         x = XS[i] + BAY / 2
-        inner = front_y(x, FRONT_INNER) if abs(x - FRONT_CENTRE[0]) < 21800 else 0.0
-        line(AXIS, x, min(inner, 0.0), x, front_y(x, FRONT_OUTER))
+        inner = front_y(x, FRONT_INNER)
+        line(AXIS, x, inner, x, front_y(x, FRONT_OUTER))
 
 
 def hall():

@@ -1,7 +1,5 @@
 #include "model/graph_hit_test.h"
 
-#include <algorithm>
-
 #include "geometry/fregion.h"
 #include "geometry/fshape.h"
 
@@ -27,7 +25,8 @@ int HitShape(const CFShape& shape, const CFRegion& region, int mode) {
 }
 
 int HitArea(const CFRegion& area, const CFRegion& region, int mode) {
-    if (area.IsEmpty()) return mode == 1;
-    if (std::all_of(area.begin(), area.end(), [&](const CFShoot& v) { return region.InRegion(v) != 0; })) return 1;
+    bool inside = true;
+    for (int i = 0; i < area.GetSize() && inside; ++i) inside = region.InRegion(area[i]) != 0;
+    if (inside) return 1;
     return mode != 1 && region.Intersect(area, 0) != 0;
 }

@@ -10,6 +10,5 @@ class CFShape;
 /// with dents: that is what selecting has always meant here.
 int HitShape(const CFShape& shape, const CFRegion& region, int mode);
 
-/// An area against a region: by its vertices, and in mode 0 otherwise by whether the areas share a point. Without
-/// vertices it is as an empty list: inside anything, touching nothing.
+/// An area against a region: by its vertices, and in mode 0 otherwise by whether the areas share a point.
 int HitArea(const CFRegion& area, const CFRegion& region, int mode);

@@ -109,26 +109,22 @@ CFRect CGraph_Arc::GetFrect() {
     return CFRect(min, max);
 }
 
-// Everything but the centre hangs on the quadrant bit, so that one switch brings all of an arc's points or none.
-// The bits that ask for a line's ends, middle and thirds bring nothing here; that is meant.
+// Everything but the centre hangs on the quadrant bit. That is meant: arcs are snapped to by one switch, so that
+// the many ends and middles of lines that meet them are not offered twice.
 void CGraph_Arc::QueryAbsSnapPoint(unsigned int mode, CArray<CFPoint>& points, CArray<int>& kinds) {
-    const auto add = [&](const CFPoint& p, int kind) { AddSnap(p, kind, points, kinds); };
-    if (mode & kSnapCentre) add(CFPoint(m_fX, m_fY, 0), kSnapCentre);
+    if (mode & kSnapCentre) AddSnap(CFPoint(m_fX, m_fY, 0), kSnapCentre, points, kinds);
     if (!(mode & kSnapQuadrant)) return;
-
-    const auto covers = [&](float axis) { return m_fStart <= axis && m_fEnd >= axis; };
-    if (covers(90)) add(CFPoint(m_fX, m_fY + m_fR, 0), kSnapQuadrant);
-    if (covers(180)) add(CFPoint(m_fX - m_fR, m_fY, 0), kSnapQuadrant);
-    if (covers(270)) add(CFPoint(m_fX, m_fY - m_fR, 0), kSnapQuadrant);
-    if (covers(360) || std::fabs(m_fStart) < kAngleTolerance || std::fabs(360 - m_fEnd) < kAngleTolerance)
-        add(CFPoint(m_fX + m_fR, m_fY, 0), kSnapQuadrant);
-
+    for (const float axis : {90.0f, 180.0f, 270.0f})
+        if (m_fStart <= axis && m_fEnd >= axis) AddSnap(GetPointAt(axis), kSnapQuadrant, points, kinds);
+    if ((m_fStart <= 360.0f && m_fEnd >= 360.0f) || std::fabs(m_fStart) < kAngleTolerance ||
+        std::fabs(360.0f - m_fEnd) < kAngleTolerance)
+        AddSnap(GetPointAt(0), kSnapQuadrant, points, kinds);
+    AddSnap(GetPointAt((m_fStart + m_fEnd) / 2), kSnapMiddle, points, kinds);
     const float sweep = m_fEnd - m_fStart;
-    add(GetPointAt((m_fStart + m_fEnd) / 2), kSnapMiddle);
-    add(GetPointAt(m_fStart + sweep / 3), kSnapThird);
-    add(GetPointAt(m_fStart + 2 * sweep / 3), kSnapThird);
-    add(GetPointAt(m_fStart), kSnapEnd);
-    add(GetPointAt(m_fEnd), kSnapEnd);
+    AddSnap(GetPointAt(m_fStart + sweep / 3), kSnapThird, points, kinds);
+    AddSnap(GetPointAt(m_fStart + 2 * sweep / 3), kSnapThird, points, kinds);
+    AddSnap(GetPointAt(m_fStart), kSnapEnd, points, kinds);
+    AddSnap(GetPointAt(m_fEnd), kSnapEnd, points, kinds);
 }
 
 // --- CGraph_Circle ----------------------------------------------------------------------------------------

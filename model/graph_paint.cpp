@@ -8,9 +8,7 @@
 #include "geometry/saturate.h"
 
 int PenPixels(float width, const CFCoor& coor) {
-    constexpr int kWidest = 1 << 30;  // where the view transform saturates, too
-    const int pixels = width < 0 ? SaturatedInt(-static_cast<double>(width), 1, kWidest)
-                                 : coor.FPtoDP(static_cast<double>(width));
+    const int pixels = width < 0 ? SaturatedInt(-static_cast<double>(width)) : coor.FPtoDP(static_cast<double>(width));
     return std::max(pixels, 1);
 }
 

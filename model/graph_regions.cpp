@@ -88,9 +88,9 @@ int CGraph_PolyRgn::HitTest(const CFRegion& region, int mode) { return HitArea(R
 
 CFRect CGraph_PolyRgn::GetFrect() {
     if (m_aPoint.IsEmpty()) return {};
-    CFRect extent(m_aPoint[0], m_aPoint[0]);
-    for (const CFPoint& p : m_aPoint) extent = extent | CFRect(p, p);
-    return extent;
+    CFPoint min, max;
+    RegionOf(m_aPoint).GetRect(min, max);
+    return CFRect(min, max);
 }
 
 void CGraph_PolyRgn::QueryAbsSnapPoint(unsigned int mode, CArray<CFPoint>& points, CArray<int>& kinds) {

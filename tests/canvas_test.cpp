@@ -203,55 +203,6 @@ TEST(Lines, WidePensCoverTheBandWithSquareCaps) {
     }
 }
 
-TEST(Lines, WidePathsHoldTheirSidesAndCloseTheirCorners) {
-    Random random(11);
-    for (int round = 0; round < 200; ++round) {
-        std::vector<CPoint> p;
-        for (int i = 0; i < 4; ++i) p.emplace_back(Pick(random, 0, 60), Pick(random, 0, 60));
-        const int width = Pick(random, 2, 11);
-        CPen pen(PS_GEOMETRIC | PS_ENDCAP_FLAT | PS_JOIN_BEVEL, width, kWhite);
-        Canvas path(60, 60), sides(60, 60);
-        for (Canvas* c : {&path, &sides}) c->dc.SelectObject(&pen);
-        path.dc.Polyline(p.data(), 4);
-        sides.dc.MoveTo(p[0]);
-        for (int i = 1; i < 4; ++i) sides.dc.LineTo(p[static_cast<std::size_t>(i)]);
-        const auto lit = path.Lit(), parts = sides.Lit();
-        for (const Pixel& pixel : parts) ASSERT_TRUE(lit.count(pixel)) << "round " << round;
-        // What corners add lies within half the width of a corner, and fills the middle between the normals.
-        for (const auto& [x, y] : lit) {
-            if (parts.count({x, y})) continue;
-            const double d = std::min(std::hypot(x - p[1].x, y - p[1].y), std::hypot(x - p[2].x, y - p[2].y));
-            ASSERT_LE(d, width / 2.0 + 0.01) << "round " << round << " at " << x << "," << y;
-        }
-        const double ax = p[1].x - p[0].x, ay = p[1].y - p[0].y, bx = p[2].x - p[1].x, by = p[2].y - p[1].y;
-        const double la = std::hypot(ax, ay), lb = std::hypot(bx, by);
-        if (la < 1 || lb < 1) continue;
-        const double outX = ax / la - bx / lb, outY = ay / la - by / lb, out = std::hypot(outX, outY);
-        if (out < 0.2 || out > 1.9) continue;  // hardly a corner, or a way back
-        // The bevel stands at half the width times the cosine of half the turn from the corner.
-        const double reach = width / 2.0 * std::sqrt(1 - out * out / 4) - 1.5;
-        const int x = static_cast<int>(std::lround(p[1].x + outX / out * reach));
-        const int y = static_cast<int>(std::lround(p[1].y + outY / out * reach));
-        if (reach > 0 && x >= 0 && y >= 0 && x < 60 && y < 60) {
-            ASSERT_TRUE(lit.count({x, y})) << "round " << round << ": open corner at " << x << "," << y;
-        }
-    }
-}
-
-TEST(Lines, DashesRunOnThroughTheCornersOfAPath) {
-    const CPoint whole[] = {{2, 4}, {98, 4}}, pieces[] = {{2, 4}, {9, 4}, {10, 4}, {57, 4}, {98, 4}};
-    for (const int width : {1, 3}) {
-        for (const int style : {PS_DASH, PS_DOT, PS_DASHDOTDOT}) {
-            Canvas one(100, 9), many(100, 9);
-            CPen pen(style | PS_GEOMETRIC, width, kWhite);
-            for (Canvas* c : {&one, &many}) c->dc.SelectObject(&pen);
-            one.dc.Polyline(whole, 2);
-            many.dc.Polyline(pieces, 5);
-            EXPECT_EQ(Show(one), Show(many)) << "style " << style << ", width " << width;
-        }
-    }
-}
-
 TEST(Figures, TouchEachPixelOnce) {
     // On black, XOR shows a pixel that is touched twice as dark; white shows it lit.
     ForEachFigure(60, 6,

@@ -348,12 +348,12 @@ TEST(DisplayPaint, NoNumberHangsOrOverflows) {
     const CFRegion query(CFRect(-10, -10, 10, 10));
     CArray<CFPoint> points;
     CArray<int> kinds;
-    for (const float scale : {1.0f, 1e9f, nan})
+    for (const float scale : {1.0f, 1e-9f, 1e9f, 0.0f, nan})
         for (const float a : nasty)
             for (const float b : nasty) {
                 std::vector<std::unique_ptr<CGraphEntity>> all;
                 all.push_back(std::make_unique<CGraph_Point>(a, b));
-                for (const float c : {1.0f, a}) {
+                for (const float c : {1.0f, a, b}) {
                     all.push_back(std::make_unique<CGraph_Line>(a, b, c, 5.f, b));
                     all.push_back(std::make_unique<CGraph_Arc>(a, c, b, c, a, 1.f));
                     all.push_back(std::make_unique<CGraph_Arc>(1.f, c, a, 10.f, b, c));

@@ -80,8 +80,8 @@ public:
     const ACAD_ENTITY* GetEntity(int i) const { return m_arrEntity[i]; }
     const CArray<ACAD_ENTITY*>& GetEntities() const { return m_arrEntity; }
 
-    // --- layers and kinds in the order in which the file first names them, the layer table among all.
-    //     Layers whose names differ in ASCII case only are separate here, though they mean the same.
+    // --- layers: those of the table first come, then in the order in which entities name them. Names that
+    //     differ in ASCII case only are separate here, though they mean the same layer.
     const std::deque<DxfLayer>& GetLayers() const { return m_layers; }
     const std::deque<DxfKind>& GetKinds() const { return m_kinds; }
 

@@ -1,0 +1,67 @@
+#include "host/net_walk.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+#include "model/goujian.h"
+#include "net/gj_net_line.h"
+#include "net/gj_net_node.h"
+#include "net/grid_data_base.h"
+
+namespace {
+
+template <class Component>
+std::vector<Component*> ByIdentity(CGridDataBase& db, CArray<unsigned char>& types) {
+    std::vector<Component*> all;
+    for (int t = 0; t < static_cast<int>(types.GetSize()); ++t) {
+        CArray<CGouJianEx*> family;
+        db.GetGouJianArray(types[t], &family);
+        for (int i = 0; i < static_cast<int>(family.GetSize()); ++i) all.push_back(static_cast<Component*>(family[i]));
+    }
+    std::sort(all.begin(), all.end(),
+              [](const auto* a, const auto* b) { return a->m_dwGouJianID < b->m_dwGouJianID; });
+    return all;
+}
+
+void AddLine(Extent& extent, const CGjNetLine& line) {
+    extent.Add(line.m_fStartX, line.m_fStartY);
+    extent.Add(line.m_fEndX, line.m_fEndY);
+    if (line.m_nArc != 1 || !std::isfinite(line.m_fStartDir) || !std::isfinite(line.m_fEndDir)) return;
+    const double quarter = std::numbers::pi / 2;
+    // Directions run from 0 to below 4 pi, so that at most eight axis points can be covered.
+    for (int k = static_cast<int>(std::ceil(line.m_fStartDir / quarter)); k <= 8 && k * quarter <= line.m_fEndDir; ++k)
+        extent.Add(line.m_fCenterX + line.m_fR * std::cos(k * quarter),
+                   line.m_fCenterY + line.m_fR * std::sin(k * quarter));
+}
+
+}  // namespace
+
+std::vector<CGjNetNode*> NetNodes(CGridDataBase& db) { return ByIdentity<CGjNetNode>(db, db.m_aNetNodeTypes); }
+std::vector<CGjNetLine*> NetLines(CGridDataBase& db) { return ByIdentity<CGjNetLine>(db, db.m_aNetLineTypes); }
+
+void Extent::Add(double x, double y) {
+    if (!std::isfinite(x) || !std::isfinite(y)) return;
+    if (IsEmpty()) {
+        *this = {x, y, x, y};
+        return;
+    }
+    minX = std::min(minX, x);
+    minY = std::min(minY, y);
+    maxX = std::max(maxX, x);
+    maxY = std::max(maxY, y);
+}
+
+void Extent::Grow(double margin) {
+    minX -= margin;
+    minY -= margin;
+    maxX += margin;
+    maxY += margin;
+}
+
+Extent NetExtent(CGridDataBase& db) {
+    Extent extent;
+    for (const CGjNetNode* node : NetNodes(db)) extent.Add(node->m_fX, node->m_fY);
+    for (const CGjNetLine* line : NetLines(db)) AddLine(extent, *line);
+    return extent;
+}

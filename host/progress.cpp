@@ -1,0 +1,23 @@
+#include "host/progress.h"
+
+#include <unistd.h>
+
+#include <cstdio>
+
+CTerminalProgress::CTerminalProgress(const char* label)
+    : m_label(label), m_terminal(::isatty(STDERR_FILENO) == 1), m_start(std::chrono::steady_clock::now()) {}
+
+CTerminalProgress::~CTerminalProgress() { Finish(); }
+
+void CTerminalProgress::Finish() {
+    if (m_shown >= 0) std::fputs("\r\033[K", stderr);
+    m_shown = -1;
+}
+
+void CTerminalProgress::ShowProgress(int percent) {
+    if (!m_terminal || percent == m_shown) return;
+    if (std::chrono::steady_clock::now() - m_start < std::chrono::milliseconds(500)) return;
+    m_shown = percent;
+    std::fprintf(stderr, "\r%s %d %%", m_label, percent);
+    std::fflush(stderr);
+}

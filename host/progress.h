@@ -1,0 +1,24 @@
+// A percentage on the terminal for work that takes its time.
+#pragma once
+#include <chrono>
+
+#include "shell/tvo_frame_base.h"
+
+/// A frame without panes that shows progress on the error stream: only when a terminal is there, and only for work
+/// that has taken over half a second. The line is wiped in the end.
+class CTerminalProgress : public CTvoFrameBase {
+public:
+    explicit CTerminalProgress(const char* label);
+    ~CTerminalProgress() override;
+    CTerminalProgress(const CTerminalProgress&) = delete;
+    CTerminalProgress& operator=(const CTerminalProgress&) = delete;
+
+    void ShowProgress(int percent) override;
+    void Finish();  // wipes the line
+
+private:
+    const char* m_label;
+    bool m_terminal;
+    std::chrono::steady_clock::time_point m_start;
+    int m_shown = -1;  // percentage that stands on the terminal, or -1
+};
