@@ -20,17 +20,23 @@ class CTvoViewMgr;
 struct CPoint;
 
 /// Private marks that the container and the spatial index put on a component, so that both find their entry
-/// for it at once. They belong to the object, not to its value: a copy starts without any.
+/// for it at once. They belong to the object, not to its value: a copy starts without those.
 struct CGouJianMarks {
     CGouJianMarks() = default;
-    CGouJianMarks(const CGouJianMarks&) {}
-    CGouJianMarks& operator=(const CGouJianMarks&) { return *this; }
+    CGouJianMarks(const CGouJianMarks& other) : m_bGraphDue(other.m_bGraphDue) {}
+    CGouJianMarks& operator=(const CGouJianMarks& other) {
+        m_bGraphDue = other.m_bGraphDue;
+        return *this;
+    }
 
     static constexpr std::uint32_t kNone = 0xFFFFFFFF;
     POSITION m_posInContain = nullptr;   // place in the container's list while the component is in the model
     std::uint32_t m_nIndexSlot = kNone;  // entry in the spatial index
-    std::uint32_t m_nRecords : 31 = 0;   // records of the log that name the component
+    std::uint32_t m_nRecords : 30 = 0;   // records of the log that name the component
     std::uint32_t m_bLeftToLog : 1 = 0;  // a record that owned it is gone, and others still name it
+    // The display list counts as built, and is filled when it is first asked for. A model has as many nodes as
+    // lines, and few of their lists are ever looked at.
+    std::uint32_t m_bGraphDue : 1 = 0;
 };
 
 /// A component ("GouJian"): an object of the model with an identity, a status, a storey and a display list.

@@ -9,13 +9,20 @@
 #include "view/tvo_view_mgr.h"
 
 CDrawGraph* CGouJianEx::GetDrawGraph() {
-    if (!m_pDrawGraph) m_pDrawGraph = new CDrawGraph;
+    if (!m_pDrawGraph) {
+        m_pDrawGraph = new CDrawGraph;
+        if (m_cMarks.m_bGraphDue) {
+            m_cMarks.m_bGraphDue = 0;
+            DrawGraph(m_pDrawGraph);
+        }
+    }
     return m_pDrawGraph;
 }
 
 void CGouJianEx::ClearDrawGraph() {
     delete m_pDrawGraph;
     m_pDrawGraph = nullptr;
+    m_cMarks.m_bGraphDue = 0;
 }
 
 CFRect CGouJianEx::GetFrect() {

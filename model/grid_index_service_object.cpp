@@ -39,8 +39,13 @@ void SortByIdentity(std::vector<CGouJianEx*>& v, std::size_t first = 0) {
 
 CGridIndexServiceObject::CGridIndexServiceObject() { Resize(CFRect()); }
 CGridIndexServiceObject::~CGridIndexServiceObject() {
-    m_cHash.ForEach([](const CSpatialHash::Record& r) { r.component->m_cMarks.m_nIndexSlot = CGouJianMarks::kNone; });
+    for (CSpatialHash* hash : {&m_cNodes, &m_cOthers})
+        hash->ForEach([](std::uint32_t, const CSpatialHash::Record& r) { r.component->m_cMarks.m_nIndexSlot = CGouJianMarks::kNone; });
     ForgetGrids();
+}
+
+CSpatialHash& CGridIndexServiceObject::HashOf(CGouJianEx* component) {
+    return component->QueryBasicType() == kBasicNode ? m_cNodes : m_cOthers;
 }
 
 void CGridIndexServiceObject::AddToPool(CGouJianEx* component) {
@@ -53,12 +58,32 @@ bool CGridIndexServiceObject::IsPending(CGouJianEx* component) const {
 }
 
 void CGridIndexServiceObject::Remove(CGouJianEx* component) {
-    if (IsPending(component)) m_mapPool.RemoveKey(component->get_m_dwGouJianID());
+    if (!m_mapPool.IsEmpty() && IsPending(component)) m_mapPool.RemoveKey(component->get_m_dwGouJianID());
     std::uint32_t& slot = component->m_cMarks.m_nIndexSlot;
     if (slot == CGouJianMarks::kNone) return;
     ForgetGrids();
-    m_cHash.Remove(slot);
+    HashOf(component).Remove(slot);
     slot = CGouJianMarks::kNone;
+}
+
+// A component that draws itself gets its display list here too: it serves hit tests. That of a node, whose
+// extent doesn't need it, is filled when somebody asks for it.
+CFRect CGridIndexServiceObject::ExtentForEntry(CGouJianEx* component) {
+    if (!component->m_bGraphBuilt) {
+        if (component->QueryBasicType() == kBasicNode && !component->m_pDrawGraph)
+            component->m_cMarks.m_bGraphDue = 1;
+        else
+            component->DrawGraph(component->GetDrawGraph());
+        component->m_bGraphBuilt = 1;
+    }
+    return component->GetFrect();
+}
+
+void CGridIndexServiceObject::AddNow(CGouJianEx* component) {
+    ForgetGrids();
+    const CFRect box = ExtentForEntry(component);
+    if (BoxOf(box).IsFinite()) Resize(m_rcGrid.UnionFRect(box));
+    Enter(component, box);
 }
 
 void CGridIndexServiceObject::WorkOffPool(void (*progress)(void*, int), void* context) {
@@ -73,11 +98,7 @@ void CGridIndexServiceObject::WorkOffPool(void (*progress)(void*, int), void* co
     };
     tell(0);
     m_mapPool.ForEach([&](unsigned long, CGouJianEx* component) {
-        if (!component->m_bGraphBuilt) {  // also for components that draw themselves: the graph serves hit tests
-            component->DrawGraph(component->GetDrawGraph());
-            component->m_bGraphBuilt = 1;
-        }
-        const CFRect box = component->GetFrect();
+        const CFRect box = ExtentForEntry(component);
         if (BoxOf(box).IsFinite()) area = area.UnionFRect(box);
         waiting.emplace_back(component, box);
         tell(static_cast<int>(waiting.size()));
@@ -95,6 +116,7 @@ void CGridIndexServiceObject::WorkOffPool(void (*progress)(void*, int), void* co
 // one more; a grid that covers it already stays as it is.
 void CGridIndexServiceObject::Resize(const CFRect& wanted) {
     const CSpatialHash::Box now = BoxOf(m_rcGrid), want = BoxOf(wanted);
+    if (want.x0 >= now.x0 && want.x1 <= now.x1 && want.y0 >= now.y0 && want.y1 <= now.y1) return;
     int c0 = Quotient(now.x0 - kCell), c1 = Quotient(now.x1 + kCell);
     int r0 = Quotient(now.y0 - kCell), r1 = Quotient(now.y1 + kCell);
     bool changed = false;
@@ -130,7 +152,6 @@ CSpatialHash::CellRange CGridIndexServiceObject::CellsOf(const CFRect& rect) con
 }
 
 void CGridIndexServiceObject::Enter(CGouJianEx* component, const CFRect& rect) {
-    const auto kind = component->QueryBasicType() == kBasicNode ? CSpatialHash::kNode : CSpatialHash::kOther;
     const CSpatialHash::Box box = BoxOf(rect);
     CSpatialHash::CellRange in{0, 0, -1, -1};  // absolute; empty
     if (box.IsFinite()) {
@@ -154,8 +175,8 @@ void CGridIndexServiceObject::Enter(CGouJianEx* component, const CFRect& rect) {
         in = {Shifted(m_nFirstCol, in.c0), Shifted(m_nFirstRow, in.r0), Shifted(m_nFirstCol, in.c1), Shifted(m_nFirstRow, in.r1)};
     }
     std::uint32_t& slot = component->m_cMarks.m_nIndexSlot;
-    if (slot != CGouJianMarks::kNone) m_cHash.Remove(slot);
-    slot = m_cHash.Insert(component, box, in, kind);
+    if (slot != CGouJianMarks::kNone) HashOf(component).Remove(slot);
+    slot = HashOf(component).Insert(component, box, in);
 }
 
 std::vector<CGouJianEx*> CGridIndexServiceObject::Query(const CFRect& rect) const {
@@ -165,9 +186,6 @@ std::vector<CGouJianEx*> CGridIndexServiceObject::Query(const CFRect& rect) cons
     if (!BoxOf(rect).IsFinite() || want.c0 > want.c1 || want.r0 > want.r1) want = {0, 0, -1, -1};
     const CSpatialHash::CellRange cells{Shifted(m_nFirstCol, want.c0), Shifted(m_nFirstRow, want.r0),
                                         Shifted(m_nFirstCol, want.c1), Shifted(m_nFirstRow, want.r1)};
-    const auto offer = [&](const CSpatialHash::Record& r) {
-        if ((!r.box.IsFinite() || r.cells.Meets(cells)) && r.component->IsPhysicalGouJian()) found.push_back(r.component);
-    };
     // Whatever was entered in one of these cells has its box within the margin of them.
     const float reach = m_fWidestMargin + 1.0f;
     const auto edge = [](int absolute, float by) { return static_cast<float>(absolute) * kCell + by; };
@@ -179,21 +197,24 @@ std::vector<CGouJianEx*> CGridIndexServiceObject::Query(const CFRect& rect) cons
     place.x1 += std::fabs(place.x1) * slack;
     place.y1 += std::fabs(place.y1) * slack;
     if (none) place = {1, 1, 0, 0};  // meets nothing but what is always offered
-    m_cHash.ForEachIn(place, CSpatialHash::kNode, offer);
-    m_cHash.ForEachIn(place, CSpatialHash::kOther, offer);
+    for (const CSpatialHash* hash : {&m_cNodes, &m_cOthers})
+        hash->ForEachIn(place, [&](std::uint32_t slot, const CSpatialHash::Record& r) {
+            if ((!r.box.IsFinite() || hash->CellsOf(slot).Meets(cells)) && r.component->IsPhysicalGouJian())
+                found.push_back(r.component);
+        });
     SortByIdentity(found);
     return found;
 }
 
 void CGridIndexServiceObject::OthersIn(const CFRect& rect, std::vector<CGouJianEx*>& out) const {
     const std::size_t first = out.size();
-    m_cHash.ForEachIn(BoxOf(rect), CSpatialHash::kOther, [&](const CSpatialHash::Record& r) { out.push_back(r.component); });
+    m_cOthers.ForEachIn(BoxOf(rect), [&](std::uint32_t, const CSpatialHash::Record& r) { out.push_back(r.component); });
     SortByIdentity(out, first);
 }
 
 void CGridIndexServiceObject::OthersAlong(float ax, float ay, float bx, float by, float margin, std::vector<CGouJianEx*>& out) const {
     const std::size_t first = out.size();
-    m_cHash.ForEachAlong(ax, ay, bx, by, margin, CSpatialHash::kOther, [&](const CSpatialHash::Record& r) { out.push_back(r.component); });
+    m_cOthers.ForEachAlong(ax, ay, bx, by, margin, [&](std::uint32_t, const CSpatialHash::Record& r) { out.push_back(r.component); });
     SortByIdentity(out, first);
 }
 
@@ -214,8 +235,8 @@ CGouJianGrid* CGridIndexServiceObject::GetGrid(int seq) {
     const float x = static_cast<float>(col) * kCell, y = static_cast<float>(row) * kCell;
     grid->m_rcCell = CFRect(x, y, x + kCell, y + kCell);
     for (CGouJianEx* component : Query(CFRect(x + 1, y + 1, x + kCell - 1, y + kCell - 1))) {
-        const CSpatialHash::Record& r = m_cHash.At(component->m_cMarks.m_nIndexSlot);
-        if (r.cells.Meets({col, row, col, row})) grid->m_mapGouJian.SetAt(component->get_m_dwGouJianID(), component);
+        const CSpatialHash::CellRange& cells = HashOf(component).CellsOf(component->m_cMarks.m_nIndexSlot);
+        if (cells.Meets({col, row, col, row})) grid->m_mapGouJian.SetAt(component->get_m_dwGouJianID(), component);
     }
     return grid;
 }

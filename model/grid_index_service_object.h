@@ -27,6 +27,8 @@ public:
 
     // --- filling ---
     void AddToPool(CGouJianEx* component);
+    /// Enters a component at once, as a pool of its own would.
+    void AddNow(CGouJianEx* component);
     /// Takes a component out of the pool and out of the index, wherever it is.
     void Remove(CGouJianEx* component);
     bool IsPending(CGouJianEx* component) const;
@@ -41,7 +43,7 @@ public:
     /// Calls f(component) for each node whose entered box meets the square of half side t about a point.
     template <class F>
     void ForEachNodeNear(float x, float y, float t, F f) const {
-        m_cHash.ForEachIn({x - t, y - t, x + t, y + t}, CSpatialHash::kNode, [&](const CSpatialHash::Record& r) { f(r.component); });
+        m_cNodes.ForEachIn({x - t, y - t, x + t, y + t}, [&](std::uint32_t, const CSpatialHash::Record& r) { f(r.component); });
     }
     /// Components other than nodes whose entered box meets `rect`, by ascending identity. With a section given
     /// (x, y of both ends) only those that may come within `margin` of it.
@@ -61,12 +63,15 @@ public:
 
 private:
     void Resize(const CFRect& wanted);
+    static CFRect ExtentForEntry(CGouJianEx* component);
     void Enter(CGouJianEx* component, const CFRect& box);
     // Columns and rows relative to the grid, as a rectangle's cells are counted.
     CSpatialHash::CellRange CellsOf(const CFRect& rect) const;
     void ForgetGrids();
 
-    CSpatialHash m_cHash;
+    // Nodes lie apart from the rest, so that the many searches for a node never see a line.
+    CSpatialHash& HashOf(CGouJianEx* component);
+    CSpatialHash m_cNodes{512}, m_cOthers{1024};
     int m_nFirstCol = 0, m_nFirstRow = 0;  // absolute column and row of the grid's lower left cell
     float m_fWidestMargin = 0;             // greatest margin that any component was entered with
 };

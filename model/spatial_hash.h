@@ -5,18 +5,20 @@
 #include <cstdint>
 #include <vector>
 
+#include "platform/paged_array.h"
+#include "platform/pool.h"
+
 class CGouJianEx;
 
 /// Answers "which boxes may touch this place" in time proportional to the answer, whatever the size of the
 /// model, of its parts, or of the area between them.
 ///
-/// A box lives in one cell only: on the layer whose cells (256 * 4^n units wide) are the smallest not smaller
+/// A box lives in one cell only: on the layer whose cells (a power of two wide) are the smallest not smaller
 /// than the box, in the cell of its lower left corner. It may then reach into the next cell up or right, so a
-/// search looks one cell further down and left. Cells are chains through the records, found by hash. Nodes
-/// have layers of their own, so that the many searches for a node never see a line.
+/// search looks one cell further down and left. A cell is a chain through the records. Sixteen neighbouring
+/// cells form a block, which lie together and are found by hash; an area where nothing is has none.
 class CSpatialHash {
 public:
-    enum Kind : std::uint8_t { kNode = 0, kOther = 1, kKinds = 2 };
     static constexpr std::uint32_t kNone = 0xFFFFFFFF;
 
     struct Box {
@@ -30,114 +32,163 @@ public:
         bool Meets(const CellRange& o) const { return c0 <= o.c1 && o.c0 <= c1 && r0 <= o.r1 && o.r0 <= r1; }
     };
     struct Record {
-        CGouJianEx* component;  // null: the slot is free
         Box box;
-        CellRange cells;        // of the index grid at the time of entry; carried for the owner of this hash
-        std::uint32_t next, prev;  // in the chain of the cell, or of the layer of boxes too wide for any
-        std::uint8_t layer;
-        Kind kind;
+        CGouJianEx* component;     // null: the slot is free
+        std::uint32_t next, prev;  // in the chain of the cell, or of the boxes that have none
     };
 
-    /// Enters a component; its slot is the handle for Remove. A box that isn't finite is offered at every search.
-    std::uint32_t Insert(CGouJianEx* component, const Box& box, const CellRange& cells, Kind kind);
-    void Remove(std::uint32_t slot);
-    void Clear();
-    std::size_t GetCount() const { return m_count; }
-    const Record& At(std::uint32_t slot) const { return m_records[slot]; }
+    /// `smallest` is the cell size of the first layer, a power of two.
+    explicit CSpatialHash(double smallest) : m_smallest(smallest) {}
 
-    /// Calls f(record) for every record of the kind whose box meets `place`, and for those not finite.
+    /// Enters a component; its slot is the handle for Remove. A box that isn't finite is offered at every
+    /// search. `cells` is only carried, for the owner of this hash.
+    std::uint32_t Insert(CGouJianEx* component, const Box& box, const CellRange& cells);
+    void Remove(std::uint32_t slot);
+    std::size_t GetCount() const { return m_count; }
+    const CellRange& CellsOf(std::uint32_t slot) const { return m_cells[slot]; }
+
+    /// Calls f(slot, record) for every record whose box meets `place`, and for those not finite.
     template <class F>
-    void ForEachIn(const Box& place, Kind kind, F f) const;
+    void ForEachIn(const Box& place, F f) const;
     /// The same for boxes within `margin` of the straight section from a to b, and a few more beside it.
     template <class F>
-    void ForEachAlong(float ax, float ay, float bx, float by, float margin, Kind kind, F f) const;
+    void ForEachAlong(float ax, float ay, float bx, float by, float margin, F f) const;
     template <class F>
     void ForEach(F f) const {
-        for (const Record& r : m_records)
-            if (r.component) f(r);
+        for (std::uint32_t i = 0; i < m_records.size(); ++i)
+            if (m_records[i].component) f(i, m_records[i]);
     }
 
 private:
-    static constexpr int kLayers = 16, kWide = kLayers, kUnbounded = kLayers + 1;
+    static constexpr int kLayers = 32, kWide = kLayers, kUnbounded = kLayers + 1;
+    struct Block {
+        std::uint32_t head[16];  // of the chains, row by row
+    };
     struct Slot {
         std::uint64_t key;  // 0: free
-        std::uint32_t head;
+        std::uint32_t block;
     };
 
-    static double CellSize(int layer) { return std::ldexp(256.0, 2 * layer); }
-    static std::int64_t CellOf(double v, double size) { return static_cast<std::int64_t>(std::floor(v / size)); }
-    // Columns and rows far out share keys with others; a search tests boxes, so that costs time and no more.
-    static std::uint64_t Key(int layer, Kind kind, std::int64_t ix, std::int64_t iy) {
-        return std::uint64_t{1} << 63 | static_cast<std::uint64_t>(layer) << 57 | static_cast<std::uint64_t>(kind) << 56 |
-               (static_cast<std::uint64_t>(ix) & 0xFFFFFFF) << 28 | (static_cast<std::uint64_t>(iy) & 0xFFFFFFF);
+    template <class T>
+    using Array = std::vector<T, CPoolAllocator<T>>;
+
+    double CellSize(int layer) const { return m_smallest * static_cast<double>(std::int64_t{1} << layer); }
+    int LayerOf(const Box& box) const;
+    // Sizes are powers of two, so the product is exact; coordinates are finite floats, so it fits where it matters:
+    // far beyond that cells share keys, as below.
+    static std::int64_t CellOf(double v, double size) {
+        const double cell = v * (1.0 / size);
+        if (!(std::fabs(cell) < 9e18)) return cell < 0 ? std::int64_t{-9'000'000'000'000'000'000} : std::int64_t{9'000'000'000'000'000'000};
+        const auto whole = static_cast<std::int64_t>(cell);
+        return whole - (cell < static_cast<double>(whole));
     }
-    std::uint32_t Head(std::uint64_t key) const;
-    std::uint32_t* MakeHead(std::uint64_t key);
+    // Columns and rows far out share keys with others; a search tests boxes, so that costs time and no more.
+    static std::uint64_t BlockKey(int layer, std::int64_t ix, std::int64_t iy) {
+        return std::uint64_t{1} << 63 | static_cast<std::uint64_t>(layer) << 56 |
+               (static_cast<std::uint64_t>(ix >> 2) & 0xFFFFFFF) << 28 | (static_cast<std::uint64_t>(iy >> 2) & 0xFFFFFFF);
+    }
+    static std::size_t InBlock(std::int64_t ix, std::int64_t iy) { return static_cast<std::size_t>((iy & 3) * 4 + (ix & 3)); }
+
+    const Block* FindBlock(std::uint64_t key) const;
+    Block& MakeBlock(std::uint64_t key);
     void Grow();
-    std::uint32_t* ChainOf(const Record& r);
+    std::uint32_t* ChainOf(const Box& box, int layer);
+
+    // The chains of one layer, remembering the block looked at last: neighbouring cells mostly share it.
+    class Cells {
+    public:
+        Cells(const CSpatialHash& hash, int layer) : m_hash(hash), m_layer(layer) {}
+        std::uint32_t Head(std::int64_t ix, std::int64_t iy) {
+            const std::uint64_t key = BlockKey(m_layer, ix, iy);
+            if (key != m_key) {
+                m_key = key;
+                m_block = m_hash.FindBlock(key);
+            }
+            return m_block ? m_block->head[InBlock(ix, iy)] : kNone;
+        }
+
+    private:
+        const CSpatialHash& m_hash;
+        int m_layer;
+        std::uint64_t m_key = 0;
+        const Block* m_block = nullptr;
+    };
 
     template <class F>
     void WalkChain(std::uint32_t i, const Box& place, F& f) const {
         for (; i != kNone; i = m_records[i].next)
-            if (m_records[i].box.Meets(place)) f(m_records[i]);
+            if (m_records[i].box.Meets(place)) f(i, m_records[i]);
+    }
+    // For searches over more cells than there are boxes.
+    template <class F>
+    void WalkLayer(int layer, const Box& place, F& f) const {
+        for (std::uint32_t i = 0; i < m_records.size(); ++i)
+            if (m_records[i].component && m_records[i].box.Meets(place) && LayerOf(m_records[i].box) == layer) f(i, m_records[i]);
     }
 
-    std::vector<Record> m_records;
-    std::uint32_t m_free = kNone;  // chain of free slots through `next`
+    double m_smallest;
+    CPagedArray<Record> m_records;
+    CPagedArray<CellRange> m_cells;   // beside the records
+    std::uint32_t m_free = kNone;     // chain of free slots through `next`
     std::size_t m_count = 0;
-    std::vector<Slot> m_slots = std::vector<Slot>(64, Slot{0, kNone});
-    std::size_t m_used = 0;
-    std::array<std::array<std::uint32_t, kLayers + 2>, kKinds> m_onLayer{};       // how many boxes a layer holds
-    std::array<std::uint32_t, kKinds> m_wide{kNone, kNone};       // boxes wider than any cell
-    std::array<std::uint32_t, kKinds> m_unbounded{kNone, kNone};  // boxes that are not finite
+    Array<Slot> m_slots = Array<Slot>(64, Slot{0, kNone});
+    std::size_t m_used = 0;           // slots taken
+    CPagedArray<Block> m_blocks;
+    std::array<std::uint32_t, kLayers + 2> m_onLayer{};  // how many boxes a layer holds
+    std::uint64_t m_layers = 0;       // a bit for each layer that holds any
+    std::uint32_t m_wide = kNone;       // chain of boxes wider than any cell
+    std::uint32_t m_unbounded = kNone;  // chain of boxes that are not finite
 };
 
 template <class F>
-void CSpatialHash::ForEachIn(const Box& place, Kind kind, F f) const {
-    for (std::uint32_t i = m_unbounded[kind]; i != kNone; i = m_records[i].next) f(m_records[i]);
+void CSpatialHash::ForEachIn(const Box& place, F f) const {
+    for (std::uint32_t i = m_unbounded; i != kNone; i = m_records[i].next) f(i, m_records[i]);
     if (!place.IsFinite()) return;
-    WalkChain(m_wide[kind], place, f);
+    WalkChain(m_wide, place, f);
+    const std::uint64_t layers = m_layers;
     for (int layer = 0; layer < kLayers; ++layer) {
-        const std::uint32_t held = m_onLayer[kind][static_cast<std::size_t>(layer)];
-        if (held == 0) continue;
+        if (!(layers >> layer)) break;
+        if (!(layers >> layer & 1)) continue;
         const double size = CellSize(layer);
         const std::int64_t ix0 = CellOf(place.x0 - size, size), ix1 = CellOf(place.x1, size);
         const std::int64_t iy0 = CellOf(place.y0 - size, size), iy1 = CellOf(place.y1, size);
-        if (static_cast<double>(ix1 - ix0 + 1) * static_cast<double>(iy1 - iy0 + 1) > static_cast<double>(m_records.size())) {
-            for (const Record& r : m_records)  // fewer boxes than cells
-                if (r.component && r.kind == kind && r.layer == layer && r.box.Meets(place)) f(r);
+        if (static_cast<double>(ix1 - ix0 + 1) * static_cast<double>(iy1 - iy0 + 1) > static_cast<double>(m_records.size() + 16)) {
+            WalkLayer(layer, place, f);
             continue;
         }
+        Cells cells(*this, layer);
         for (std::int64_t iy = iy0; iy <= iy1; ++iy)
-            for (std::int64_t ix = ix0; ix <= ix1; ++ix) WalkChain(Head(Key(layer, kind, ix, iy)), place, f);
+            for (std::int64_t ix = ix0; ix <= ix1; ++ix) WalkChain(cells.Head(ix, iy), place, f);
     }
 }
 
 template <class F>
-void CSpatialHash::ForEachAlong(float ax, float ay, float bx, float by, float margin, Kind kind, F f) const {
+void CSpatialHash::ForEachAlong(float ax, float ay, float bx, float by, float margin, F f) const {
     const Box place{std::fmin(ax, bx) - margin, std::fmin(ay, by) - margin, std::fmax(ax, bx) + margin,
                     std::fmax(ay, by) + margin};
-    for (std::uint32_t i = m_unbounded[kind]; i != kNone; i = m_records[i].next) f(m_records[i]);
+    for (std::uint32_t i = m_unbounded; i != kNone; i = m_records[i].next) f(i, m_records[i]);
     if (!place.IsFinite()) return;
     // A box farther than the margin from the line lies wholly on one side of it.
     const double dx = static_cast<double>(bx) - ax, dy = static_cast<double>(by) - ay;
     const double reach = margin * std::hypot(dx, dy) * 1.0001, adx = std::fabs(dx), ady = std::fabs(dy);
-    auto near = [&](const Record& r) {
+    auto near = [&](std::uint32_t i, const Record& r) {
         const double mx = 0.5 * (static_cast<double>(r.box.x0) + r.box.x1), my = 0.5 * (static_cast<double>(r.box.y0) + r.box.y1);
         const double hx = 0.5 * (static_cast<double>(r.box.x1) - r.box.x0), hy = 0.5 * (static_cast<double>(r.box.y1) - r.box.y0);
-        if (std::fabs(dx * (my - ay) - dy * (mx - ax)) <= adx * hy + ady * hx + reach) f(r);
+        if (std::fabs(dx * (my - ay) - dy * (mx - ax)) <= adx * hy + ady * hx + reach) f(i, r);
     };
-    WalkChain(m_wide[kind], place, near);
+    WalkChain(m_wide, place, near);
+    const std::uint64_t layers = m_layers;
     for (int layer = 0; layer < kLayers; ++layer) {
-        if (m_onLayer[kind][static_cast<std::size_t>(layer)] == 0) continue;
+        if (!(layers >> layer)) break;
+        if (!(layers >> layer & 1)) continue;
         const double size = CellSize(layer);
         const std::int64_t iy0 = CellOf(place.y0 - size, size), iy1 = CellOf(place.y1, size);
-        const double cells = static_cast<double>(iy1 - iy0 + 1) + (static_cast<double>(place.x1) - place.x0) / size;
-        if (cells > static_cast<double>(m_records.size())) {
-            for (const Record& r : m_records)
-                if (r.component && r.kind == kind && r.layer == layer && r.box.Meets(place)) near(r);
+        if (static_cast<double>(iy1 - iy0 + 1) + (static_cast<double>(place.x1) - place.x0) / size >
+            static_cast<double>(m_records.size() + 16)) {
+            WalkLayer(layer, place, near);
             continue;
         }
+        Cells cells(*this, layer);
         for (std::int64_t iy = iy0; iy <= iy1; ++iy) {
             // Boxes of this row lie between these heights; the section runs there between xa and xb.
             const double low = static_cast<double>(iy) * size - margin, high = static_cast<double>(iy + 2) * size + margin;
@@ -152,8 +203,7 @@ void CSpatialHash::ForEachAlong(float ax, float ay, float bx, float by, float ma
                 xb = std::fmax(x0, x1) + margin + 1.0;
             }
             const std::int64_t ix1 = CellOf(xb, size);
-            for (std::int64_t ix = CellOf(xa - size, size); ix <= ix1; ++ix)
-                WalkChain(Head(Key(layer, kind, ix, iy)), place, near);
+            for (std::int64_t ix = CellOf(xa - size, size); ix <= ix1; ++ix) WalkChain(cells.Head(ix, iy), place, near);
         }
     }
 }

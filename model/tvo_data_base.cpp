@@ -143,8 +143,12 @@ void CTvoDataBase::OnAddGouJian(CGouJianEx* obj) {
         obj->m_bParamCalculated = 1;
     }
     if (!obj->IsPhysicalGouJian()) return;
-    m_pIndex->AddToPool(obj);
-    if (!m_pFrame) BringIndexUpToDate();
+    if (m_pFrame || m_pIndex->GetPoolCount() > 0) m_pIndex->AddToPool(obj);
+    if (m_pFrame) return;
+    if (m_pIndex->GetPoolCount() > 0)
+        BringIndexUpToDate();
+    else
+        m_pIndex->AddNow(obj);
 }
 
 void CTvoDataBase::OnDelGouJian(CGouJianEx* obj) {

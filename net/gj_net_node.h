@@ -2,6 +2,7 @@
 #pragma once
 #include "model/goujian.h"
 
+class CBinaryStar;
 class CStar;
 
 /// A point of the net where lines meet. It holds its place alone; which lines meet there is known to the data
@@ -30,5 +31,8 @@ public:
 
 private:
     friend class CGridDataBase;
-    CStar* m_pStar = nullptr;  // the star that m_mapStar holds for this node; belongs to the object, not copied
+    // The data base's entries for this node, found here without a look into its maps. They belong to the object:
+    // a copy has none.
+    CStar* m_pStar = nullptr;              // what m_mapStar holds
+    CBinaryStar* m_pFirstPair = nullptr;   // chain of the pairs in m_mapBinaryStar that begin here
 };

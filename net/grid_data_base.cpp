@@ -43,7 +43,10 @@ void CGridDataBase::OnDestroyData() {
     });
     m_mapStar.RemoveAll();
     m_mapBinaryStar.ForEach([](std::int64_t, CBinaryStar* star) {
-        while (star) delete std::exchange(star, star->m_pNextOfKey);
+        while (star) {
+            star->m_pNode1->m_pFirstPair = nullptr;
+            delete std::exchange(star, star->m_pNextOfKey);
+        }
     });
     m_mapBinaryStar.RemoveAll();
     m_mapPlateWay.RemoveAll();

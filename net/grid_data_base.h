@@ -182,7 +182,7 @@ private:
     CGjNetLine* FindEqualLine(CGjNetNode* a, CGjNetNode* b, int arc, float bulge);
     void LetGoOfNet(CGouJianEx* obj);
 
-    void CollectBreakCandidates(CGjNetLine* line, std::vector<CGjNetLine*>& out);
+    void CollectBreakCandidates(CGjNetLine* line, std::vector<CGouJianEx*>& near);
     void BreakNow(CGjNetLine* line);
     void ReplaceByStraightParts(CGjNetLine* l, CArray<CFPoint>& points, CArray<CGouJianEx*>& riders);
     void ReplaceByArcParts(CGjNetLine* l, CArray<CFPoint>& points, CArray<CGouJianEx*>& riders);
@@ -195,6 +195,7 @@ private:
 
     int m_nBreakDepth = 0;                    // calls of BreakNetLine that stand on the stack
     std::vector<std::uint32_t> m_aPendingBreak;  // lines whose turn comes when the stack has unwound
+    std::vector<CGouJianEx*> m_aNear;         // storage that BreakNetLine uses again and again
     unsigned m_nNodeEdits = 0;                // counts nodes added and removed
 };
 

@@ -37,9 +37,8 @@ void CGridDataBase::BreakNetLine(CGjNetLine* line) {
 
 // Lines that may meet the given one, by ascending identity. Only those whose extent comes near the line itself
 // are offered: any other in its rectangle would neither cross nor overlap it.
-void CGridDataBase::CollectBreakCandidates(CGjNetLine* line, std::vector<CGjNetLine*>& out) {
+void CGridDataBase::CollectBreakCandidates(CGjNetLine* line, std::vector<CGouJianEx*>& near) {
     CGridIndexServiceObject& index = ReadyIndex();  // before the extent is taken: it comes from the display list
-    std::vector<CGouJianEx*> near;
     const CFRect box = line->GetFrect();
     const float farthest = std::max({std::fabs(box.m_fMinX), std::fabs(box.m_fMinY), std::fabs(box.m_fMaxX), std::fabs(box.m_fMaxY)});
     // Two lines meet when they come within the tolerance; circles that count as one may be that far apart again.
@@ -49,21 +48,24 @@ void CGridDataBase::CollectBreakCandidates(CGjNetLine* line, std::vector<CGjNetL
         index.OthersIn(CFRect(box.m_fMinX - reach, box.m_fMinY - reach, box.m_fMaxX + reach, box.m_fMaxY + reach), near);
     else
         index.OthersAlong(line->m_pStartNode->m_fX, line->m_pStartNode->m_fY, line->m_pEndNode->m_fX, line->m_pEndNode->m_fY, reach, near);
-    for (CGouJianEx* obj : near) {
-        if (obj == line || obj->QueryBasicType() != kBasicLine) continue;
-        auto* other = static_cast<CGjNetLine*>(obj);
-        if (CanBreakNetLine(other)) out.push_back(other);
-    }
+    std::erase_if(near, [&](CGouJianEx* obj) {
+        return obj == line || obj->QueryBasicType() != kBasicLine || !CanBreakNetLine(static_cast<CGjNetLine*>(obj));
+    });
 }
 
 void CGridDataBase::BreakNow(CGjNetLine* line) {
     CArray<CBreakNode> breaks;
     {
-        std::vector<CGjNetLine*> candidates;
+        // The storage is kept for the next line; a nested call finds none to take and makes its own.
+        std::vector<CGouJianEx*> candidates = std::move(m_aNear);
+        candidates.clear();
         CollectBreakCandidates(line, candidates);
+        int standing = 1;
+        for (std::size_t i = 0; i < candidates.size() && standing; ++i)
+            standing = CalcNetLineInterSection(line, static_cast<CGjNetLine*>(candidates[i]), breaks);
+        m_aNear = std::move(candidates);
         // A rewrite ends the work: it has broken what it left by itself, and the line may be gone.
-        for (CGjNetLine* other : candidates)
-            if (!CalcNetLineInterSection(line, other, breaks)) return;
+        if (!standing) return;
     }
     if (breaks.IsEmpty()) return;
     std::stable_sort(breaks.begin(), breaks.end(), [](const CBreakNode& a, const CBreakNode& b) { return (a < b) != 0; });

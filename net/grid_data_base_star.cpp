@@ -21,39 +21,39 @@ void CGridDataBase::DropStar(CGjNetNode* node) {
     m_mapStar.RemoveKey(node);
 }
 
+// A node begins few pairs, and they are near in memory; a look into the map would miss the cache.
 CBinaryStar* CGridDataBase::FindBinaryStar(CGjNetNode* a, CGjNetNode* b) {
-    CBinaryStar** first = m_mapBinaryStar.Find(MakeBinaryStar(a, b));
-    CBinaryStar* star = first ? *first : nullptr;
-    while (star && (star->m_pNode1 != a || star->m_pNode2 != b)) star = star->m_pNextOfKey;
+    CBinaryStar* star = a->m_pFirstPair;
+    while (star && star->m_pNode2 != b) star = star->m_pNextOfNode;
     return star;
 }
 
 // A deletion destroys the whole star of the pair: of two lines on one ordered pair the other is forgotten too.
 // It stays in the store and in both nodes' stars, but is no longer seen by GetNetLineOnNetNode. Meant.
 void CGridDataBase::__BinaryStarMaintain(CGjNetNode* a, CGjNetNode* b, CGjNetLine* line, int mode) {
-    const std::int64_t key = MakeBinaryStar(a, b);
+    CBinaryStar* star = FindBinaryStar(a, b);
     if (mode == 1) {
-        CBinaryStar*& first = m_mapBinaryStar[key];
-        CBinaryStar* star = first;
-        while (star && (star->m_pNode1 != a || star->m_pNode2 != b)) star = star->m_pNextOfKey;
         if (!star) {
             star = new CBinaryStar;  // owned by m_mapBinaryStar
             star->m_pNode1 = a;
             star->m_pNode2 = b;
-            star->m_nKey = key;
-            star->m_pNextOfKey = first;
-            first = star;
+            star->m_nKey = MakeBinaryStar(a, b);
+            star->m_pNextOfNode = std::exchange(a->m_pFirstPair, star);
+            star->m_pNextOfKey = std::exchange(m_mapBinaryStar[star->m_nKey], star);
         }
-        star->AddMapElement(key, line);
+        star->AddMapElement(star->m_nKey, line);
         return;
     }
-    CBinaryStar** first = m_mapBinaryStar.Find(key);
-    if (!first) return;
-    CBinaryStar** link = first;
-    while (*link && ((*link)->m_pNode1 != a || (*link)->m_pNode2 != b)) link = &(*link)->m_pNextOfKey;
-    if (!*link) return;
-    delete std::exchange(*link, (*link)->m_pNextOfKey);
-    if (!*first) m_mapBinaryStar.RemoveKey(key);
+    if (!star) return;
+    CBinaryStar** ofNode = &a->m_pFirstPair;
+    while (*ofNode != star) ofNode = &(*ofNode)->m_pNextOfNode;
+    *ofNode = star->m_pNextOfNode;
+    CBinaryStar** first = m_mapBinaryStar.Find(star->m_nKey);
+    CBinaryStar** ofKey = first;
+    while (*ofKey != star) ofKey = &(*ofKey)->m_pNextOfKey;
+    *ofKey = star->m_pNextOfKey;
+    if (!*first) m_mapBinaryStar.RemoveKey(star->m_nKey);
+    delete star;
 }
 
 // --- maintenance --------------------------------------------------------------------------------------------

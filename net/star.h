@@ -58,5 +58,6 @@ public:
 
 private:
     friend class CGridDataBase;
-    CBinaryStar* m_pNextOfKey = nullptr;  // another pair whose key happens to be the same
+    CBinaryStar* m_pNextOfKey = nullptr;   // another pair whose key happens to be the same
+    CBinaryStar* m_pNextOfNode = nullptr;  // another pair with the same first node
 };

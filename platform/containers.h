@@ -4,7 +4,7 @@
 #include <bit>
 #include <cassert>
 #include <cstdint>
-#include <list>
+#include <memory>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -64,7 +64,7 @@ public:
         m_data.insert(m_data.begin() + i, static_cast<std::size_t>(std::max(count, 0)), value);
     }
     void InsertAt(int i, const CArrayOf* other) {
-        const std::vector<T> values = other->m_data;
+        const auto values = other->m_data;
         if (i > GetSize()) SetSize(i);
         m_data.insert(m_data.begin() + i, values.begin(), values.end());
     }
@@ -84,7 +84,7 @@ private:
         assert(i >= 0 && i < GetSize());
         return static_cast<std::size_t>(i);
     }
-    std::vector<T> m_data;
+    std::vector<T, CPoolAllocator<T>> m_data;
 };
 
 /// The second argument, by tradition the type in which elements are passed, is ignored: CArray<T> and
@@ -211,8 +211,9 @@ using CTypedPtrList = CList<T>;
 
 // ---------------------------------------------------------------------------------------------------------
 
-/// The hash of a CMap key. Integers that follow one another stay neighbours for sixteen at a time, so that
-/// identities, which are handed out in sequence, are entered and found with few cache misses.
+/// The hash of a CMap key. Integers that follow one another stay neighbours four at a time, so that identities,
+/// which are handed out in sequence, are entered with fewer cache misses. (Longer runs would pile up: where two
+/// meet, one has to walk past the whole of the other.)
 template <class K>
 struct CMapHash {
     static std::uint64_t Mix(std::uint64_t v) {
@@ -222,9 +223,11 @@ struct CMapHash {
     std::size_t operator()(const K& key) const {
         if constexpr (std::is_pointer_v<K>) {
             return Mix(reinterpret_cast<std::uintptr_t>(key) >> 3);  // decides places in memory, never an order
+        } else if constexpr (std::is_same_v<K, std::int64_t>) {
+            return Mix(static_cast<std::uint64_t>(key));  // composed keys, not a sequence
         } else if constexpr (std::is_integral_v<K> || std::is_enum_v<K>) {
             const auto v = static_cast<std::uint64_t>(key);
-            return (Mix(v >> 4) & ~std::uint64_t{15}) | (v & 15);
+            return (Mix(v >> 2) & ~std::uint64_t{3}) | (v & 3);
         } else {
             return HashKey(key);  // found by argument-dependent lookup
         }
@@ -244,8 +247,20 @@ class CMapOf {
 public:
     CMapOf() = default;
     explicit CMapOf(int /*block size*/) {}
+    CMapOf(const CMapOf& other)
+        : m_entries(other.m_entries), m_index(other.m_index ? std::make_unique<Index>(*other.m_index) : nullptr), m_gone(other.m_gone) {}
+    CMapOf& operator=(const CMapOf& other) {
+        if (this != &other) *this = CMapOf(other);
+        return *this;
+    }
+    CMapOf(CMapOf&&) noexcept = default;
+    CMapOf& operator=(CMapOf&&) noexcept = default;
 
-    int GetCount() const { return static_cast<int>(m_entries.size() - m_dead); }
+    int GetCount() const {
+        std::size_t live = m_entries.size() - (m_index ? m_index->dead : 0);
+        for (unsigned gone = m_gone; gone; gone &= gone - 1) --live;
+        return static_cast<int>(live);
+    }
     int GetSize() const { return GetCount(); }
     bool IsEmpty() const { return GetCount() == 0; }
 
@@ -271,12 +286,7 @@ public:
         return fresh;
     }
     bool RemoveKey(const K& key);
-    void RemoveAll() {
-        std::vector<Entry>().swap(m_entries);
-        std::vector<std::uint32_t>().swap(m_slots);
-        std::vector<bool>().swap(m_gone);
-        m_dead = 0;
-    }
+    void RemoveAll() { *this = CMapOf(); }
     void InitHashTable(unsigned, bool = true) {}
 
     POSITION GetStartPosition() const { return PositionFrom(0); }
@@ -296,9 +306,16 @@ public:
 
 private:
     static constexpr std::uint32_t kNone = 0xFFFFFFFF;
-    static constexpr std::size_t kSmall = 8;
+    static constexpr std::size_t kSmall = 8;  // as many as m_gone has bits
 
-    bool Gone(std::size_t i) const { return m_dead != 0 && m_gone[i]; }
+    /// What a map of more than a few entries has besides them.
+    struct Index {
+        std::vector<std::uint32_t, CPoolAllocator<std::uint32_t>> slots;  // open addressing; a power of two
+        std::vector<bool> gone;  // marks removed entries; empty while there are none
+        std::size_t dead = 0;    // how many are marked
+    };
+
+    bool Gone(std::size_t i) const { return m_index ? m_index->dead != 0 && m_index->gone[i] : (m_gone >> i & 1) != 0; }
     POSITION PositionFrom(std::size_t i) const {
         while (i < m_entries.size() && Gone(i)) ++i;
         return i < m_entries.size() ? reinterpret_cast<POSITION>(i + 1) : nullptr;
@@ -306,12 +323,12 @@ private:
     static std::size_t IndexOf(POSITION p) { return reinterpret_cast<std::size_t>(p) - 1; }
     std::uint32_t Locate(const K& key) const;
     std::pair<std::uint32_t, bool> Enter(const K& key);
+    void CloseGaps();
     void Rebuild(std::size_t slots);
 
-    std::vector<Entry> m_entries;        // in order of entering, removed ones among them
-    std::vector<std::uint32_t> m_slots;  // open addressing; empty while the map is small
-    std::vector<bool> m_gone;            // marks removed entries; sized on the first removal
-    std::size_t m_dead = 0;              // how many entries are marked
+    std::vector<Entry, CPoolAllocator<Entry>> m_entries;  // in order of entering, removed ones among them
+    std::unique_ptr<Index> m_index;                       // null while the map is small
+    std::uint8_t m_gone = 0;                              // marks removed entries of a small map
 };
 
 /// As with CArray, the types by which keys and values are passed may be named and are ignored.
@@ -335,16 +352,16 @@ using CDWordArray = CArray<std::uint32_t>;
 
 template <class K, class V>
 std::uint32_t CMapOf<K, V>::Locate(const K& key) const {
-    if (m_slots.empty()) {
+    if (!m_index) {
         for (std::size_t i = 0; i < m_entries.size(); ++i)
             if (m_entries[i].key == key && !Gone(i)) return static_cast<std::uint32_t>(i);
         return kNone;
     }
-    const std::size_t mask = m_slots.size() - 1;
+    const auto& slots = m_index->slots;
+    const std::size_t mask = slots.size() - 1;
     for (std::size_t s = CMapHash<K>()(key) & mask;; s = (s + 1) & mask) {
-        const std::uint32_t i = m_slots[s];
-        if (i == kNone) return kNone;
-        if (m_entries[i].key == key) return i;
+        const std::uint32_t i = slots[s];
+        if (i == kNone || m_entries[i].key == key) return i;
     }
 }
 
@@ -352,18 +369,29 @@ template <class K, class V>
 std::pair<std::uint32_t, bool> CMapOf<K, V>::Enter(const K& key) {
     const std::uint32_t found = Locate(key);
     if (found != kNone) return {found, false};
-    if (m_dead != 0 && m_dead * 2 >= m_entries.size() && m_entries.size() >= kSmall)
-        Rebuild(m_slots.size());
-    else if (m_slots.empty() ? m_entries.size() >= kSmall : (m_entries.size() + 1) * 5 > m_slots.size() * 3)
-        Rebuild(std::bit_ceil(2 * (m_entries.size() - m_dead + 1) + kSmall));
+    if (!m_index) {
+        if (m_entries.size() == kSmall) {
+            CloseGaps();
+            if (m_entries.size() > kSmall / 2) Rebuild(4 * kSmall);
+        }
+    } else if (m_index->dead != 0 && m_index->dead * 4 >= m_entries.size()) {
+        CloseGaps();
+        Rebuild(m_index->slots.size());
+    } else if ((m_entries.size() + 1) * 2 > m_index->slots.size()) {
+        CloseGaps();
+        Rebuild(std::bit_ceil(2 * (m_entries.size() + 1) + kSmall));
+    }
     const auto i = static_cast<std::uint32_t>(m_entries.size());
+    // By half rather than by doubling: these arrays are most of what a large model's maps take.
+    if (i == m_entries.capacity() && i > kSmall) m_entries.reserve(i + i / 2);
     m_entries.push_back({key, V()});
-    if (m_dead != 0) m_gone.push_back(false);
-    if (!m_slots.empty()) {
-        const std::size_t mask = m_slots.size() - 1;
+    if (m_index) {
+        if (m_index->dead != 0) m_index->gone.push_back(false);
+        auto& slots = m_index->slots;
+        const std::size_t mask = slots.size() - 1;
         std::size_t s = CMapHash<K>()(key) & mask;
-        while (m_slots[s] != kNone) s = (s + 1) & mask;
-        m_slots[s] = i;
+        while (slots[s] != kNone) s = (s + 1) & mask;
+        slots[s] = i;
     }
     return {i, true};
 }
@@ -372,57 +400,72 @@ template <class K, class V>
 bool CMapOf<K, V>::RemoveKey(const K& key) {
     const std::uint32_t i = Locate(key);
     if (i == kNone) return false;
-    if (!m_slots.empty()) {
-        const std::size_t mask = m_slots.size() - 1;
-        std::size_t s = CMapHash<K>()(key) & mask;
-        while (m_slots[s] != i) s = (s + 1) & mask;
-        // Close the gap in the run behind, so that no slot is ever left marked.
-        for (std::size_t next = (s + 1) & mask; m_slots[next] != kNone; next = (next + 1) & mask) {
-            const std::size_t home = CMapHash<K>()(m_entries[m_slots[next]].key) & mask;
-            if (((next - home) & mask) >= ((next - s) & mask)) {
-                m_slots[s] = m_slots[next];
-                s = next;
-            }
+    if (!m_index) {
+        m_gone = static_cast<std::uint8_t>(m_gone | 1u << i);
+        m_entries[i].value = V();
+        // Gaps at the end need no mark.
+        while (!m_entries.empty() && Gone(m_entries.size() - 1)) {
+            m_gone = static_cast<std::uint8_t>(m_gone & ~(1u << (m_entries.size() - 1)));
+            m_entries.pop_back();
         }
-        m_slots[s] = kNone;
+        return true;
     }
+    auto& slots = m_index->slots;
+    const std::size_t mask = slots.size() - 1;
+    std::size_t s = CMapHash<K>()(key) & mask;
+    while (slots[s] != i) s = (s + 1) & mask;
+    // Close the gap in the run behind, so that no slot is ever left marked.
+    for (std::size_t next = (s + 1) & mask; slots[next] != kNone; next = (next + 1) & mask) {
+        const std::size_t home = CMapHash<K>()(m_entries[slots[next]].key) & mask;
+        if (((next - home) & mask) >= ((next - s) & mask)) {
+            slots[s] = slots[next];
+            s = next;
+        }
+    }
+    slots[s] = kNone;
     if (i + 1 == m_entries.size()) {  // the last one leaves no gap
         m_entries.pop_back();
-        if (m_dead != 0) m_gone.pop_back();
+        if (m_index->dead != 0) m_index->gone.pop_back();
     } else {
-        if (m_dead == 0) m_gone.assign(m_entries.size(), false);
-        m_gone[i] = true;
+        if (m_index->dead == 0) m_index->gone.assign(m_entries.size(), false);
+        m_index->gone[i] = true;
         m_entries[i].value = V();
-        ++m_dead;
+        ++m_index->dead;
     }
-    if (m_dead == m_entries.size()) {  // all gaps: start over, keeping the storage
+    if (m_index->dead == m_entries.size()) {  // all gaps: start over, keeping the storage
         m_entries.clear();
-        m_gone.clear();
-        m_dead = 0;
+        m_index->gone.clear();
+        m_index->dead = 0;
     }
     return true;
 }
 
-// Closes the gaps and enters everything in a table of the given size (0: none needed).
 template <class K, class V>
-void CMapOf<K, V>::Rebuild(std::size_t slots) {
-    if (m_dead != 0) {
-        std::size_t to = 0;
-        for (std::size_t i = 0; i < m_entries.size(); ++i)
-            if (!m_gone[i]) {
-                if (to != i) m_entries[to] = std::move(m_entries[i]);
-                ++to;
-            }
-        m_entries.resize(to, Entry{});
-        std::vector<bool>().swap(m_gone);
-        m_dead = 0;
+void CMapOf<K, V>::CloseGaps() {
+    std::size_t to = 0;
+    for (std::size_t i = 0; i < m_entries.size(); ++i)
+        if (!Gone(i)) {
+            if (to != i) m_entries[to] = std::move(m_entries[i]);
+            ++to;
+        }
+    m_entries.resize(to, Entry{});
+    m_gone = 0;
+    if (m_index) {
+        m_index->gone.clear();
+        m_index->dead = 0;
     }
-    m_slots.assign(slots, kNone);
-    const std::size_t mask = slots - 1;
-    if (slots == 0) return;
+}
+
+// Enters everything, which has no gaps, in a table of the given size.
+template <class K, class V>
+void CMapOf<K, V>::Rebuild(std::size_t size) {
+    if (!m_index) m_index = std::make_unique<Index>();
+    auto& slots = m_index->slots;
+    slots.assign(size, kNone);
+    const std::size_t mask = size - 1;
     for (std::size_t i = 0; i < m_entries.size(); ++i) {
         std::size_t s = CMapHash<K>()(m_entries[i].key) & mask;
-        while (m_slots[s] != kNone) s = (s + 1) & mask;
-        m_slots[s] = static_cast<std::uint32_t>(i);
+        while (slots[s] != kNone) s = (s + 1) & mask;
+        slots[s] = static_cast<std::uint32_t>(i);
     }
 }

@@ -2,7 +2,8 @@
 #pragma once
 #include <cstddef>
 
-/// Hands out blocks of up to 512 bytes from size classes 8 bytes apart, aligned to 8; larger requests go to the general heap.
+/// Hands out blocks of up to 512 bytes from size classes 8 bytes apart, aligned to 8. Larger requests go to the
+/// general heap, those of 2 MB and more on huge pages where the system has them.
 /// Blocks are reused, and stay with the process until it ends. One thread only, like the whole library.
 /// Under the address sanitizer every block comes from the general heap, so that misuse is seen.
 void* PoolAllocate(std::size_t bytes);
@@ -16,7 +17,7 @@ void PoolFree(void* block, std::size_t bytes) noexcept;
     static void operator delete(void* block, std::size_t bytes) noexcept { PoolFree(block, bytes); } \
     static void operator delete(void*, void*) noexcept {}
 
-/// The same store as a standard allocator, for single nodes of node-based containers.
+/// The same store as a standard allocator. For element types that need no more than the heap's alignment.
 template <class T>
 struct CPoolAllocator {
     using value_type = T;
