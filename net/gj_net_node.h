@@ -1,9 +1,7 @@
 // CGjNetNode: a node of the axis net.
 #pragma once
 #include "model/goujian.h"
-
-class CBinaryStar;
-class CStar;
+#include "net/star.h"
 
 /// A point of the net where lines meet. It holds its place alone; which lines meet there is known to the data
 /// base. Within one storey no two nodes stand nearer than the net tolerance. It paints itself.
@@ -36,3 +34,9 @@ private:
     CStar* m_pStar = nullptr;              // what m_mapStar holds
     CBinaryStar* m_pFirstPair = nullptr;   // chain of the pairs in m_mapBinaryStar that begin here
 };
+
+inline std::size_t CMapHash<CGjNetNode*>::operator()(const CGjNetNode* node) const {
+    // Four at a time stay neighbours; longer runs would pile up where two meet.
+    const std::uint64_t id = node->get_m_dwGouJianID();
+    return (CMapHash<std::uint64_t>::Mix(id >> 2) & ~std::uint64_t{3}) | (id & 3);
+}

@@ -9,6 +9,12 @@ class CGjNetLine;
 class CGjNetNode;
 class CGouJianEx;
 
+/// Nodes are looked up by identity: one made after another is found beside it.
+template <>
+struct CMapHash<CGjNetNode*> {
+    std::size_t operator()(const CGjNetNode* node) const;
+};
+
 /// The star of a node: every line that starts or ends there. Borrows all of them. Derived data: never saved, and
 /// changed only as lines enter and leave the store.
 class CStar {

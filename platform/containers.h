@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "platform/object.h"
+#include "platform/paged_array.h"
 #include "platform/pool.h"
 
 /// A place in a CList or CMap. Null is "no place": the end of a walk, or not found.
@@ -211,9 +212,7 @@ using CTypedPtrList = CList<T>;
 
 // ---------------------------------------------------------------------------------------------------------
 
-/// The hash of a CMap key. Integers that follow one another stay neighbours four at a time, so that identities,
-/// which are handed out in sequence, are entered with fewer cache misses. (Longer runs would pile up: where two
-/// meet, one has to walk past the whole of the other.)
+/// The hash of a CMap key.
 template <class K>
 struct CMapHash {
     static std::uint64_t Mix(std::uint64_t v) {
@@ -224,14 +223,135 @@ struct CMapHash {
         if constexpr (std::is_pointer_v<K>) {
             return Mix(reinterpret_cast<std::uintptr_t>(key) >> 3);  // decides places in memory, never an order
         } else if constexpr (std::is_same_v<K, std::int64_t>) {
-            return Mix(static_cast<std::uint64_t>(key));  // composed keys, not a sequence
+            // Two low halves of addresses. Keys whose first object lies in the same 2 KB stay within 64 places.
+            const auto v = static_cast<std::uint64_t>(key), a = v >> 32, b = v & 0xFFFFFFFF;
+            return (Mix(a >> 11) & ~std::uint64_t{63}) | ((a >> 4 ^ b >> 7) & 63);
         } else if constexpr (std::is_integral_v<K> || std::is_enum_v<K>) {
-            const auto v = static_cast<std::uint64_t>(key);
-            return (Mix(v >> 2) & ~std::uint64_t{3}) | (v & 3);
+            return Mix(static_cast<std::uint64_t>(key));
         } else {
             return HashKey(key);  // found by argument-dependent lookup
         }
     }
+};
+
+/// How a map finds the entry of a key, once it has more than a few: open addressing over entry numbers.
+template <class K>
+class CHashIndex {
+public:
+    static constexpr std::uint32_t kNone = 0xFFFFFFFF;
+
+    template <class Entries>
+    std::uint32_t Find(const K& key, const Entries& entries) const {
+        const std::size_t mask = m_slots.size() - 1;
+        for (std::size_t s = CMapHash<K>()(key) & mask;; s = (s + 1) & mask) {
+            const std::uint32_t i = m_slots[s];
+            if (i == kNone || entries[i].key == key) return i;
+        }
+    }
+    bool HasRoomFor(std::size_t entries) const { return entries * 2 <= m_slots.size(); }
+    void Enter(const K& key, std::uint32_t i) {
+        const std::size_t mask = m_slots.size() - 1;
+        std::size_t s = CMapHash<K>()(key) & mask;
+        while (m_slots[s] != kNone) s = (s + 1) & mask;
+        m_slots[s] = i;
+    }
+    template <class Entries>
+    void Remove(const K& key, std::uint32_t i, const Entries& entries) {
+        const std::size_t mask = m_slots.size() - 1;
+        std::size_t s = CMapHash<K>()(key) & mask;
+        while (m_slots[s] != i) s = (s + 1) & mask;
+        // Close the gap in the run behind, so that no slot is ever left marked.
+        for (std::size_t next = (s + 1) & mask; m_slots[next] != kNone; next = (next + 1) & mask) {
+            const std::size_t home = CMapHash<K>()(entries[m_slots[next]].key) & mask;
+            if (((next - home) & mask) >= ((next - s) & mask)) {
+                m_slots[s] = m_slots[next];
+                s = next;
+            }
+        }
+        m_slots[s] = kNone;
+    }
+    template <class Entries>
+    void Rebuild(const Entries& entries) {
+        m_slots.assign(std::bit_ceil(2 * (entries.size() + 1) + 16), kNone);
+        for (std::size_t i = 0; i < entries.size(); ++i) Enter(entries[i].key, static_cast<std::uint32_t>(i));
+    }
+
+private:
+    std::vector<std::uint32_t, CPoolAllocator<std::uint32_t>> m_slots;  // a power of two
+};
+
+/// The same for whole numbers that mostly come in runs, as identities do: sixteen neighbouring numbers share a
+/// row, and rows are found by hash. A run is entered almost without cache misses, growing moves rows' places
+/// alone, and whether a number is there is known without a look at its entry.
+template <class K>
+class CRunIndex {
+public:
+    static constexpr std::uint32_t kNone = 0xFFFFFFFF;
+
+    template <class Entries>
+    std::uint32_t Find(const K& key, const Entries&) const {
+        const std::uint32_t row = FindRow(RowOf(key));
+        return row == kNone ? kNone : m_rows[row].at[key & 15];
+    }
+    bool HasRoomFor(std::size_t) const { return (m_rows.size() + 1) * 2 <= m_slots.size(); }
+    void Enter(const K& key, std::uint32_t i) {
+        const std::size_t mask = m_slots.size() - 1;
+        const std::uint64_t number = RowOf(key);
+        std::size_t s = Place(number);
+        while (m_slots[s].row != kNone && m_slots[s].number != number) s = (s + 1) & mask;
+        if (m_slots[s].row == kNone) {
+            m_slots[s] = {number, static_cast<std::uint32_t>(m_rows.size())};
+            Row fresh;
+            std::fill_n(fresh.at, 16, kNone);
+            m_rows.push_back(fresh);
+        }
+        m_rows[m_slots[s].row].at[key & 15] = i;
+    }
+    template <class Entries>
+    void Remove(const K& key, std::uint32_t, const Entries&) {
+        m_rows[FindRow(RowOf(key))].at[key & 15] = kNone;
+    }
+    template <class Entries>
+    void Rebuild(const Entries& entries) {
+        const std::size_t rows = m_rows.size();
+        m_rows = {};
+        m_slots.assign(std::bit_ceil(4 * (std::max(rows, entries.size() / 16) + 1)), Slot{0, kNone});
+        for (std::size_t i = 0; i < entries.size(); ++i) {
+            if (!HasRoomFor(0)) GrowSlots();
+            Enter(entries[i].key, static_cast<std::uint32_t>(i));
+        }
+    }
+    void GrowSlots() {
+        std::vector<Slot, CPoolAllocator<Slot>> old(m_slots.size() * 2, Slot{0, kNone});
+        old.swap(m_slots);
+        const std::size_t mask = m_slots.size() - 1;
+        for (const Slot& slot : old) {
+            if (slot.row == kNone) continue;
+            std::size_t s = Place(slot.number);
+            while (m_slots[s].row != kNone) s = (s + 1) & mask;
+            m_slots[s] = slot;
+        }
+    }
+
+private:
+    struct Row { std::uint32_t at[16]; };
+    struct Slot {
+        std::uint64_t number;
+        std::uint32_t row;  // kNone: free
+    };
+    static std::uint64_t RowOf(const K& key) { return static_cast<std::uint64_t>(key) >> 4; }
+    std::size_t Place(std::uint64_t number) const {
+        return ((number * 0x9E3779B97F4A7C15ull) >> 32) & (m_slots.size() - 1);
+    }
+    std::uint32_t FindRow(std::uint64_t number) const {
+        const std::size_t mask = m_slots.size() - 1;
+        for (std::size_t s = Place(number); m_slots[s].row != kNone; s = (s + 1) & mask)
+            if (m_slots[s].number == number) return m_slots[s].row;
+        return kNone;
+    }
+
+    std::vector<Slot, CPoolAllocator<Slot>> m_slots;  // a power of two
+    CPagedArray<Row> m_rows;
 };
 
 /// A hash map that is walked in the order in which keys were first entered, so that no result depends on
@@ -247,8 +367,9 @@ class CMapOf {
 public:
     CMapOf() = default;
     explicit CMapOf(int /*block size*/) {}
-    CMapOf(const CMapOf& other)
-        : m_entries(other.m_entries), m_index(other.m_index ? std::make_unique<Index>(*other.m_index) : nullptr), m_gone(other.m_gone) {}
+    CMapOf(const CMapOf& other) {
+        other.ForEach([this](const K& key, const V& value) { SetAt(key, value); });
+    }
     CMapOf& operator=(const CMapOf& other) {
         if (this != &other) *this = CMapOf(other);
         return *this;
@@ -257,7 +378,7 @@ public:
     CMapOf& operator=(CMapOf&&) noexcept = default;
 
     int GetCount() const {
-        std::size_t live = m_entries.size() - (m_index ? m_index->dead : 0);
+        std::size_t live = Size() - (m_index ? m_index->dead : 0);
         for (unsigned gone = m_gone; gone; gone &= gone - 1) --live;
         return static_cast<int>(live);
     }
@@ -267,22 +388,22 @@ public:
     bool Lookup(const K& key, V& value) const {
         const std::uint32_t i = Locate(key);
         if (i == kNone) return false;
-        value = m_entries[i].value;
+        value = At(i).value;
         return true;
     }
     /// The value of a key, or null. Good until the map changes.
     V* Find(const K& key) {
         const std::uint32_t i = Locate(key);
-        return i == kNone ? nullptr : &m_entries[i].value;
+        return i == kNone ? nullptr : &At(i).value;
     }
     const V* Find(const K& key) const { return const_cast<CMapOf*>(this)->Find(key); }
     bool Contains(const K& key) const { return Locate(key) != kNone; }
-    V& operator[](const K& key) { return m_entries[Enter(key).first].value; }
+    V& operator[](const K& key) { return At(Enter(key).first).value; }
     void SetAt(const K& key, const V& value) { (*this)[key] = value; }
     /// Enters the pair unless the key is there; true when it was entered.
     bool Insert(const K& key, const V& value) {
         const auto [i, fresh] = Enter(key);
-        if (fresh) m_entries[i].value = value;
+        if (fresh) At(i).value = value;
         return fresh;
     }
     bool RemoveKey(const K& key);
@@ -292,43 +413,50 @@ public:
     POSITION GetStartPosition() const { return PositionFrom(0); }
     void GetNextAssoc(POSITION& p, K& key, V& value) const {
         const std::size_t i = IndexOf(p);
-        key = m_entries[i].key;
-        value = m_entries[i].value;
+        key = At(i).key;
+        value = At(i).value;
         p = PositionFrom(i + 1);
     }
 
     /// Calls f(key, value) for each entry, in the order of the walk. f must not change the map.
     template <class F>
     void ForEach(F f) const {
-        for (std::size_t i = 0; i < m_entries.size(); ++i)
-            if (!Gone(i)) f(m_entries[i].key, m_entries[i].value);
+        for (std::size_t i = 0; i < Size(); ++i)
+            if (!Gone(i)) f(At(i).key, At(i).value);
     }
 
 private:
     static constexpr std::uint32_t kNone = 0xFFFFFFFF;
     static constexpr std::size_t kSmall = 8;  // as many as m_gone has bits
 
+    static constexpr bool kRuns = std::is_same_v<K, unsigned long> || std::is_same_v<K, unsigned int>;
+
     /// What a map of more than a few entries has besides them.
     struct Index {
-        std::vector<std::uint32_t, CPoolAllocator<std::uint32_t>> slots;  // open addressing; a power of two
+        // In order of entering, removed ones among them; plain pairs need not move as they grow.
+        std::conditional_t<std::is_trivially_copyable_v<Entry>, CPagedArray<Entry>, std::vector<Entry>> entries;
+        std::conditional_t<kRuns, CRunIndex<K>, CHashIndex<K>> find;
         std::vector<bool> gone;  // marks removed entries; empty while there are none
         std::size_t dead = 0;    // how many are marked
     };
 
+    std::size_t Size() const { return m_index ? m_index->entries.size() : m_few.size(); }  // removed ones included
+    Entry& At(std::size_t i) { return m_index ? m_index->entries[i] : m_few[i]; }
+    const Entry& At(std::size_t i) const { return m_index ? m_index->entries[i] : m_few[i]; }
     bool Gone(std::size_t i) const { return m_index ? m_index->dead != 0 && m_index->gone[i] : (m_gone >> i & 1) != 0; }
     POSITION PositionFrom(std::size_t i) const {
-        while (i < m_entries.size() && Gone(i)) ++i;
-        return i < m_entries.size() ? reinterpret_cast<POSITION>(i + 1) : nullptr;
+        while (i < Size() && Gone(i)) ++i;
+        return i < Size() ? reinterpret_cast<POSITION>(i + 1) : nullptr;
     }
     static std::size_t IndexOf(POSITION p) { return reinterpret_cast<std::size_t>(p) - 1; }
     std::uint32_t Locate(const K& key) const;
     std::pair<std::uint32_t, bool> Enter(const K& key);
     void CloseGaps();
-    void Rebuild(std::size_t slots);
+    void MakeRoom();
 
-    std::vector<Entry, CPoolAllocator<Entry>> m_entries;  // in order of entering, removed ones among them
-    std::unique_ptr<Index> m_index;                       // null while the map is small
-    std::uint8_t m_gone = 0;                              // marks removed entries of a small map
+    std::vector<Entry, CPoolAllocator<Entry>> m_few;  // the entries of a small map, in order of entering
+    std::unique_ptr<Index> m_index;                   // null while the map is small
+    std::uint8_t m_gone = 0;                          // marks removed entries of a small map
 };
 
 /// As with CArray, the types by which keys and values are passed may be named and are ignored.
@@ -352,46 +480,50 @@ using CDWordArray = CArray<std::uint32_t>;
 
 template <class K, class V>
 std::uint32_t CMapOf<K, V>::Locate(const K& key) const {
+    if (m_index) return m_index->find.Find(key, m_index->entries);
+    for (std::size_t i = 0; i < m_few.size(); ++i)
+        if (m_few[i].key == key && !Gone(i)) return static_cast<std::uint32_t>(i);
+    return kNone;
+}
+
+// Before an entry is added: closes the gaps when they are many, and has the index grow.
+template <class K, class V>
+void CMapOf<K, V>::MakeRoom() {
     if (!m_index) {
-        for (std::size_t i = 0; i < m_entries.size(); ++i)
-            if (m_entries[i].key == key && !Gone(i)) return static_cast<std::uint32_t>(i);
-        return kNone;
-    }
-    const auto& slots = m_index->slots;
-    const std::size_t mask = slots.size() - 1;
-    for (std::size_t s = CMapHash<K>()(key) & mask;; s = (s + 1) & mask) {
-        const std::uint32_t i = slots[s];
-        if (i == kNone || m_entries[i].key == key) return i;
+        if (m_few.size() < kSmall) return;
+        CloseGaps();
+        if (m_few.size() <= kSmall / 2) return;
+        auto index = std::make_unique<Index>();
+        for (Entry& e : m_few) index->entries.push_back(e);
+        m_few = {};
+        m_index = std::move(index);
+        m_index->find.Rebuild(m_index->entries);
+    } else if (m_index->dead != 0 && m_index->dead * 3 >= Size()) {
+        CloseGaps();
+        m_index->find.Rebuild(m_index->entries);
+    } else if (!m_index->find.HasRoomFor(Size() + 1)) {
+        if constexpr (kRuns) {
+            m_index->find.GrowSlots();
+        } else {
+            CloseGaps();
+            m_index->find.Rebuild(m_index->entries);
+        }
     }
 }
 
 template <class K, class V>
-std::pair<std::uint32_t, bool> CMapOf<K, V>::Enter(const K& key) {
-    const std::uint32_t found = Locate(key);
+std::pair<std::uint32_t, bool> CMapOf<K, V>::Enter(const K& wanted) {
+    const std::uint32_t found = Locate(wanted);
     if (found != kNone) return {found, false};
-    if (!m_index) {
-        if (m_entries.size() == kSmall) {
-            CloseGaps();
-            if (m_entries.size() > kSmall / 2) Rebuild(4 * kSmall);
-        }
-    } else if (m_index->dead != 0 && m_index->dead * 4 >= m_entries.size()) {
-        CloseGaps();
-        Rebuild(m_index->slots.size());
-    } else if ((m_entries.size() + 1) * 2 > m_index->slots.size()) {
-        CloseGaps();
-        Rebuild(std::bit_ceil(2 * (m_entries.size() + 1) + kSmall));
-    }
-    const auto i = static_cast<std::uint32_t>(m_entries.size());
-    // By half rather than by doubling: these arrays are most of what a large model's maps take.
-    if (i == m_entries.capacity() && i > kSmall) m_entries.reserve(i + i / 2);
-    m_entries.push_back({key, V()});
+    const K key = wanted;  // which may lie in an entry that moves
+    MakeRoom();
+    const auto i = static_cast<std::uint32_t>(Size());
     if (m_index) {
+        m_index->entries.push_back({key, V()});
         if (m_index->dead != 0) m_index->gone.push_back(false);
-        auto& slots = m_index->slots;
-        const std::size_t mask = slots.size() - 1;
-        std::size_t s = CMapHash<K>()(key) & mask;
-        while (slots[s] != kNone) s = (s + 1) & mask;
-        slots[s] = i;
+        m_index->find.Enter(key, i);
+    } else {
+        m_few.push_back({key, V()});
     }
     return {i, true};
 }
@@ -402,70 +534,43 @@ bool CMapOf<K, V>::RemoveKey(const K& key) {
     if (i == kNone) return false;
     if (!m_index) {
         m_gone = static_cast<std::uint8_t>(m_gone | 1u << i);
-        m_entries[i].value = V();
+        m_few[i].value = V();
         // Gaps at the end need no mark.
-        while (!m_entries.empty() && Gone(m_entries.size() - 1)) {
-            m_gone = static_cast<std::uint8_t>(m_gone & ~(1u << (m_entries.size() - 1)));
-            m_entries.pop_back();
+        while (!m_few.empty() && Gone(m_few.size() - 1)) {
+            m_gone = static_cast<std::uint8_t>(m_gone & ~(1u << (m_few.size() - 1)));
+            m_few.pop_back();
         }
         return true;
     }
-    auto& slots = m_index->slots;
-    const std::size_t mask = slots.size() - 1;
-    std::size_t s = CMapHash<K>()(key) & mask;
-    while (slots[s] != i) s = (s + 1) & mask;
-    // Close the gap in the run behind, so that no slot is ever left marked.
-    for (std::size_t next = (s + 1) & mask; slots[next] != kNone; next = (next + 1) & mask) {
-        const std::size_t home = CMapHash<K>()(m_entries[slots[next]].key) & mask;
-        if (((next - home) & mask) >= ((next - s) & mask)) {
-            slots[s] = slots[next];
-            s = next;
-        }
-    }
-    slots[s] = kNone;
-    if (i + 1 == m_entries.size()) {  // the last one leaves no gap
-        m_entries.pop_back();
+    auto& entries = m_index->entries;
+    m_index->find.Remove(key, i, entries);
+    if (i + 1 == entries.size()) {  // the last one leaves no gap
+        entries.pop_back();
         if (m_index->dead != 0) m_index->gone.pop_back();
     } else {
-        if (m_index->dead == 0) m_index->gone.assign(m_entries.size(), false);
+        if (m_index->dead == 0) m_index->gone.assign(entries.size(), false);
         m_index->gone[i] = true;
-        m_entries[i].value = V();
+        entries[i].value = V();
         ++m_index->dead;
     }
-    if (m_index->dead == m_entries.size()) {  // all gaps: start over, keeping the storage
-        m_entries.clear();
-        m_index->gone.clear();
-        m_index->dead = 0;
-    }
+    if (m_index->dead == entries.size()) m_index.reset();  // all gaps: start over
     return true;
 }
 
 template <class K, class V>
 void CMapOf<K, V>::CloseGaps() {
     std::size_t to = 0;
-    for (std::size_t i = 0; i < m_entries.size(); ++i)
+    for (std::size_t i = 0; i < Size(); ++i)
         if (!Gone(i)) {
-            if (to != i) m_entries[to] = std::move(m_entries[i]);
+            if (to != i) At(to) = std::move(At(i));
             ++to;
         }
-    m_entries.resize(to, Entry{});
     m_gone = 0;
-    if (m_index) {
-        m_index->gone.clear();
-        m_index->dead = 0;
+    if (!m_index) {
+        m_few.resize(to, Entry{});
+        return;
     }
-}
-
-// Enters everything, which has no gaps, in a table of the given size.
-template <class K, class V>
-void CMapOf<K, V>::Rebuild(std::size_t size) {
-    if (!m_index) m_index = std::make_unique<Index>();
-    auto& slots = m_index->slots;
-    slots.assign(size, kNone);
-    const std::size_t mask = size - 1;
-    for (std::size_t i = 0; i < m_entries.size(); ++i) {
-        std::size_t s = CMapHash<K>()(m_entries[i].key) & mask;
-        while (slots[s] != kNone) s = (s + 1) & mask;
-        slots[s] = static_cast<std::uint32_t>(i);
-    }
+    while (m_index->entries.size() > to) m_index->entries.pop_back();
+    m_index->gone.clear();
+    m_index->dead = 0;
 }

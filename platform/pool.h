@@ -3,7 +3,7 @@
 #include <cstddef>
 
 /// Hands out blocks of up to 512 bytes from size classes 8 bytes apart, aligned to 8. Larger requests go to the
-/// general heap, those of 2 MB and more on huge pages where the system has them.
+/// general heap, those of several MB on huge pages where the system has them.
 /// Blocks are reused, and stay with the process until it ends. One thread only, like the whole library.
 /// Under the address sanitizer every block comes from the general heap, so that misuse is seen.
 void* PoolAllocate(std::size_t bytes);
