@@ -4,7 +4,7 @@
 #include <cmath>
 #include <cstdint>
 
-#include "geometry/saturate.h"
+#include "platform/saturate.h"
 
 namespace {
 

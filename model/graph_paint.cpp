@@ -5,7 +5,7 @@
 #include <cstdint>
 
 #include "geometry/fcoor.h"
-#include "geometry/saturate.h"
+#include "platform/saturate.h"
 
 int PenPixels(float width, const CFCoor& coor) {
     const int pixels = width < 0 ? SaturatedInt(-static_cast<double>(width)) : coor.FPtoDP(static_cast<double>(width));

@@ -9,9 +9,9 @@
 #include "geometry/fcoor.h"
 #include "geometry/frect.h"
 #include "geometry/fregion.h"
-#include "geometry/saturate.h"
 #include "model/graph_hit_test.h"
 #include "platform/canvas/dc.h"
+#include "platform/saturate.h"
 
 namespace {
 

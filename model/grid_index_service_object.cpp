@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <limits>
 
-#include "geometry/saturate.h"
 #include "model/draw_graph.h"
 #include "model/goujian.h"
 #include "model/goujian_grid.h"
 #include "model/profile.h"
+#include "platform/saturate.h"
 
 namespace {
 

@@ -2,7 +2,6 @@
 #include "net/gj_net_line.h"
 
 #include "geometry/angles.h"
-#include "geometry/saturate.h"
 #include "geometry/tolerance.h"
 #include "model/draw_graph.h"
 #include "model/profile.h"
@@ -10,6 +9,7 @@
 #include "net/gj_net_node.h"
 #include "platform/acad_color.h"
 #include "platform/canvas/gdi_types.h"
+#include "platform/saturate.h"
 
 namespace {
 

@@ -16,7 +16,7 @@
 #include "geometry/fshape.h"
 #include "geometry/fshoot.h"
 #include "geometry/net_arc.h"
-#include "geometry/saturate.h"
+#include "platform/saturate.h"
 #include "outline_oracle.h"
 
 static_assert(std::is_trivially_copyable_v<CFPoint> && sizeof(CFPoint) == 12);

@@ -43,7 +43,7 @@ const std::set<std::string> kMayCallView = {
 /// Headers of geometry that platform may use: values, no behaviour of the model.
 const std::set<std::string> kValueTypes = {
     "geometry/fpoint.h", "geometry/frect.h", "geometry/fline.h", "geometry/fshape.h", "geometry/fshoot.h",
-    "geometry/fregion.h", "geometry/saturate.h", "geometry/tolerance.h", "geometry/angles.h", "geometry/edge.h",
+    "geometry/fregion.h", "geometry/tolerance.h", "geometry/angles.h", "geometry/edge.h",
 };
 
 struct Include {

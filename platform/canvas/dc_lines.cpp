@@ -4,13 +4,13 @@
 #include <cstdlib>
 #include <utility>
 
-#include "geometry/saturate.h"
 #include "platform/canvas/dc_stroke.h"
 #include "platform/canvas/ellipse_raster.h"
 #include "platform/canvas/line_raster.h"
 #include "platform/canvas/polygon_raster.h"
 #include "platform/canvas/raster_op.h"
 #include "platform/canvas/stroke_outline.h"
+#include "platform/saturate.h"
 
 namespace {
 

@@ -5,11 +5,11 @@
 #include <string_view>
 #include <vector>
 
-#include "geometry/saturate.h"
 #include "platform/canvas/dc_stroke.h"
 #include "platform/canvas/glyph_source.h"
 #include "platform/canvas/polygon_raster.h"
 #include "platform/canvas/raster_op.h"
+#include "platform/saturate.h"
 
 namespace {
 

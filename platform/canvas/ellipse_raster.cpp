@@ -4,7 +4,7 @@
 #include <cmath>
 #include <cstdlib>
 
-#include "geometry/saturate.h"
+#include "platform/saturate.h"
 
 namespace {
 constexpr double kPi = 3.141592653589793;
