@@ -1,6 +1,9 @@
 // The integer types and records that the window toolkit's interfaces speak in.
 #pragma once
-#include <algorithm>
+#include <cstdint>
+#include <utility>
+
+#include "platform/saturate.h"
 
 using COLORREF = unsigned long;  // 0x00BBGGRR: red in the low byte
 using DWORD = unsigned long;
@@ -23,7 +26,10 @@ struct CPoint {
     int x = 0, y = 0;
     CPoint() = default;
     CPoint(int px, int py) : x(px), y(py) {}
-    void Offset(int dx, int dy) { x += dx; y += dy; }
+    void Offset(int dx, int dy) {  // no farther than an int reaches
+        x = SaturatedInt(static_cast<double>(x) + dx);
+        y = SaturatedInt(static_cast<double>(y) + dy);
+    }
     friend bool operator==(const CPoint& a, const CPoint& b) { return a.x == b.x && a.y == b.y; }
 };
 
@@ -33,20 +39,26 @@ struct CSize {
     CSize(int w, int h) : cx(w), cy(h) {}
 };
 
-/// A device rectangle; right and bottom are not part of it.
+/// A device rectangle; right and bottom are not part of it. Sizes and borders that an int does not hold
+/// become the nearest one that it does: the rectangle may reach from one end of the integers to the other.
 struct CRect {
     int left = 0, top = 0, right = 0, bottom = 0;
     CRect() = default;
     CRect(int l, int t, int r, int b) : left(l), top(t), right(r), bottom(b) {}
     CRect(const CPoint& a, const CPoint& b) : left(a.x), top(a.y), right(b.x), bottom(b.y) {}
-    int Width() const { return right - left; }
-    int Height() const { return bottom - top; }
+    int Width() const { return Moved(right, -std::int64_t{left}); }
+    int Height() const { return Moved(bottom, -std::int64_t{top}); }
     CPoint TopLeft() const { return {left, top}; }
     CPoint BottomRight() const { return {right, bottom}; }
-    CPoint CenterPoint() const { return {left + (right - left) / 2, top + (bottom - top) / 2}; }
+    CPoint CenterPoint() const { return {Middle(left, right), Middle(top, bottom)}; }
     bool IsRectEmpty() const { return left >= right || top >= bottom; }
     bool PtInRect(const CPoint& p) const { return p.x >= left && p.x < right && p.y >= top && p.y < bottom; }
-    void InflateRect(int dx, int dy) { left -= dx; top -= dy; right += dx; bottom += dy; }
+    void InflateRect(int dx, int dy) {
+        left = Moved(left, -std::int64_t{dx});
+        top = Moved(top, -std::int64_t{dy});
+        right = Moved(right, dx);
+        bottom = Moved(bottom, dy);
+    }
     void NormalizeRect() {
         if (left > right) std::swap(left, right);
         if (top > bottom) std::swap(top, bottom);
@@ -54,4 +66,8 @@ struct CRect {
     friend bool operator==(const CRect& a, const CRect& b) {
         return a.left == b.left && a.top == b.top && a.right == b.right && a.bottom == b.bottom;
     }
+
+private:
+    static int Moved(int v, std::int64_t by) { return SaturatedInt(static_cast<double>(v + by)); }
+    static int Middle(int low, int high) { return static_cast<int>(low + (std::int64_t{high} - low) / 2); }
 };

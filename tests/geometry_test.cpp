@@ -17,6 +17,7 @@
 #include "geometry/fshoot.h"
 #include "geometry/net_arc.h"
 #include "platform/saturate.h"
+#include "platform/win_types.h"
 #include "outline_oracle.h"
 
 static_assert(std::is_trivially_copyable_v<CFPoint> && sizeof(CFPoint) == 12);
@@ -187,6 +188,23 @@ TEST(Conversion, Saturates) {
     EXPECT_EQ(SaturatedInt(300, 0, 255), 255);
     EXPECT_EQ(SaturatedInt64(kInf), std::numeric_limits<std::int64_t>::max());
     EXPECT_EQ(SaturatedInt64(9223372036854775808.0), std::numeric_limits<std::int64_t>::max());
+}
+
+TEST(Conversion, DeviceRectanglesReachFromEndToEnd) {
+    constexpr int kLow = std::numeric_limits<int>::min(), kHigh = std::numeric_limits<int>::max();
+    CRect all(kLow, kLow, kHigh, kHigh);
+    EXPECT_EQ(all.Width(), kHigh);
+    EXPECT_EQ(all.Height(), kHigh);
+    EXPECT_EQ(all.CenterPoint(), CPoint(-1, -1));
+    EXPECT_EQ(CRect(kHigh, kHigh, kLow, kLow).Width(), kLow) << "not normalised";
+    EXPECT_EQ(CRect(-3, 10, 2, 20).CenterPoint(), CPoint(-1, 15));
+    all.InflateRect(5, kHigh);
+    EXPECT_EQ(all, CRect(kLow, kLow, kHigh, kHigh));
+    all.InflateRect(kLow, -1);
+    EXPECT_EQ(all, CRect(0, kLow + 1, -1, kHigh - 1));
+    CPoint p(kHigh - 1, kLow);
+    p.Offset(5, -5);
+    EXPECT_EQ(p, CPoint(kHigh, kLow));
 }
 
 TEST(Pieces, OfTwoEndsAndHalfAngle) {
