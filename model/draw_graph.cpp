@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <optional>
+#include <typeinfo>
 
 #include "geometry/fregion.h"
 #include "model/goujian.h"
@@ -43,9 +44,10 @@ constexpr int kUndecided = -1;
 constexpr float kApart = 1.0f;  // model units, far beyond what any hit test forgives
 
 /// The answer in either mode when the boxes alone give it. For lines, whose box is exact; net building asks
-/// about these again and again, and most are far off or well inside.
+/// about these again and again, and most are far off or well inside. Not for a host's class derived from
+/// them, which may have a test of its own.
 int ByBoxes(CGraphEntity& entity, const CFRect& rect) {
-    if (entity.GetGraphType() != kGraphLine) return kUndecided;
+    if (typeid(entity) != typeid(CGraph_Line)) return kUndecided;
     const CFRect box = entity.GetFrect();
     if (rect.FpInFRect(box.Nearest(), 0) && rect.FpInFRect(box.Furthest(), 0)) return 1;
     const CFRect query(rect.Nearest(), rect.Furthest());  // its outline is the same whatever corners it names

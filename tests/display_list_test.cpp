@@ -460,6 +460,17 @@ TEST(DisplayListHits, TheListAsksAllOrAny) {
     EXPECT_EQ(graph.HitTest(CFRegion(square), 0), 1);
 }
 
+// A host's line with a reach of its own is asked itself, wherever its box lies.
+TEST(DisplayListHits, DerivedLinesAnswerForThemselves) {
+    struct FarReaching : CGraph_Line {
+        using CGraph_Line::HitTest;
+        int HitTest(const CFRegion&, int) override { return 1; }
+    };
+    CDrawGraph graph;
+    graph.Append(new FarReaching);
+    for (const int mode : {0, 1}) EXPECT_EQ(graph.HitTest(CFRect(5000, 5000, 5010, 5010), mode), 1);
+}
+
 // --- extents ----------------------------------------------------------------------------------------------
 
 void ExpectExtent(CGraphEntity& entity, const Samples& body, double tolerance) {
