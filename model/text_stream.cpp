@@ -156,6 +156,7 @@ void fgets_skip_comment(char* buffer, int size, std::FILE* f, const char* marker
             line.push_back(static_cast<char>(c));
             if (c == '\n') break;
         }
+        if (c == EOF && line.empty()) return;  // returns alone: the end of the file all the same
         if (comment.empty() || !line.starts_with(comment)) break;
         while (c != EOF && c != '\n') c = std::fgetc(f);
     }

@@ -191,6 +191,9 @@ TEST(TextStream, CommentsAreSkipped) {
     std::rewind(g);
     fgets_skip_comment(buffer, sizeof buffer, g, "");
     EXPECT_STREQ(buffer, "//a\n");
+    const TempFile onlyReturns("\r\r");
+    fgets_skip_comment(buffer, sizeof buffer, onlyReturns, ";");
+    EXPECT_STREQ(buffer, "//a\n") << "the file ended";
 }
 
 // --- binary records ---------------------------------------------------------------------------------------
