@@ -170,6 +170,17 @@ TEST(DxfNames, WrittenInTwoWaysAreOneLayer) {
     EXPECT_EQ(drawing.GetEntity(0)->m_pLayer, drawing.GetEntity(2)->m_pLayer);
 }
 
+TEST(DxfNames, BracesLeftOpenEndWithTheirRecord) {
+    DXF drawing;
+    drawing.Read_Bytes_To_Mem(
+        Text("0 SECTION|2 TABLES|0 TABLE|2 LAYER|0 LAYER|2 A|102 {X|62 3|0 LAYER|2 B|62 5|0 ENDTAB|0 ENDSEC|" +
+             Entities("0 LINE|8 A")));
+    ASSERT_EQ(drawing.GetLayers().size(), 2u);
+    for (const DxfLayer& layer : drawing.GetLayers()) EXPECT_TRUE(layer.m_bInTable) << layer.m_strName;
+    EXPECT_EQ(drawing.GetLayers()[0].m_nColor, 7);
+    EXPECT_EQ(drawing.GetLayers()[1].m_nColor, 5);
+}
+
 TEST(CodePages, ThereAndBack) {
     const struct {
         const char* name;

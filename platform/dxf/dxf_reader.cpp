@@ -106,11 +106,13 @@ void DxfReader::ReadLayerRecord() {
     DxfLayer* layer = nullptr;
     int flags = 0, color = 7;
     while (Next() && m_tags.Code() != 0) {
+        // Braces that nothing closes end with the record, and the next record's opening is the current group.
+        if (m_tags.Code() == 102 && SkipGroupsInBraces()) continue;
+        if (!m_bMore || m_tags.Code() == 0) break;
         switch (m_tags.Code()) {
             case 2: layer = LayerNamed(m_tags.Word()); break;
             case 62: color = m_tags.Integer(); break;
             case 70: flags = m_tags.Integer(); break;
-            case 102: SkipGroupsInBraces(); break;
             default: break;
         }
     }
