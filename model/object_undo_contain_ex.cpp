@@ -99,9 +99,10 @@ void CObjectUndoContainEx::SaveObjects(CZLX eType, CGouJianEx* pGouJian) {
         m_nStepState = 1;
         ++m_nStepId;
         ++m_nStepCount;
-        // At least rather than equal, and in a loop: the limit may have been lowered meanwhile. The counter
-        // may also stand at its unsigned maximum (below); with a log that is empty there is nothing to drop.
-        while (m_nStepCount >= static_cast<std::uint32_t>(m_nTotalSteps) && !m_listUndo.IsEmpty()) {
+        // At least rather than equal, and in a loop: the limit may have been lowered meanwhile. The counter is
+        // read with its sign: it falls behind the log by one for each wipe (below) and for each step that went
+        // on after an undo without a Start, and round its unsigned zero it must not count as a full log.
+        while (static_cast<std::int32_t>(m_nStepCount) >= m_nTotalSteps && !m_listUndo.IsEmpty()) {
             --m_nStepCount;
             const std::uint32_t oldest = m_listUndo.GetHead()->m_nStepId;
             while (!m_listUndo.IsEmpty() && m_listUndo.GetHead()->m_nStepId == oldest) {

@@ -74,11 +74,12 @@ private:
 
     double CellSize(int layer) const { return m_smallest * static_cast<double>(std::int64_t{1} << layer); }
     int LayerOf(const Box& box) const;
-    // Sizes are powers of two, so the product is exact; coordinates are finite floats, so it fits where it matters:
-    // far beyond that cells share keys, as below.
+    // Sizes are powers of two, so the product is exact. Cells beyond the bounds are one: the difference of any two
+    // numbers must not overflow, however far out v lies.
     static std::int64_t CellOf(double v, double size) {
         const double cell = v * (1.0 / size);
-        if (!(std::fabs(cell) < 9e18)) return cell < 0 ? std::int64_t{-9'000'000'000'000'000'000} : std::int64_t{9'000'000'000'000'000'000};
+        constexpr std::int64_t kFarthest = 4'000'000'000'000'000'000;
+        if (!(std::fabs(cell) < static_cast<double>(kFarthest))) return cell < 0 ? -kFarthest : kFarthest;
         const auto whole = static_cast<std::int64_t>(cell);
         return whole - (cell < static_cast<double>(whole));
     }
