@@ -37,15 +37,16 @@ void CTvoDataBase::FinishIndex() { BringIndexUpToDate(); }
 void CTvoDataBase::WAIT_FOR_COMPLETE_INDEX() {
     m_hSavedCursor = 0;
     g_bShowIndexProgress = m_pIndex->GetPoolCount() >= kShowProgressFrom;
+    m_bWaitCursorShown = g_bShowIndexProgress;
     if (!g_bShowIndexProgress) return;
     m_hSavedCursor = SetCursor(IDC_WAIT);
     if (m_pFrame) m_pFrame->AppendPromptText("正在计算,请稍等...");
 }
 
 void CTvoDataBase::RESTORE_CURSOR() {
-    if (m_hSavedCursor) SetCursor(m_hSavedCursor);
-    // Without a cursor to put back the wait cursor would stay for good.
-    else if (GetCursor() == IDC_WAIT) SetCursor(0);
+    // Also when there was none before: the wait cursor would stay for good. One that a host shows stays.
+    if (m_bWaitCursorShown) SetCursor(m_hSavedCursor);
+    m_bWaitCursorShown = false;
     m_hSavedCursor = 0;
 }
 
