@@ -79,8 +79,8 @@ void CTvoDataBase::LetGo(CGouJianEx* obj) {
         if (held && *held == obj) map.RemoveKey(id);
     };
     drop(m_mapFamily[obj->get_Gjlx()]);
-    // Numbers are only valid until the next edit; a numbered array that still names the component is stale.
-    if (m_bBianHaoDirty) m_arrBianHao[obj->get_Gjlx()].RemoveAll();
+    // An array numbered before a deletion may still name the component; one numbered since doesn't.
+    if (m_bNumbersStale[obj->get_Gjlx()]) m_arrBianHao[obj->get_Gjlx()].RemoveAll();
     if (CTvoViewMgr* view = View()) {
         drop(view->m_mapViewPort);
         while (POSITION p = view->m_pSelectedList->Find(obj)) view->m_pSelectedList->RemoveAt(p);
@@ -153,6 +153,7 @@ void CTvoDataBase::OnAddGouJian(CGouJianEx* obj) {
 
 void CTvoDataBase::OnDelGouJian(CGouJianEx* obj) {
     obj->OnDestroy();
+    m_bNumbersStale[obj->get_Gjlx()] = true;
     if (obj->IsPhysicalGouJian()) m_pIndex->Remove(obj);
     m_mapFamily[obj->get_Gjlx()].RemoveKey(obj->get_m_dwGouJianID());
 }

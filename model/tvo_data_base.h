@@ -221,6 +221,7 @@ private:
                      unsigned char status, int snap);
     void ReplaceTextHeights(CArray<unsigned char, unsigned char>* types, float factor, bool scale);
 
+    bool m_bNumbersStale[kTypeCount] = {};  // a component has left since the type's SortBianHao
     bool m_bWaitCursorShown = false;     // by WAIT_FOR_COMPLETE_INDEX, until RESTORE_CURSOR
     int m_hSavedCursor = 0;              // between WAIT_FOR_COMPLETE_INDEX and RESTORE_CURSOR
 };

@@ -9,6 +9,7 @@
 
 void CTvoDataBase::SortBianHao(unsigned char type) {
     m_arrBianHao[type].RemoveAll();
+    m_bNumbersStale[type] = false;
     int counter = 1;
     CArray<CGouJianEx*, CGouJianEx*> array;
     GetGouJianArray(type, &array);
