@@ -37,6 +37,8 @@ std::string StarsAsLines(CTestNet& net) {
         if (l->m_pStartNode == l->m_pEndNode) return "a line from a node to itself: " + Show(l);
         if (l->m_nCeng != l->m_pStartNode->m_nCeng) return "a line and its node on different storeys";
         if (l->m_nArc && l->m_fBulge > 0) return "an arc that runs clockwise";
+        const float dx = l->m_pEndNode->m_fX - l->m_pStartNode->m_fX, dy = l->m_pEndNode->m_fY - l->m_pStartNode->m_fY;
+        if (!l->m_nArc && (std::fabs(dx) < 0.1f ? dy < 0 : dx < 0)) return "a line that runs the wrong way: " + Show(l);
     }
     const auto nodes = NodesOf(net);
     if (net.m_mapStar.GetCount() != static_cast<int>(nodes.size())) return "a star too many or too few";
@@ -219,7 +221,7 @@ TEST(NetRandom, EveryEditLeavesTheNetClean) {
 
 TEST(NetRandom, UndoToTheStartAndForth) {
     for (const Kind& kind : {kLattice, kLatticeArcs, kRandomArcs})
-        for (unsigned round = 0; round < 40; ++round) {
+        for (unsigned round = 0; round < 16; ++round) {
             SCOPED_TRACE(testing::Message() << kind.name << ", round " << round);
             CTestNet net;
             if (round % 2) net.SetSteps(1000);
@@ -432,20 +434,6 @@ TEST(NetRandom, NearlyVerticalLines) {
             ASSERT_EQ(Holds(net, {1e9, 1e9}), "") << "round " << round << "\n" << told;
         }
     }
-}
-
-TEST(NetRandom, OneLineOverTenThousandPieces) {
-    CTestNet net;
-    constexpr int kPieces = 10000;
-    for (int i = 0; i < kPieces; ++i) net.GetNetLine(P(static_cast<float>(100 * i), 0), P(static_cast<float>(100 * i + 100), 0), 0, 0);
-    ASSERT_EQ(Count(net), "10001/10000");
-    net.Start();
-    net.AddNetLine(P(0, 0), P(100 * kPieces, 0), 0, 0);
-    EXPECT_EQ(Count(net), "10001/1");
-    EXPECT_EQ(Show(LineAt(net, 0, 0)), "0,0 - 1000000,0");
-    net.Undo();
-    EXPECT_EQ(Count(net), "10001/10000");
-    EXPECT_EQ(StarsAsLines(net), "");
 }
 
 TEST(NetRandom, ExtremeCoordinatesAreHarmless) {

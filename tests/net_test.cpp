@@ -163,6 +163,20 @@ TEST(Net, ArcOverlaps) {
     for (const auto& row : rows) CheckOverlaps(row);
 }
 
+// Each piece is an overlap of its own, one call deeper.
+TEST(Net, OneLineOverTenThousandPieces) {
+    CTestNet net;
+    constexpr int kPieces = 10000;
+    for (int i = 0; i < kPieces; ++i) net.GetNetLine(P(static_cast<float>(100 * i), 0), P(static_cast<float>(100 * i + 100), 0), 0, 0);
+    ASSERT_EQ(Count(net), "10001/10000");
+    net.Start();
+    net.AddNetLine(P(0, 0), P(100 * kPieces, 0), 0, 0);
+    EXPECT_EQ(Count(net), "10001/1");
+    EXPECT_EQ(Show(LineAt(net, 0, 0)), "0,0 - 1000000,0");
+    net.Undo();
+    EXPECT_EQ(Count(net), "10001/10000");
+}
+
 TEST(Net, RidersFollowTheirLines) {
     struct { const char* name; const char* in; const char* out; } const rows[] = {
         {"a break hands riders to every part", "0,0 - 6000,0; a @ 3000,0; b @ 3000,0; 2000,-1000 - 2000,1000",
