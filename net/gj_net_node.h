@@ -1,7 +1,9 @@
 // CGjNetNode: a node of the axis net.
 #pragma once
 #include "model/goujian.h"
-#include "net/star.h"
+
+class CBinaryStar;
+class CStar;
 
 /// A point of the net where lines meet. It holds its place alone; which lines meet there is known to the data
 /// base. Within one storey no two nodes stand nearer than the net tolerance. It paints itself.
@@ -29,14 +31,8 @@ public:
 
 private:
     friend class CGridDataBase;
-    // The data base's entries for this node, found here without a look into its maps. They belong to the object:
-    // a copy has none.
-    CStar* m_pStar = nullptr;              // what m_mapStar holds
-    CBinaryStar* m_pFirstPair = nullptr;   // chain of the pairs in m_mapBinaryStar that begin here
+    friend class CStarMap;
+    // The data base's entries for this node. They belong to the object: a copy has none.
+    CStar* m_pStar = nullptr;              // the node's star, owned by m_mapStar
+    CBinaryStar* m_pFirstPair = nullptr;   // chain of the pairs that begin here, owned by m_mapBinaryStar
 };
-
-inline std::size_t CMapHash<CGjNetNode*>::operator()(const CGjNetNode* node) const {
-    // Four at a time stay neighbours; longer runs would pile up where two meet.
-    const std::uint64_t id = node->get_m_dwGouJianID();
-    return (CMapHash<std::uint64_t>::Mix(id >> 2) & ~std::uint64_t{3}) | (id & 3);
-}

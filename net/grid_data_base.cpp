@@ -37,18 +37,8 @@ void CGridDataBase::OnInitialize() {
 }
 
 void CGridDataBase::OnDestroyData() {
-    m_mapStar.ForEach([](CGjNetNode* node, CStar* star) {
-        node->m_pStar = nullptr;
-        delete star;
-    });
-    m_mapStar.RemoveAll();
-    m_mapBinaryStar.ForEach([](std::int64_t, CBinaryStar* star) {
-        while (star) {
-            star->m_pNode1->m_pFirstPair = nullptr;
-            delete std::exchange(star, star->m_pNextOfKey);
-        }
-    });
-    m_mapBinaryStar.RemoveAll();
+    for (POSITION p = m_mapStar.GetStartPosition(); p;) DropStar(m_mapStar.GetNext(p)->m_pNode);
+    for (POSITION p = m_mapBinaryStar.GetStartPosition(); p;) DropBinaryStar(m_mapBinaryStar.GetNext(p));
     m_mapPlateWay.RemoveAll();
     m_mapBanBianInsert.RemoveAll();
     m_mapBanBianRemove.RemoveAll();

@@ -8,7 +8,7 @@
 #include "net/gj_net_line.h"
 #include "net/gj_net_node.h"
 #include "net/line_inter.h"
-#include "net/star.h"
+#include "net/star_map.h"
 
 class CMianGouJian;
 class CPlateWay;
@@ -168,8 +168,8 @@ public:
     int m_bAutoBreak = 1;       // AddNetLine breaks the new line at crossings
     int m_bAutoMerge = 1;       // merging after a deletion is allowed
     float m_fAngleTolerance = 0.0017453294f;  // a tenth of a degree, radians
-    CMap<CGjNetNode*, CStar*> m_mapStar;                  // owned
-    CMap<std::int64_t, CBinaryStar*> m_mapBinaryStar;     // owned; first of the chain under a key
+    CStarMap m_mapStar;              // star by node; owned
+    CBinaryStarMap m_mapBinaryStar;  // star by key of a pair; owned
     CMap<CGjNetLine*, CPlateWay*> m_mapPlateWay;          // for plates
     CMap<unsigned long, unsigned long, CGouJianEx*, CGouJianEx*> m_mapBanBianInsert;  // lines added since PrepareDPC
     CMap<unsigned long, unsigned long, CGouJianEx*, CGouJianEx*> m_mapBanBianRemove;  // lines deleted since then
@@ -178,6 +178,7 @@ private:
     CStar* StarOf(CGjNetNode* node);       // makes it when missing
     void DropStar(CGjNetNode* node);
     CBinaryStar* FindBinaryStar(CGjNetNode* a, CGjNetNode* b);
+    void DropBinaryStar(CBinaryStar* star);
     bool HasStraightLine(CGjNetNode* a, CGjNetNode* b);
     CGjNetLine* FindEqualLine(CGjNetNode* a, CGjNetNode* b, int arc, float bulge);
     void LetGoOfNet(CGouJianEx* obj);

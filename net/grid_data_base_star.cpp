@@ -9,23 +9,31 @@ CStar* CGridDataBase::StarOf(CGjNetNode* node) {
     if (!node->m_pStar) {
         node->m_pStar = new CStar;  // owned by m_mapStar
         node->m_pStar->m_pNode = node;
-        m_mapStar.SetAt(node, node->m_pStar);
+        m_mapStar.Link(node->m_pStar);
     }
     return node->m_pStar;
 }
 
 void CGridDataBase::DropStar(CGjNetNode* node) {
     if (!node->m_pStar) return;
+    m_mapStar.Unlink(node->m_pStar);
     delete node->m_pStar;
     node->m_pStar = nullptr;
-    m_mapStar.RemoveKey(node);
 }
 
-// A node begins few pairs, and they are near in memory; a look into the map would miss the cache.
+// A node begins few pairs, so they hang at it in a chain. The key only names a pair: two pairs may share one.
 CBinaryStar* CGridDataBase::FindBinaryStar(CGjNetNode* a, CGjNetNode* b) {
     CBinaryStar* star = a->m_pFirstPair;
     while (star && star->m_pNode2 != b) star = star->m_pNextOfNode;
     return star;
+}
+
+void CGridDataBase::DropBinaryStar(CBinaryStar* star) {
+    CBinaryStar** link = &star->m_pNode1->m_pFirstPair;
+    while (*link != star) link = &(*link)->m_pNextOfNode;
+    *link = star->m_pNextOfNode;
+    m_mapBinaryStar.Unlink(star);
+    delete star;
 }
 
 // A deletion destroys the whole star of the pair: of two lines on one ordered pair the other is forgotten too.
@@ -39,21 +47,12 @@ void CGridDataBase::__BinaryStarMaintain(CGjNetNode* a, CGjNetNode* b, CGjNetLin
             star->m_pNode2 = b;
             star->m_nKey = MakeBinaryStar(a, b);
             star->m_pNextOfNode = std::exchange(a->m_pFirstPair, star);
-            star->m_pNextOfKey = std::exchange(m_mapBinaryStar[star->m_nKey], star);
+            m_mapBinaryStar.Link(star);
         }
         star->AddMapElement(star->m_nKey, line);
         return;
     }
-    if (!star) return;
-    CBinaryStar** ofNode = &a->m_pFirstPair;
-    while (*ofNode != star) ofNode = &(*ofNode)->m_pNextOfNode;
-    *ofNode = star->m_pNextOfNode;
-    CBinaryStar** first = m_mapBinaryStar.Find(star->m_nKey);
-    CBinaryStar** ofKey = first;
-    while (*ofKey != star) ofKey = &(*ofKey)->m_pNextOfKey;
-    *ofKey = star->m_pNextOfKey;
-    if (!*first) m_mapBinaryStar.RemoveKey(star->m_nKey);
-    delete star;
+    if (star) DropBinaryStar(star);
 }
 
 // --- maintenance --------------------------------------------------------------------------------------------

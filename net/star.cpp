@@ -3,6 +3,8 @@
 #include <algorithm>
 
 #include "net/gj_net_line.h"
+#include "net/gj_net_node.h"
+#include "net/star_map.h"
 
 void CStar::CopyData(const CStar& other) {
     if (this == &other) return;
@@ -42,4 +44,10 @@ int CBinaryStar::RemoveMapElement(std::int64_t key, CGjNetLine* line) {
 void CBinaryStar::RemoveAll() {
     m_nKey = 0;
     m_aLine.RemoveAll();
+}
+
+bool CStarMap::Lookup(CGjNetNode* node, CStar*& star) const {
+    if (!node || !node->m_pStar) return false;
+    star = node->m_pStar;
+    return true;
 }

@@ -9,15 +9,12 @@ class CGjNetLine;
 class CGjNetNode;
 class CGouJianEx;
 
-/// Nodes are looked up by identity: one made after another is found beside it.
-template <>
-struct CMapHash<CGjNetNode*> {
-    std::size_t operator()(const CGjNetNode* node) const;
-};
+template <class Star>
+class CStarChain;
 
 /// The star of a node: every line that starts or ends there. Borrows all of them. Derived data: never saved, and
 /// changed only as lines enter and leave the store.
-class CStar {
+class CStar : public __POSITION {
 public:
     CStar() = default;
     CStar(const CStar& other) { CopyData(other); }
@@ -36,11 +33,17 @@ public:
 
     CGjNetNode* m_pNode = nullptr;                 // the centre
     CMap<std::uint32_t, CGouJianEx*> m_mapLine;    // by identity
+
+private:
+    template <class>
+    friend class CStarChain;
+    CStar* m_pPrevious = nullptr;  // in the data base's chain; a copy stands in none
+    CStar* m_pNext = nullptr;
 };
 
 /// The lines that run from one node to another, in order of adding. Ordered: the pair (b, a) has a star of its
 /// own, so a question about the lines between two nodes asks twice.
-class CBinaryStar {
+class CBinaryStar : public __POSITION {
 public:
     CBinaryStar() = default;
     CBinaryStar(const CBinaryStar& other) { CopyData(other); }
@@ -63,7 +66,10 @@ public:
     CArray<CGouJianEx*> m_aLine;
 
 private:
+    template <class>
+    friend class CStarChain;
     friend class CGridDataBase;
-    CBinaryStar* m_pNextOfKey = nullptr;   // another pair whose key happens to be the same
+    CBinaryStar* m_pPrevious = nullptr;    // in the data base's chain; a copy stands in none
+    CBinaryStar* m_pNext = nullptr;
     CBinaryStar* m_pNextOfNode = nullptr;  // another pair with the same first node
 };

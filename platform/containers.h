@@ -222,10 +222,6 @@ struct CMapHash {
     std::size_t operator()(const K& key) const {
         if constexpr (std::is_pointer_v<K>) {
             return Mix(reinterpret_cast<std::uintptr_t>(key) >> 3);  // decides places in memory, never an order
-        } else if constexpr (std::is_same_v<K, std::int64_t>) {
-            // Two low halves of addresses. Keys whose first object lies in the same 2 KB stay within 64 places.
-            const auto v = static_cast<std::uint64_t>(key), a = v >> 32, b = v & 0xFFFFFFFF;
-            return (Mix(a >> 11) & ~std::uint64_t{63}) | ((a >> 4 ^ b >> 7) & 63);
         } else if constexpr (std::is_integral_v<K> || std::is_enum_v<K>) {
             return Mix(static_cast<std::uint64_t>(key));
         } else {
