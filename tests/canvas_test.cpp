@@ -252,7 +252,7 @@ TEST(Figures, AClipChangesNothingOfWhatIsSeen) {
         });
 }
 
-TEST(Figures, ExtremeCoordinatesAreHarmless) {
+TEST(Figures, ExtremeCoordinatesAndPensAreHarmless) {
     constexpr int kExtreme[] = {INT_MIN, INT_MIN + 1, -(1 << 30), -40000,      -1,     0,
                                 30,      40000,       1 << 30,    INT_MAX - 1, INT_MAX};
     ForEachFigure(60, 12,
@@ -262,12 +262,14 @@ TEST(Figures, ExtremeCoordinatesAreHarmless) {
                           points.emplace_back(kExtreme[Pick(random, 0, 10)], kExtreme[Pick(random, 0, 10)]);
                       points[2].x = points[2].x == INT_MIN ? 0 : points[2].x;  // whose abs is a radius
                       points[3].x /= 8, points[3].y /= 8, points[1].x /= 32;  // angles are multiples of these
+                      Style worst = style;
+                      if (Pick(random, 0, 3) == 0) worst.width = INT_MAX - Pick(random, 0, 2);
                       Canvas c(60, 60);
                       Noise(*c.surface, random);
                       const CSurface before = *c.surface;
                       c.dc.SetROP2(R2_XORPEN);
                       for (int time = 0; time < 2; ++time)
-                          Apply(c.dc, style, kWhite, [&] { figure.draw(c.dc, points); });
+                          Apply(c.dc, worst, kWhite, [&] { figure.draw(c.dc, points); });
                       ASSERT_EQ(*c.surface, before);
                   });
 }

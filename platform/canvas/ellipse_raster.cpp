@@ -126,7 +126,7 @@ CRect CSector::Bounds(const CEllipseRaster& ellipse, int penWidth, const CRect& 
     if (Contains(-2 * a, 0)) add(-1, 0);
     if (Contains(0, 2 * b)) add(0, 1);
     if (Contains(0, -2 * b)) add(0, -1);
-    const double margin = penWidth + 2;
+    const double margin = static_cast<double>(penWidth) + 2;
     const auto cut = [](double v, int low, int high) { return SaturatedInt(std::floor(v), low, high); };
     CRect r;
     r.left = cut(ellipse.CentreX() + left - margin, clip.left, clip.right);
