@@ -6,6 +6,7 @@
 #include <set>
 
 #include "geometry/angles.h"
+#include "geometry/net_arc.h"
 #include "model/profile.h"
 #include "net/grid_data_base.h"
 #include "shell/tvo_frame_base.h"
@@ -36,14 +37,9 @@ public:
     }
 
     void Arc(const CFPoint& centre, float r, float start, float end) {
-        const auto end_of = [&](float degrees) {
-            const float t = degrees * 3.1415927f / 180.0f;
-            return CFPoint(centre.x + r * std::cos(t), centre.y + r * std::sin(t), 0);
-        };
-        if (std::isfinite(r) && Accepts(end_of(start), end_of(end)))
-            Count(m_db.AddArc(centre, r, start, end));
-        else if (!std::isfinite(r))
-            Refuse(m_counts.notFinite);
+        // Told beforehand with the very points that the net will work with.
+        const net_arc::Ends arc = net_arc::FromDirections(centre, r, start, end);
+        if (Accepts(arc.start, arc.end)) Count(m_db.AddArc(centre, r, start, end));
     }
 
 private:

@@ -25,4 +25,15 @@ Arc FromBulge(float x0, float y0, float x1, float y1, float bulgeDegrees) {
     return arc;
 }
 
+Ends FromDirections(const CFPoint& centre, float r, float start, float end) {
+    if (start < 0) start += 360;
+    if (end < 0) end += 360;
+    if (start > end) end += 360;
+    const auto pointAt = [&](float degrees) {
+        const float t = degrees * tolerance::kHalfTurnF / 180.0f;
+        return CFPoint(centre.x + r * std::cos(t), centre.y + r * std::sin(t), 0);
+    };
+    return {pointAt(start), pointAt(end), static_cast<float>(-(static_cast<double>(end - start)) / 2)};
+}
+
 }  // namespace net_arc

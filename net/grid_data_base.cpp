@@ -3,6 +3,7 @@
 #include "net/grid_data_base.h"
 
 #include "geometry/angles.h"
+#include "geometry/net_arc.h"
 #include "geometry/tolerance.h"
 #include "model/grid_index_service_object.h"
 #include "model/profile.h"
@@ -216,15 +217,8 @@ CGjNetLine* CGridDataBase::GetNetLine(CFPoint p1, CFPoint p2, int arc, float bul
 }
 
 CGjNetLine* CGridDataBase::AddArc(CFPoint centre, float r, float start, float end) {
-    if (start < 0) start += 360;
-    if (end < 0) end += 360;
-    if (start > end) end += 360;
-    const auto bulge = static_cast<float>(-(static_cast<double>(end - start)) / 2);
-    const auto pointAt = [&](float degrees) {
-        const float t = degrees * tolerance::kHalfTurnF / 180.0f;
-        return CFPoint(centre.x + r * std::cos(t), centre.y + r * std::sin(t), 0);
-    };
-    return AddNetLine(pointAt(start), pointAt(end), 1, bulge);
+    const net_arc::Ends arc = net_arc::FromDirections(centre, r, start, end);
+    return AddNetLine(arc.start, arc.end, 1, arc.bulge);
 }
 
 CGjNetLine* CGridDataBase::AddArc(CFPoint a, CFPoint b, CFPoint c) {

@@ -118,6 +118,9 @@ void CGridDataBase::MergeAround(CMap<int, CGjNetNode*>& nodes, CMap<int, CGjNetL
             lines.RemoveKey(KeyOf(l1));
             lines.RemoveKey(KeyOf(l2));
             for (CGjNetNode* n : touched) nodes.Insert(KeyOf(n), n);
+            // Mostly two of those touched; an arc's end may have snapped to another node of the working set.
+            for (CGjNetNode* n : {merged->m_pStartNode, merged->m_pEndNode})
+                if (nodes.Contains(KeyOf(n))) due.insert(n);
         }
         // Also when nothing was made: the two are gone, and the count at their ends has changed.
         for (CGjNetNode* n : touched)

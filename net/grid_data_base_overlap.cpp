@@ -56,7 +56,9 @@ void CGridDataBase::KeepSecondLine(CGjNetLine* l1, const NetPiece* pieces, int c
         made[i] = arc ? GetArc(circle.centre, circle.r, Degrees(pieces[i].a0), Degrees(pieces[i].a1))
                       : GetNetLine(pieces[i].from, pieces[i].to, 0, 0);
     for (int i = 0; i < count; ++i) {
-        if (!made[i]) continue;
+        // Breaking the first piece may have taken the second away with a third line that lies over both: riders
+        // must not be made on a line that has left.
+        if (!m_cContain.Holds(made[i])) continue;
         CreateGouJianAfterBreak(l1, made[i], riders);
         BreakNetLine(made[i]);
     }
