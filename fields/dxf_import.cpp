@@ -27,8 +27,10 @@ private:
 // Hands pieces to the net and counts what becomes of them.
 class PieceTaker {
 public:
-    PieceTaker(CGridDataBase& db, double scale, DxfPieceCounts& counts) : m_db(db), m_scale(scale), m_counts(counts) {}
+    PieceTaker(CGridDataBase& db, const DxfImportOptions& options, DxfPieceCounts& counts)
+        : m_db(db), m_scale(options.scale), m_flattest(options.flattest), m_counts(counts) {}
 
+    bool IsFlat(float halfSweep) const { return std::fabs(static_cast<double>(halfSweep)) < m_flattest; }
     float Scaled(double v) const { return static_cast<float>(v * m_scale); }
     CFPoint Point(double x, double y) const { return CFPoint(Scaled(x), Scaled(y), 0); }
 
@@ -70,12 +72,14 @@ private:
 
     CGridDataBase& m_db;
     double m_scale;
+    double m_flattest;
     DxfPieceCounts& m_counts;
 };
 
 // One side of a polyline. Net arcs run anticlockwise, so a clockwise bulge turns the side round.
 void TakeSide(PieceTaker& taker, const ACAD_VERTEX& from, const ACAD_VERTEX& to) {
-    const auto angle = static_cast<float>(-2 * std::atan(from.m_dBulge) / 3.1415927 * 180);  // half the sweep, degrees
+    auto angle = static_cast<float>(-2 * std::atan(from.m_dBulge) / 3.1415927 * 180);  // half the sweep, degrees
+    if (taker.IsFlat(angle)) angle = 0;
     const CFPoint p = taker.Point(from.m_x, from.m_y), q = taker.Point(to.m_x, to.m_y);
     if (angle > 0)
         taker.Line(q, p, 1, -angle);
@@ -149,7 +153,7 @@ bool ImportDxf(const DxfImportOptions& options, CGridDataBase& db, CTvoFrameBase
     const unsigned char plateType = db.QueryMainGouJianType();
     if (db.GetGouJianCount(plateType) > 0) db.PrepareDPC();
 
-    PieceTaker taker(db, options.scale, report.pieces);
+    PieceTaker taker(db, options, report.pieces);
     const auto& entities = drawing->GetEntities();
     const long long n = entities.GetSize();
     report.entities = static_cast<std::uint64_t>(n);

@@ -23,6 +23,7 @@ struct DxfImportOptions {
     CString file;
     CString layer;
     double scale = 1.0;     // of coordinates and radii as they are read
+    double flattest = 0;    // degrees; a side of a polyline whose half sweep is below this is taken as straight
 };
 
 /// What became of the segments (sides, arcs, half circles) that were handed to the net.

@@ -12,6 +12,10 @@
 
 namespace {
 
+// Drawings are full of bulges that are nothing but rounding. The centre of such an arc is farther off than floats can
+// tell its ends apart, and it would come out as a circle across the whole plan.
+constexpr double kFlattestSide = 1e-4;  // degrees of half the sweep: 0.02 mm beside a chord of 40 m
+
 void CountNet(CGridDataBase& db, ImportOutcome& outcome) {
     const auto lines = NetLines(db);
     outcome.nodes = NetNodes(db).size();
@@ -44,6 +48,7 @@ ImportOutcome RunImportJob(const ImportJob& job, CGridDataBase& db) {
     options.file = CString(job.file);
     options.layer = CString(job.layer);
     options.scale = job.scale.value_or(1.0);
+    options.flattest = kFlattestSide;
     CTerminalProgress progress("importing");
     const bool imported = ImportDxf(options, db, &progress, report);
     progress.Finish();

@@ -196,7 +196,7 @@ private:
 
     int m_nBreakDepth = 0;                    // calls of BreakNetLine that stand on the stack
     std::vector<std::uint32_t> m_aPendingBreak;  // lines whose turn comes when the stack has unwound
-    std::vector<CGouJianEx*> m_aNear;         // storage that BreakNetLine uses again and again
+    std::vector<CGouJianEx*> m_aNear;         // the lines near the one that BreakNetLine is at
     unsigned m_nNodeEdits = 0;                // counts nodes added and removed
 };
 

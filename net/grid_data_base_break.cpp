@@ -60,18 +60,13 @@ void CGridDataBase::CollectBreakCandidates(CGjNetLine* line, std::vector<CGouJia
 
 void CGridDataBase::BreakNow(CGjNetLine* line) {
     CArray<CBreakNode> breaks;
-    {
-        // The storage is kept for the next line; a nested call finds none to take and makes its own.
-        std::vector<CGouJianEx*> candidates = std::move(m_aNear);
-        candidates.clear();
-        CollectBreakCandidates(line, candidates);
-        int standing = 1;
-        for (std::size_t i = 0; i < candidates.size() && standing; ++i)
-            standing = CalcNetLineInterSection(line, static_cast<CGjNetLine*>(candidates[i]), breaks);
-        m_aNear = std::move(candidates);
+    // One list for all calls: a nested call, which overwrites it, comes from a rewrite alone, and after a rewrite it
+    // is not read again. Lists of their own would take memory by the square where a line covers many others.
+    m_aNear.clear();
+    CollectBreakCandidates(line, m_aNear);
+    for (std::size_t i = 0; i < m_aNear.size(); ++i)
         // A rewrite ends the work: it has broken what it left by itself, and the line may be gone.
-        if (!standing) return;
-    }
+        if (!CalcNetLineInterSection(line, static_cast<CGjNetLine*>(m_aNear[i]), breaks)) return;
     if (breaks.IsEmpty()) return;
     std::stable_sort(breaks.begin(), breaks.end(), [](const CBreakNode& a, const CBreakNode& b) { return (a < b) != 0; });
     CArray<CFPoint> points;

@@ -138,6 +138,25 @@ TEST(TvoImport, FollowsItsOptions) {
     EXPECT_EQ(RunTvo({"import", cross, "--layer", "A", "--scale", "1"}).out.find(note), std::string::npos);
 }
 
+// Rounding leaves bulges next to nothing. As an arc such a side would be a circle through half the plan, cutting what
+// lies on the way.
+TEST(TvoImport, TakesSidesThatHardlyBendAsStraight) {
+    const ScratchFolder folder;
+    for (const auto& [bulge, arcs] : std::vector<std::pair<const char*, int>>{{"1e-16", 0}, {"-3e-9", 0}, {"1e-7", 0}, {"1e-3", 1}, {"-0.2", 1}}) {
+        SCOPED_TRACE(bulge);
+        const std::string plan = folder.Write("flat.dxf", Drawing()
+                                                              .Tags({{0, "LWPOLYLINE"}, {8, "A"}, {90, "2"}, {70, "0"}, {10, "0"},
+                                                                     {20, "0"}, {42, bulge}, {10, "3000"}, {20, "2000"}})
+                                                              .Line("A", "6000", "2000", "6000", "6000")
+                                                              .Line("A", "-6000", "-2000", "-6000", "-6000")
+                                                              .End());
+        const json report = ImportReport(RunTvo({"import", plan, "--layer", "A", "--json"}));
+        EXPECT_EQ(report["arcs"], arcs);
+        EXPECT_EQ(report["lines"], 3);
+        EXPECT_EQ(report["nodes"], 6);
+    }
+}
+
 TEST(TvoImport, DrawsTheSamplePlan) {
     const ScratchFolder folder;
     const std::string plan = std::string(TVO_SOURCE_DIR) + "/examples/office_plan.dxf";
