@@ -181,9 +181,15 @@ void CGridIndexServiceObject::Enter(CGouJianEx* component, const CFRect& rect) {
 
 std::vector<CGouJianEx*> CGridIndexServiceObject::Query(const CFRect& rect) const {
     std::vector<CGouJianEx*> found;
+    // What lies in the rectangle itself is offered in any case: cell numbers saturate and float borders of cells
+    // are rounded, so that far out, or in a grid that a stray point has stretched, a cell may be missed. An
+    // infinite limit means everything on that side.
+    constexpr float kMost = std::numeric_limits<float>::max();
+    CSpatialHash::Box asked = BoxOf(rect);
+    for (float* limit : {&asked.x0, &asked.y0, &asked.x1, &asked.y1}) *limit = std::clamp(*limit, -kMost, kMost);
     CSpatialHash::CellRange want = CellsOf(rect);
     want.r1 = std::min(want.r1, m_nRows - 1);
-    if (!BoxOf(rect).IsFinite() || want.c0 > want.c1 || want.r0 > want.r1) want = {0, 0, -1, -1};
+    if (!asked.IsFinite() || want.c0 > want.c1 || want.r0 > want.r1) want = {0, 0, -1, -1};
     const CSpatialHash::CellRange cells{Shifted(m_nFirstCol, want.c0), Shifted(m_nFirstRow, want.r0),
                                         Shifted(m_nFirstCol, want.c1), Shifted(m_nFirstRow, want.r1)};
     // Whatever was entered in one of these cells has its box within the margin of them.
@@ -196,11 +202,15 @@ std::vector<CGouJianEx*> CGridIndexServiceObject::Query(const CFRect& rect) cons
     place.y0 -= std::fabs(place.y0) * slack;
     place.x1 += std::fabs(place.x1) * slack;
     place.y1 += std::fabs(place.y1) * slack;
-    if (none) place = {1, 1, 0, 0};  // meets nothing but what is always offered
+    if (none)
+        place = asked;  // with a NaN it meets nothing but what is always offered
+    else
+        place = {std::min(place.x0, asked.x0), std::min(place.y0, asked.y0), std::max(place.x1, asked.x1), std::max(place.y1, asked.y1)};
     for (const CSpatialHash* hash : {&m_cNodes, &m_cOthers})
         hash->ForEachIn(place, [&](std::uint32_t slot, const CSpatialHash::Record& r) {
-            if ((!r.box.IsFinite() || hash->CellsOf(slot).Meets(cells)) && r.component->IsPhysicalGouJian())
-                found.push_back(r.component);
+            if (!r.box.IsFinite() || hash->CellsOf(slot).Meets(cells) || r.box.Meets(asked))
+                if (r.component->IsPhysicalGouJian())
+                    found.push_back(r.component);
         });
     SortByIdentity(found);
     return found;

@@ -13,12 +13,19 @@ CObjectUndoContainEx::~CObjectUndoContainEx() { DestroyData(); }
 
 // --- store ------------------------------------------------------------------------------------------------
 
+bool CObjectUndoContainEx::IsHeld(const CGouJianEx* pGouJian) { return pGouJian && pGouJian->m_cMarks.m_posInContain; }
+
+// The place that a component remembers may be one in the list of another container.
 bool CObjectUndoContainEx::Holds(const CGouJianEx* pGouJian) const {
-    return pGouJian && pGouJian->m_cMarks.m_posInContain && GetAt(pGouJian->m_cMarks.m_posInContain) == pGouJian;
+    if (!IsHeld(pGouJian)) return false;
+    CGouJianEx* const* entered = m_mapGouJian.Find(pGouJian->get_m_dwGouJianID());
+    if (entered && *entered == pGouJian) return true;
+    // Its identity was given to another one too, or is not that of its entry any longer. Slow, and rare.
+    return Find(const_cast<CGouJianEx*>(pGouJian)) != nullptr;
 }
 
 int CObjectUndoContainEx::AddGoujian(CGouJianEx* pGouJian) {
-    if (!pGouJian || Holds(pGouJian)) return 0;
+    if (!pGouJian || IsHeld(pGouJian)) return 0;
     SetNextXuHaoToMap(pGouJian->get_Gjlx(), pGouJian->get_m_dwGouJianID() & 0xFFFFFF);
     AddGouJianDirect(pGouJian);
     SaveObjects(CZLX_ADD, pGouJian);
@@ -82,7 +89,7 @@ void CObjectUndoContainEx::FreeRecord(CUndoObjectEx* record) {
     CGouJianEx* component = record->m_pGouJian;
     CGouJianMarks& marks = component->m_cMarks;
     --marks.m_nRecords;
-    if (record->OwnsGouJian() && !Holds(component)) marks.m_bLeftToLog = 1;
+    if (record->OwnsGouJian() && !IsHeld(component)) marks.m_bLeftToLog = 1;
     const bool free = marks.m_bLeftToLog && marks.m_nRecords == 0;
     if (free && m_onFree) m_onFree(component);
     record->m_eType = free ? CZLX_DELETE : CZLX_ADD;  // as its destructor reads it: owned, or not
@@ -138,7 +145,7 @@ void CObjectUndoContainEx::ApplyRecord(CZLX eDone, CGouJianEx* pGouJian, CWnd* w
         wnd->InvalidateRect(&place, TRUE);
     };
     if (eDone == CZLX_ADD) {
-        if (!Holds(pGouJian)) AddGouJianDirect(pGouJian);
+        if (!IsHeld(pGouJian)) AddGouJianDirect(pGouJian);
         invalidate();
     } else {
         invalidate();

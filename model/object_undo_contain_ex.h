@@ -25,13 +25,15 @@ public:
     // --- store ---
     /// Ends the step: the next add or delete opens a new one.
     void Start() { m_nStepState = 0; }
-    /// Takes ownership and logs. 1, or 0 with nothing done for null or an object that is in the store already.
+    /// Takes ownership and logs. 1, or 0 with nothing done for null or an object that is in a store already.
     int AddGoujian(CGouJianEx* pGouJian);
     /// Takes the component out and logs; it lives on in the log. 0 with nothing done when it is not in the store.
     int DeleteGouJian(CGouJianEx* pGouJian);
     int DeleteGouJian(unsigned long id);
     CGouJianEx* FindGouJian(unsigned long id);  // null when absent
-    /// True while this very object is in the list.
+    /// True while the object is in the list of some container.
+    static bool IsHeld(const CGouJianEx* pGouJian);
+    /// True while this very object is in the list of this one.
     bool Holds(const CGouJianEx* pGouJian) const;
     /// Frees the records and what they own, then the components of the list, and empties both and the map.
     void DestroyData();

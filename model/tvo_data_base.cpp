@@ -30,6 +30,7 @@ CTvoDataBase::~CTvoDataBase() {
     delete m_pIndex;
     m_pIndex = nullptr;
     DestroyData();
+    if (CTvoViewMgr* view = Showing(); view && view->m_pDataBase == this) view->m_pDataBase = nullptr;
     if (g_pCurrentDataBase == this) g_pCurrentDataBase = nullptr;
 }
 
@@ -54,7 +55,7 @@ void CTvoDataBase::Initialize() {
 
 void CTvoDataBase::DestroyData() {
     OnDestroyData();
-    if (CTvoViewMgr* view = View()) {
+    if (CTvoViewMgr* view = Showing()) {
         view->m_mapViewPort.RemoveAll();
         view->m_pSelectedList->RemoveAll();
     }
@@ -70,18 +71,27 @@ void CTvoDataBase::DestroyData() {
 
 CTvoViewMgr* CTvoDataBase::View() const { return m_pFrame ? m_pFrame->GetDtView() : nullptr; }
 
+// The current view may show another model, whose components must not vanish from it.
+CTvoViewMgr* CTvoDataBase::Showing() const {
+    if (CTvoViewMgr* view = View()) return view;
+    return g_pCurrentView && g_pCurrentView->m_pDataBase == this ? g_pCurrentView : nullptr;
+}
+
 // Whoever borrows components lets go of one here before it is freed.
 void CTvoDataBase::LetGo(CGouJianEx* obj) {
     if (m_pIndex) m_pIndex->Remove(obj);
     const unsigned long id = obj->get_m_dwGouJianID();
     const auto drop = [&](CMap<unsigned long, unsigned long, CGouJianEx*, CGouJianEx*>& map) {
         CGouJianEx** held = map.Find(id);
-        if (held && *held == obj) map.RemoveKey(id);
+        if (!held || *held != obj) return false;
+        map.RemoveKey(id);
+        return true;
     };
-    drop(m_mapFamily[obj->get_Gjlx()]);
-    // An array numbered before a deletion may still name the component; one numbered since doesn't.
-    if (m_bNumbersStale[obj->get_Gjlx()]) m_arrBianHao[obj->get_Gjlx()].RemoveAll();
-    if (CTvoViewMgr* view = View()) {
+    // An array numbered before a deletion may still name the component, and one that names a live component does;
+    // one numbered since the deletion doesn't.
+    const unsigned char type = obj->get_Gjlx();
+    if (drop(m_mapFamily[type]) || m_bNumbersStale[type]) m_arrBianHao[type].RemoveAll();
+    if (CTvoViewMgr* view = Showing()) {
         drop(view->m_mapViewPort);
         while (POSITION p = view->m_pSelectedList->Find(obj)) view->m_pSelectedList->RemoveAt(p);
     }
@@ -98,7 +108,7 @@ void CTvoDataBase::MarkViewStale() {
 }
 
 int CTvoDataBase::AddGouJian(CGouJianEx* obj) {
-    if (!obj || m_cContain.Holds(obj)) return 0;
+    if (!obj || CObjectUndoContainEx::IsHeld(obj)) return 0;
     obj->m_nCeng = m_nCurCeng;
     m_cContain.AddGoujian(obj);
     OnAddGouJian(obj);
@@ -215,13 +225,14 @@ void CTvoDataBase::RemoveGjFromViewPortObjects(CGouJianEx* obj) {
 }
 
 void CTvoDataBase::MergeViewPortObjects(CList<CGouJianEx*, CGouJianEx*>& objects, CArray<CZLX, CZLX>& types) {
+    CTvoViewMgr* view = View();
     int i = 0;
     for (POSITION p = objects.GetHeadPosition(); p; ++i) {
         CGouJianEx* obj = objects.GetNext(p);
         if (!obj->IsPhysicalGouJian()) continue;
         if (types[i] != CZLX_ADD)
             RemoveGjFromViewPortObjects(obj);
-        else
-            EmbraceNewGouJian(obj);
+        else if (view)  // not through EmbraceNewGouJian: the component isn't new
+            view->m_mapViewPort.SetAt(obj->get_m_dwGouJianID(), obj);
     }
 }

@@ -15,7 +15,6 @@ class CFCoor;
 class CFRegion;
 class CGouJianEx;
 class CGraphEntity;
-class CGridDataBase;
 class CGridIndexServiceObject;
 class CTvoFrameBase;
 class CTvoViewKernel;
@@ -214,6 +213,7 @@ protected:
 
 private:
     CTvoViewMgr* View() const;           // the frame's, or null
+    CTvoViewMgr* Showing() const;        // the frame's, or else the current one if it shows this model
     void BringIndexUpToDate();
     void LetGo(CGouJianEx* obj);
     void MarkViewStale();
@@ -228,6 +228,3 @@ private:
 
 /// The current data base, set by Initialize, or null. SwitchContainer redirects it.
 extern CTvoDataBase* g_pCurrentDataBase;
-/// Makes another data base the current one, for the net's readers too. With a second argument other than 0 the
-/// frame's view shows it from now on.
-void SwitchContainer(CGridDataBase* db, int withView);

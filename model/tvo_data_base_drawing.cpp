@@ -1,6 +1,6 @@
 // Painting the model, and the graphics components that a host paints into it.
+#include "model/by_identity.h"
 #include "model/draw_graph.h"
-#include "model/goujian.h"
 #include "model/tvo_data_base.h"
 #include "shell/tvo_frame_base.h"
 #include "view/tvo_view_mgr.h"
@@ -27,15 +27,16 @@ void CTvoDataBase::Draw(CDC* dc, CFCoor* coor, unsigned char excludeType, unsign
     CTvoViewMgr* view = View();
     if (!view) return;
     CList<CGouJianEx*, CGouJianEx*> nodes, lines, others;
-    view->m_mapViewPort.ForEach([&](unsigned long, CGouJianEx* obj) {
-        if (!IsVisible(obj) || obj->get_Gjlx() == excludeType || obj->get_m_byteStatus() != status) return;
+    // Undo changes the order of the set, and must not change what lies on top.
+    for (CGouJianEx* obj : ByIdentity(view->m_mapViewPort)) {
+        if (!IsVisible(obj) || obj->get_Gjlx() == excludeType || obj->get_m_byteStatus() != status) continue;
         if (obj->get_Gjlx() == GJLX_NET_NODE)
             nodes.AddTail(obj);
         else if (obj->get_Gjlx() == GJLX_NET_LINE)
             lines.AddTail(obj);
         else if (obj->IsPhysicalGouJian() == 1)
             others.AddTail(obj);
-    });
+    }
     DrawOneType(lines, dc, coor);
     DrawOneType(others, dc, coor);
     DrawOneType(nodes, dc, coor);
@@ -107,8 +108,8 @@ void CTvoDataBase::ReplaceTextHeights(CArray<unsigned char, unsigned char>* type
     bool changed = false;
     for (const unsigned char type : *types) {
         m_mapFamily[type].ForEach([&](unsigned long, CGouJianEx* obj) {
-            if (!obj->m_pDrawGraph) return;  // nothing drawn yet, so no text
-            for (CGraphEntity* entity : obj->m_pDrawGraph->m_aEntity) {
+            if (!obj->m_pDrawGraph && !obj->m_bGraphBuilt) return;  // nothing drawn yet, so no text
+            for (CGraphEntity* entity : obj->GetDrawGraph()->m_aEntity) {
                 if (entity->GetGraphType() != kGraphText) continue;
                 auto* text = static_cast<CGraph_Text*>(entity);
                 text->m_fHeight = scale ? text->m_fHeight * factor : factor;

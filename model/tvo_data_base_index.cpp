@@ -79,7 +79,7 @@ void CTvoDataBase::DisplayIndexResult() {
         std::fprintf(f, "Grid Seq#%d(%X), Num of GouJian:%d\n", seq, static_cast<unsigned>(seq), grid->m_mapGouJian.GetCount());
         int no = 0;
         grid->m_mapGouJian.ForEach([&](unsigned long id, CGouJianEx* obj) {
-            std::fprintf(f, "\tNo%5d:ID=%d,(Type=%d,\tBH=%d)\n", ++no, static_cast<int>(id & 0xFFFFFF), obj->get_Gjlx(),
+            std::fprintf(f, "\tNo%5d:ID=%d,(Type=%d,\tBH=%d)\n", ++no, static_cast<int>(id), obj->get_Gjlx(),
                          static_cast<int>(obj->get_m_dwGouJianNO()));
         });
     }

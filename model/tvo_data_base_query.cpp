@@ -2,7 +2,7 @@
 #include <algorithm>
 
 #include "geometry/fregion.h"
-#include "model/goujian.h"
+#include "model/by_identity.h"
 #include "model/grid_index_service_object.h"
 #include "model/tvo_data_base.h"
 #include "shell/tvo_frame_base.h"
@@ -10,24 +10,9 @@
 
 namespace {
 
-using Family = CMap<unsigned long, unsigned long, CGouJianEx*, CGouJianEx*>;
-
-// A family by ascending identity. Its map remembers the order of entry, which undo and redo change; no walk
-// may show what was undone before. Also a copy: what is done to the members may change the family.
-CArray<CGouJianEx*> InOrder(const Family& family) {
+CArray<CGouJianEx*> WithTag(const CMap<unsigned long, CGouJianEx*>& family, unsigned long tag) {
     CArray<CGouJianEx*> members;
-    members.Reserve(family.GetCount());
-    family.ForEach([&](unsigned long, CGouJianEx* obj) { members.Add(obj); });
-    const auto earlier = [](const CGouJianEx* a, const CGouJianEx* b) {
-        return a->get_m_dwGouJianID() < b->get_m_dwGouJianID();
-    };
-    if (!std::is_sorted(members.begin(), members.end(), earlier)) std::sort(members.begin(), members.end(), earlier);
-    return members;
-}
-
-CArray<CGouJianEx*> WithTag(const Family& family, unsigned long tag) {
-    CArray<CGouJianEx*> members;
-    for (CGouJianEx* obj : InOrder(family))
+    for (CGouJianEx* obj : ByIdentity(family))
         if (obj->m_dwTag == (tag & 0xFFFFFFFF)) members.Add(obj);
     return members;
 }
@@ -131,18 +116,18 @@ int CTvoDataBase::GetGouJianListAll(CList<CGouJianEx*, CGouJianEx*>& list) {
 }
 
 int CTvoDataBase::GetGouJianList(unsigned char type, CList<CGouJianEx*, CGouJianEx*>& list) {
-    for (CGouJianEx* obj : InOrder(m_mapFamily[type])) list.AddTail(obj);
+    for (CGouJianEx* obj : ByIdentity(m_mapFamily[type])) list.AddTail(obj);
     return m_mapFamily[type].GetCount();
 }
 
 int CTvoDataBase::GetGouJianMap(unsigned char type, CMap<unsigned long, unsigned long, CGouJianEx*, CGouJianEx*>& map) {
     map.RemoveAll();
-    for (CGouJianEx* obj : InOrder(m_mapFamily[type])) map.SetAt(obj->get_m_dwGouJianID(), obj);
+    for (CGouJianEx* obj : ByIdentity(m_mapFamily[type])) map.SetAt(obj->get_m_dwGouJianID(), obj);
     return map.GetCount();
 }
 
 int CTvoDataBase::GetGouJianArray(unsigned char type, CArray<CGouJianEx*, CGouJianEx*>* array) {
-    *array = InOrder(m_mapFamily[type]);
+    *array = ByIdentity(m_mapFamily[type]);
     return array->GetSize();
 }
 
@@ -154,27 +139,27 @@ int CTvoDataBase::GetGouJianArrayWithList(unsigned char type, CArray<CGouJianEx*
             if (obj->get_Gjlx() == type) array.Add(obj);
         }
     } else {
-        array.Append(InOrder(m_mapFamily[type]));
+        array.Append(ByIdentity(m_mapFamily[type]));
     }
     return array.GetSize();
 }
 
 int CTvoDataBase::GetGouJianArrayWithMap(unsigned char type, CArray<CGouJianEx*, CGouJianEx*>& array,
                                          CMap<unsigned long, unsigned long, CGouJianEx*, CGouJianEx*>* map) {
-    for (CGouJianEx* obj : InOrder(map ? *map : m_mapFamily[type]))
+    for (CGouJianEx* obj : ByIdentity(map ? *map : m_mapFamily[type]))
         if (obj->get_Gjlx() == type) array.Add(obj);
     return array.GetSize();
 }
 
 int CTvoDataBase::GetGouJianArrayExcept(unsigned char type, CArray<CGouJianEx*, CGouJianEx*>* array, CGouJianEx* except) {
-    for (CGouJianEx* obj : InOrder(m_mapFamily[type]))
+    for (CGouJianEx* obj : ByIdentity(m_mapFamily[type]))
         if (obj != except) array->Add(obj);
     return m_mapFamily[type].GetCount();
 }
 
 int CTvoDataBase::CopyGouJianInViewPort(unsigned char type, CArray<CGouJianEx*, CGouJianEx*>& array) {
-    if (CTvoViewMgr* view = View())
-        for (CGouJianEx* obj : InOrder(view->m_mapViewPort))
+    if (CTvoViewMgr* view = Showing())
+        for (CGouJianEx* obj : ByIdentity(view->m_mapViewPort))
             if (obj->get_Gjlx() == type) array.Add(obj);
     return array.GetSize();
 }
@@ -182,23 +167,23 @@ int CTvoDataBase::CopyGouJianInViewPort(unsigned char type, CArray<CGouJianEx*, 
 // --- status of whole families -----------------------------------------------------------------------------
 
 void CTvoDataBase::SelectGouJian(unsigned char type, unsigned char status) {
-    for (CGouJianEx* obj : InOrder(m_mapFamily[type])) {
+    for (CGouJianEx* obj : ByIdentity(m_mapFamily[type])) {
         obj->set_m_byteStatus(status);
         obj->ReGen(View());
     }
 }
 
 void CTvoDataBase::Clear_GouJian(unsigned char type) {
-    for (CGouJianEx* obj : InOrder(m_mapFamily[type])) DeleteGouJian(obj);
+    for (CGouJianEx* obj : ByIdentity(m_mapFamily[type])) DeleteGouJian(obj);
 }
 void CTvoDataBase::Hide_GouJian(unsigned char type) {
-    for (CGouJianEx* obj : InOrder(m_mapFamily[type])) obj->set_m_byteStatus(GJ_STATUS_HIDDEN);
+    for (CGouJianEx* obj : ByIdentity(m_mapFamily[type])) obj->set_m_byteStatus(GJ_STATUS_HIDDEN);
 }
 void CTvoDataBase::Show_GouJian(unsigned char type) {
-    for (CGouJianEx* obj : InOrder(m_mapFamily[type])) obj->set_m_byteStatus(GJ_STATUS_NORMAL);
+    for (CGouJianEx* obj : ByIdentity(m_mapFamily[type])) obj->set_m_byteStatus(GJ_STATUS_NORMAL);
 }
 void CTvoDataBase::Set_GouJian_Status(unsigned char type, unsigned char status) {
-    for (CGouJianEx* obj : InOrder(m_mapFamily[type])) {
+    for (CGouJianEx* obj : ByIdentity(m_mapFamily[type])) {
         obj->set_m_byteStatus(status);
         if (CTvoViewMgr* view = View()) obj->ReGen(view);
     }

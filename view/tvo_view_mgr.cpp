@@ -4,6 +4,8 @@
 
 CTvoViewMgr* g_pCurrentView = nullptr;
 
+CTvoViewMgr::CTvoViewMgr() { g_pCurrentView = this; }
+
 CTvoViewKernel::CTvoViewKernel() : m_pSelectedList(new CList<CGouJianEx*>) {}
 CTvoViewKernel::~CTvoViewKernel() {
     if (g_pCurrentView == this) g_pCurrentView = nullptr;

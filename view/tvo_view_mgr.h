@@ -29,7 +29,10 @@ public:
 };
 
 /// The view with its services; the class that a frame holds.
-class CTvoViewMgr : public CTvoViewKernel {};
+class CTvoViewMgr : public CTvoViewKernel {
+public:
+    CTvoViewMgr();  // becomes the current view
+};
 
 /// The current view, or null. SwitchContainer redirects it.
 extern CTvoViewMgr* g_pCurrentView;
