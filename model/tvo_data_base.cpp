@@ -170,11 +170,8 @@ void CTvoDataBase::OnDelGouJian(CGouJianEx* obj) {
 
 // --- undo and redo ----------------------------------------------------------------------------------------
 
-void CTvoDataBase::Undo(CWnd* wnd, CFCoor* coor) {
-    CList<CGouJianEx*, CGouJianEx*> objects;
-    CArray<CZLX, CZLX> types;
-    m_cContain.Undo(wnd, coor, objects, types);
-    BeforeUndo(objects);
+// Families, index and whatever derived classes keep follow what the log did to the store.
+void CTvoDataBase::ReplayHooks(CList<CGouJianEx*, CGouJianEx*>& objects, CArray<CZLX, CZLX>& types) {
     int i = 0;
     for (POSITION p = objects.GetHeadPosition(); p; ++i) {
         CGouJianEx* obj = objects.GetNext(p);
@@ -183,10 +180,22 @@ void CTvoDataBase::Undo(CWnd* wnd, CFCoor* coor) {
         else
             OnAddGouJian(obj);
     }
-    AfterUndo(objects);
+}
+
+void CTvoDataBase::FinishReplay(CList<CGouJianEx*, CGouJianEx*>& objects, CArray<CZLX, CZLX>& types, CWnd* wnd) {
     MergeViewPortObjects(objects, types);
     m_bBianHaoDirty = 1;
     if (!m_bNoRefresh && wnd) wnd->Invalidate();
+}
+
+void CTvoDataBase::Undo(CWnd* wnd, CFCoor* coor) {
+    CList<CGouJianEx*, CGouJianEx*> objects;
+    CArray<CZLX, CZLX> types;
+    m_cContain.Undo(wnd, coor, objects, types);
+    BeforeUndo(objects);
+    ReplayHooks(objects, types);
+    AfterUndo(objects);
+    FinishReplay(objects, types, wnd);
 }
 
 void CTvoDataBase::Redo(CWnd* wnd, CFCoor* coor) {
@@ -194,18 +203,9 @@ void CTvoDataBase::Redo(CWnd* wnd, CFCoor* coor) {
     CArray<CZLX, CZLX> types;
     m_cContain.Redo(wnd, coor, objects, types);
     BeforeRedo(objects);
-    int i = 0;
-    for (POSITION p = objects.GetHeadPosition(); p; ++i) {
-        CGouJianEx* obj = objects.GetNext(p);
-        if (types[i] != CZLX_ADD)
-            OnDelGouJian(obj);
-        else
-            OnAddGouJian(obj);
-    }
+    ReplayHooks(objects, types);
     AfterRedo(objects);
-    MergeViewPortObjects(objects, types);
-    m_bBianHaoDirty = 1;
-    if (!m_bNoRefresh && wnd) wnd->Invalidate();
+    FinishReplay(objects, types, wnd);
 }
 
 void CTvoDataBase::Start() { m_cContain.Start(); }

@@ -214,6 +214,8 @@ protected:
 private:
     CTvoViewMgr* View() const;           // the frame's, or null
     CTvoViewMgr* Showing() const;        // the frame's, or else the current one if it shows this model
+    void ReplayHooks(CList<CGouJianEx*, CGouJianEx*>& objects, CArray<CZLX, CZLX>& types);
+    void FinishReplay(CList<CGouJianEx*, CGouJianEx*>& objects, CArray<CZLX, CZLX>& types, CWnd* wnd);
     void BringIndexUpToDate();
     void LetGo(CGouJianEx* obj);
     void MarkViewStale();

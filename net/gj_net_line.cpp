@@ -7,7 +7,7 @@
 #include "model/profile.h"
 #include "model/tvo_data_base.h"
 #include "net/gj_net_node.h"
-#include "platform/acad_color.h"
+#include "net/net_draw_info.h"
 #include "platform/canvas/gdi_types.h"
 #include "platform/saturate.h"
 
@@ -195,19 +195,6 @@ void CGjNetLine::DrawDirection(CDrawGraph* g) const {
 }
 
 void CGjNetLine::GetDrawInfo(unsigned char mode, char kind, unsigned long& colour, int& width) {
-    switch (mode) {
-        case 0:
-            colour = GetAcadRGBColor(kind == kPartLine ? g_cTvoProfile.m_nLineColor : g_cTvoProfile.m_nLineColorOther);
-            width = 0;
-            break;
-        case 1:
-            colour = GetAcadRGBColor(g_cTvoProfile.m_nSelLineColor);
-            width = 1;
-            break;
-        case 3:
-            colour = GetAcadRGBColor(g_cTvoProfile.m_nMutedColor);
-            width = 0;
-            break;
-        default: break;  // hidden, among others: as they were
-    }
+    const int normal = kind == kPartLine ? g_cTvoProfile.m_nLineColor : g_cTvoProfile.m_nLineColorOther;
+    NetDrawInfo(mode, normal, g_cTvoProfile.m_nSelLineColor, colour, width);
 }

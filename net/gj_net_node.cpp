@@ -2,8 +2,7 @@
 
 #include "geometry/fcoor.h"
 #include "model/draw_graph.h"
-#include "model/profile.h"
-#include "platform/acad_color.h"
+#include "net/net_draw_info.h"
 #include "platform/canvas/brush.h"
 #include "platform/canvas/dc.h"
 
@@ -34,21 +33,7 @@ int CGjNetNode::DrawGraph(CDrawGraph* g) {
 }
 
 void CGjNetNode::GetDrawInfo(unsigned char mode, char /*kind*/, unsigned long& colour, int& width) {
-    switch (mode) {
-        case 0:
-            colour = GetAcadRGBColor(g_cTvoProfile.m_nNodeColor);
-            width = 0;
-            break;
-        case 1:
-            colour = GetAcadRGBColor(g_cTvoProfile.m_nSelNodeColor);
-            width = 1;
-            break;
-        case 3:
-            colour = GetAcadRGBColor(g_cTvoProfile.m_nMutedColor);
-            width = 0;
-            break;
-        default: break;  // hidden, among others: as they were
-    }
+    NetDrawInfo(mode, g_cTvoProfile.m_nNodeColor, g_cTvoProfile.m_nSelNodeColor, colour, width);
 }
 
 int CGjNetNode::Draw(CDC* dc, CFCoor* coor) {
