@@ -144,7 +144,7 @@ private:
 template <class F>
 void CSpatialHash::ForEachIn(const Box& place, F f) const {
     for (std::uint32_t i = m_unbounded; i != kNone; i = m_records[i].next) f(i, m_records[i]);
-    if (!place.IsFinite()) return;
+    if (!place.IsFinite() || place.x0 > place.x1 || place.y0 > place.y1) return;  // no place at all
     WalkChain(m_wide, place, f);
     const std::uint64_t layers = m_layers;
     for (int layer = 0; layer < kLayers; ++layer) {

@@ -59,7 +59,12 @@ void CGridDataBase::LetGoOfNet(CGouJianEx* obj) {
             drop(m_mapBanBianRemove);
             m_mapPlateWay.RemoveKey(static_cast<CGjNetLine*>(obj));
             break;
-        case kBasicNode: DropStar(static_cast<CGjNetNode*>(obj)); break;
+        case kBasicNode: {  // a host may have deleted it with lines standing
+            auto* node = static_cast<CGjNetNode*>(obj);
+            DropStar(node);
+            while (node->m_pFirstPair) DropBinaryStar(node->m_pFirstPair);
+            break;
+        }
         default: break;
     }
 }
