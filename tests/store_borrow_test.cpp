@@ -84,6 +84,7 @@ TEST(NumberedArray, StaysWhenTheLogIsEmptiedAndGoesWithWhatItNames) {
 }
 
 TEST(Cursor, AQueryLeavesAWaitCursorOfSomebodyElse) {
+    CTvoFrameBase frame;  // borrowed by the data base, so it goes after it
     CTvoDataBase db;
     Point(db, 0, 0);
     Components found;
@@ -94,7 +95,6 @@ TEST(Cursor, AQueryLeavesAWaitCursorOfSomebodyElse) {
         EXPECT_EQ(GetCursor(), shown);
     }
     // With a frame the pool waits, and from 1001 components on the query shows a wait cursor of its own.
-    CTvoFrameBase frame;
     db.m_pFrame = &frame;
     for (const HCURSOR shown : {0, 7}) {
         for (int i = 0; i < 1001; ++i) Point(db, static_cast<float>(i), 0);
