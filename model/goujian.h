@@ -32,7 +32,8 @@ struct CGouJianMarks {
     static constexpr std::uint32_t kNone = 0xFFFFFFFF;
     POSITION m_posInContain = nullptr;   // place in the container's list while the component is in the model
     std::uint32_t m_nIndexSlot = kNone;  // entry in the spatial index
-    std::uint32_t m_nRecords : 30 = 0;   // records of the log that name the component
+    std::uint32_t m_nRecords : 22 = 0;   // records of the log that name the component; sticks at its limit
+    std::uint32_t m_nOwner : 8 = 0;      // number of the container that holds it; 0: one without a number, or none
     std::uint32_t m_bLeftToLog : 1 = 0;  // a record that owned it is gone, and others still name it
     // The display list counts as built, and is filled when it is first asked for. A model has as many nodes as
     // lines, and few of their lists are ever looked at.

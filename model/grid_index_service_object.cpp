@@ -224,7 +224,10 @@ void CGridIndexServiceObject::OthersIn(const CFRect& rect, std::vector<CGouJianE
 
 void CGridIndexServiceObject::OthersAlong(float ax, float ay, float bx, float by, float margin, std::vector<CGouJianEx*>& out) const {
     const std::size_t first = out.size();
-    m_cOthers.ForEachAlong(ax, ay, bx, by, margin, [&](std::uint32_t, const CSpatialHash::Record& r) { out.push_back(r.component); });
+    m_cOthers.ForEachAlong(ax, ay, bx, by, margin, [&](std::uint32_t, const CSpatialHash::Record& r) {
+        __builtin_prefetch(r.component);  // in use at once, and far apart
+        out.push_back(r.component);
+    });
     SortByIdentity(out, first);
 }
 

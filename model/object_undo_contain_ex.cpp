@@ -1,5 +1,8 @@
 #include "model/object_undo_contain_ex.h"
 
+#include <atomic>
+#include <bit>
+
 #include "geometry/fcoor.h"
 #include "model/goujian.h"
 #include "platform/errors.h"
@@ -9,7 +12,35 @@ CUndoObjectEx::~CUndoObjectEx() {
     if (OwnsGouJian()) delete m_pGouJian;
 }
 
-CObjectUndoContainEx::~CObjectUndoContainEx() { DestroyData(); }
+namespace {
+
+constexpr std::uint32_t kMaxRecords = (1u << 22) - 1;
+
+// Numbers of the containers that live in this process, of all threads: bit n - 1 is number n.
+std::atomic<std::uint64_t> s_ownersTaken{0};
+
+std::uint8_t TakeOwnerNumber() {
+    std::uint64_t taken = s_ownersTaken.load();
+    while (~taken != 0) {
+        const int bit = std::countr_one(taken);
+        if (s_ownersTaken.compare_exchange_weak(taken, taken | std::uint64_t{1} << bit))
+            return static_cast<std::uint8_t>(bit + 1);
+    }
+    return 0;
+}
+
+void GiveOwnerNumberBack(int number) {
+    if (number != 0) s_ownersTaken &= ~(std::uint64_t{1} << (number - 1));
+}
+
+}  // namespace
+
+CObjectUndoContainEx::CObjectUndoContainEx() : m_nOwner(TakeOwnerNumber()) {}
+
+CObjectUndoContainEx::~CObjectUndoContainEx() {
+    DestroyData();
+    GiveOwnerNumberBack(m_nOwner);
+}
 
 // --- store ------------------------------------------------------------------------------------------------
 
@@ -17,11 +48,14 @@ bool CObjectUndoContainEx::IsHeld(const CGouJianEx* pGouJian) { return pGouJian 
 
 // The place that a component remembers may be one in the list of another container.
 bool CObjectUndoContainEx::Holds(const CGouJianEx* pGouJian) const {
-    if (!IsHeld(pGouJian)) return false;
-    CGouJianEx* const* entered = m_mapGouJian.Find(pGouJian->get_m_dwGouJianID());
-    if (entered && *entered == pGouJian) return true;
-    // Its identity was given to another one too, or is not that of its entry any longer. Slow, and rare.
-    return Find(const_cast<CGouJianEx*>(pGouJian)) != nullptr;
+    if (!IsHeld(pGouJian) || pGouJian->m_cMarks.m_nOwner != m_nOwner) return false;
+    // Containers beyond the numbers share the 0, and have to look. Slow, and rare.
+    return m_nOwner != 0 || Find(const_cast<CGouJianEx*>(pGouJian)) != nullptr;
+}
+
+void CObjectUndoContainEx::FetchAhead(const CGouJianEx* pGouJian) const {
+    __builtin_prefetch(pGouJian->m_cMarks.m_posInContain);
+    m_mapGouJian.FetchAhead(pGouJian->get_m_dwGouJianID());
 }
 
 int CObjectUndoContainEx::AddGoujian(CGouJianEx* pGouJian) {
@@ -49,6 +83,7 @@ CGouJianEx* CObjectUndoContainEx::FindGouJian(unsigned long id) {
 int CObjectUndoContainEx::AddGouJianDirect(CGouJianEx* pGouJian) {
     m_bModified = 1;
     pGouJian->m_cMarks.m_posInContain = AddTail(pGouJian);
+    pGouJian->m_cMarks.m_nOwner = m_nOwner;
     pGouJian->m_cMarks.m_bLeftToLog = 0;
     m_mapGouJian.SetAt(pGouJian->get_m_dwGouJianID(), pGouJian);
     return 1;
@@ -88,7 +123,7 @@ void CObjectUndoContainEx::DestroyData() {
 void CObjectUndoContainEx::FreeRecord(CUndoObjectEx* record) {
     CGouJianEx* component = record->m_pGouJian;
     CGouJianMarks& marks = component->m_cMarks;
-    --marks.m_nRecords;
+    if (marks.m_nRecords != kMaxRecords) --marks.m_nRecords;
     if (record->OwnsGouJian() && !IsHeld(component)) marks.m_bLeftToLog = 1;
     const bool free = marks.m_bLeftToLog && marks.m_nRecords == 0;
     if (free && m_onFree) m_onFree(component);
@@ -130,7 +165,8 @@ void CObjectUndoContainEx::SaveObjects(CZLX eType, CGouJianEx* pGouJian) {
         m_nStepCount = 0;
     }
     m_posUndo = m_listUndo.AddTail(new CUndoObjectEx(m_nStepId, eType, pGouJian));
-    ++pGouJian->m_cMarks.m_nRecords;
+    // A component that was put in and taken out four million times is never freed rather than freed too early.
+    if (pGouJian->m_cMarks.m_nRecords != kMaxRecords) ++pGouJian->m_cMarks.m_nRecords;
     m_bCanUndo = 1;
     m_bCanRedo = 0;
 }

@@ -17,7 +17,7 @@ class CWnd;
 /// one within a step. The list is only changed through the operations below.
 class CObjectUndoContainEx : public CList<CGouJianEx*, CGouJianEx*> {
 public:
-    CObjectUndoContainEx() = default;
+    CObjectUndoContainEx();
     CObjectUndoContainEx(const CObjectUndoContainEx&) = delete;
     CObjectUndoContainEx& operator=(const CObjectUndoContainEx&) = delete;
     virtual ~CObjectUndoContainEx();
@@ -35,6 +35,8 @@ public:
     static bool IsHeld(const CGouJianEx* pGouJian);
     /// True while this very object is in the list of this one.
     bool Holds(const CGouJianEx* pGouJian) const;
+    /// Has the processor fetch what a deletion of the component will need, while other work goes on.
+    void FetchAhead(const CGouJianEx* pGouJian) const;
     /// Frees the records and what they own, then the components of the list, and empties both and the map.
     void DestroyData();
 
@@ -97,4 +99,5 @@ private:
                      CList<CGouJianEx*, CGouJianEx*>& objects, CArray<CZLX, CZLX>& types);
 
     std::function<void(CGouJianEx*)> m_onFree;
+    std::uint8_t m_nOwner;  // what the components of this one are marked with; 0 when all numbers are taken
 };

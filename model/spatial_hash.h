@@ -115,6 +115,31 @@ private:
         const Block* m_block = nullptr;
     };
 
+    // Chains found, to be walked in their order. Their first records are fetched meanwhile: in a big model each
+    // is a wait for memory, and these run side by side.
+    class Chains {
+    public:
+        explicit Chains(const CSpatialHash& hash) : m_hash(hash) {}
+        template <class F>
+        void Add(std::uint32_t head, const Box& place, F& f) {
+            if (head == kNone) return;
+            if (m_count == kRoom) Walk(place, f);
+            __builtin_prefetch(&m_hash.m_records[head]);
+            m_heads[m_count++] = head;
+        }
+        template <class F>
+        void Walk(const Box& place, F& f) {
+            for (std::uint32_t i = 0; i < m_count; ++i) m_hash.WalkChain(m_heads[i], place, f);
+            m_count = 0;
+        }
+
+    private:
+        static constexpr std::uint32_t kRoom = 32;
+        const CSpatialHash& m_hash;
+        std::uint32_t m_count = 0;
+        std::uint32_t m_heads[kRoom];
+    };
+
     template <class F>
     void WalkChain(std::uint32_t i, const Box& place, F& f) const {
         for (; i != kNone; i = m_records[i].next)
@@ -147,6 +172,7 @@ void CSpatialHash::ForEachIn(const Box& place, F f) const {
     if (!place.IsFinite() || place.x0 > place.x1 || place.y0 > place.y1) return;  // no place at all
     WalkChain(m_wide, place, f);
     const std::uint64_t layers = m_layers;
+    Chains chains(*this);
     for (int layer = 0; layer < kLayers; ++layer) {
         if (!(layers >> layer)) break;
         if (!(layers >> layer & 1)) continue;
@@ -159,7 +185,8 @@ void CSpatialHash::ForEachIn(const Box& place, F f) const {
         }
         Cells cells(*this, layer);
         for (std::int64_t iy = iy0; iy <= iy1; ++iy)
-            for (std::int64_t ix = ix0; ix <= ix1; ++ix) WalkChain(cells.Head(ix, iy), place, f);
+            for (std::int64_t ix = ix0; ix <= ix1; ++ix) chains.Add(cells.Head(ix, iy), place, f);
+        chains.Walk(place, f);
     }
 }
 
@@ -179,6 +206,7 @@ void CSpatialHash::ForEachAlong(float ax, float ay, float bx, float by, float ma
     };
     WalkChain(m_wide, place, near);
     const std::uint64_t layers = m_layers;
+    Chains chains(*this);
     for (int layer = 0; layer < kLayers; ++layer) {
         if (!(layers >> layer)) break;
         if (!(layers >> layer & 1)) continue;
@@ -204,7 +232,8 @@ void CSpatialHash::ForEachAlong(float ax, float ay, float bx, float by, float ma
                 xb = std::fmax(x0, x1) + margin + 1.0;
             }
             const std::int64_t ix1 = CellOf(xb, size);
-            for (std::int64_t ix = CellOf(xa - size, size); ix <= ix1; ++ix) WalkChain(cells.Head(ix, iy), place, near);
+            for (std::int64_t ix = CellOf(xa - size, size); ix <= ix1; ++ix) chains.Add(cells.Head(ix, iy), place, near);
         }
+        chains.Walk(place, near);
     }
 }

@@ -71,7 +71,14 @@ void CGridDataBase::BreakNow(CGjNetLine* line) {
     std::stable_sort(breaks.begin(), breaks.end(), [](const CBreakNode& a, const CBreakNode& b) { return (a < b) != 0; });
     CArray<CFPoint> points;
     points.Reserve(breaks.GetSize());
-    for (const CBreakNode& b : breaks) points.Add(b.m_cPoint);
+    for (const CBreakNode& b : breaks) {
+        points.Add(b.m_cPoint);
+        // Its turn comes when the line has been cut; in a big model the way to it is a row of waits for memory.
+        m_cContain.FetchAhead(b.m_pLine);
+        m_mapFamily[b.m_pLine->get_Gjlx()].FetchAhead(b.m_pLine->get_m_dwGouJianID());
+        __builtin_prefetch(b.m_pLine->m_pStartNode);
+        __builtin_prefetch(b.m_pLine->m_pEndNode);
+    }
     BreakOneNetLine(line, points);
     // Each crossed line is cut once, at all of its crossings.
     for (int i = 0; i < breaks.GetSize();) {

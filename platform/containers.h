@@ -289,6 +289,10 @@ public:
         const std::uint32_t row = FindRow(RowOf(key));
         return row == kNone ? kNone : m_rows[row].at[key & 15];
     }
+    void FetchAhead(const K& key) const {
+        const std::uint32_t row = FindRow(RowOf(key));
+        if (row != kNone) __builtin_prefetch(&m_rows[row].at[key & 15]);
+    }
     bool HasRoomFor(std::size_t) const { return (m_rows.size() + 1) * 2 <= m_slots.size(); }
     void Enter(const K& key, std::uint32_t i) {
         const std::size_t mask = m_slots.size() - 1;
@@ -394,6 +398,11 @@ public:
     }
     const V* Find(const K& key) const { return const_cast<CMapOf*>(this)->Find(key); }
     bool Contains(const K& key) const { return Locate(key) != kNone; }
+    /// Has the processor fetch what a search for a key of an identity map will need, while other work goes on.
+    void FetchAhead(const K& key) const {
+        if constexpr (std::is_unsigned_v<K>)
+            if (m_index) m_index->find.FetchAhead(key);
+    }
     V& operator[](const K& key) { return At(Enter(key).first).value; }
     void SetAt(const K& key, const V& value) { (*this)[key] = value; }
     /// Enters the pair unless the key is there; true when it was entered.

@@ -121,6 +121,7 @@ TEST(Index, NothingIsLostFarOut) {
             EXPECT_TRUE(Offers(db, CFRect(x - reach, x - reach, x + reach, x + reach), points[i])) << stray << " at " << x;
             EXPECT_TRUE(Offers(db, CFRect(-inf, -inf, inf, inf), points[i])) << stray << " at " << x;
             EXPECT_FALSE(Offers(db, CFRect(nan, 0, nan, 0), points[i])) << stray << " at " << x;
+            EXPECT_FALSE(Offers(db, CFRect(3e38f, 0, -3e38f, 3e38f), points[i])) << stray << " the wrong way round, at " << x;
             ++i;
         }
     }

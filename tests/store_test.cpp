@@ -1,9 +1,11 @@
 // The store of components: the log and its limits, who owns what, families, walks, the view's sets.
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <random>
 #include <set>
 #include <string>
+#include <vector>
 
 #include "geometry/fcoor.h"
 #include "model/draw_graph.h"
@@ -280,6 +282,21 @@ TEST_F(Store, AddingAgainWhatHasLeft) {
     log.DeleteGouJian(a);
     log.UndoInit();
     EXPECT_EQ(CProbe::s_live, 60) << "the last record that named it has freed it";
+}
+
+TEST_F(Store, EachContainerKnowsItsOwn) {
+    std::vector<std::unique_ptr<CLog>> logs;  // more than have a number of their own
+    std::vector<CProbe*> probes;
+    for (int i = 0; i < 70; ++i) probes.push_back(logs.emplace_back(std::make_unique<CLog>())->Put());
+    logs[3] = std::make_unique<CLog>();  // takes over the number that the old one gave back
+    probes[3] = logs[3]->Put();
+    for (std::size_t i = 0; i < logs.size(); ++i)
+        for (std::size_t k = 0; k < logs.size(); ++k) {
+            ASSERT_EQ(logs[i]->Holds(probes[k]), i == k) << i << ", " << k;
+            if (i != k) {
+                ASSERT_EQ(logs[i]->DeleteGouJian(probes[k]), 0) << i << ", " << k;
+            }
+        }
 }
 
 TEST_F(Store, RandomEditsLeakNothing) {
