@@ -45,6 +45,7 @@ public:
     void ForEachNodeNear(float x, float y, float t, F f) const {
         m_cNodes.ForEachIn({x - t, y - t, x + t, y + t}, [&](std::uint32_t, const CSpatialHash::Record& r) { f(r.component); });
     }
+    void FetchNodesNear(float x, float y) const { m_cNodes.FetchAhead(x, y); }
     /// Components other than nodes whose entered box meets `rect`, by ascending identity. With a section given
     /// (x, y of both ends) only those that may come within `margin` of it.
     void OthersIn(const CFRect& rect, std::vector<CGouJianEx*>& out) const;

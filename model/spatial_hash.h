@@ -53,6 +53,11 @@ public:
     /// The same for boxes within `margin` of the straight section from a to b, and a few more beside it.
     template <class F>
     void ForEachAlong(float ax, float ay, float bx, float by, float margin, F f) const;
+    /// Has the processor fetch the cells about a point on the first layer, while other work goes on.
+    void FetchAhead(float x, float y) const {
+        const std::int64_t ix = CellOf(x, m_smallest), iy = CellOf(y, m_smallest);
+        if (const Block* block = FindBlock(BlockKey(0, ix, iy))) __builtin_prefetch(block);
+    }
     template <class F>
     void ForEach(F f) const {
         for (std::uint32_t i = 0; i < m_records.size(); ++i)

@@ -191,6 +191,7 @@ CGjNetLine* CGridDataBase::FindEqualLine(CGjNetNode* a, CGjNetNode* b, int arc, 
 }
 
 CGjNetLine* CGridDataBase::AddNetLine(CFPoint p1, CFPoint p2, int arc, float bulge) {
+    ReadyIndex().FetchNodesNear(p2.x, p2.y);
     // Both nodes stay, also when the line is refused.
     CGjNetNode* a = AddNetNode(p1.x, p1.y);
     CGjNetNode* b = AddNetNode(p2.x, p2.y);
