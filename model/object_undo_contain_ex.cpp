@@ -58,6 +58,10 @@ void CObjectUndoContainEx::FetchAhead(const CGouJianEx* pGouJian) const {
     m_mapGouJian.FetchAhead(pGouJian->get_m_dwGouJianID());
 }
 
+void CObjectUndoContainEx::FetchEntryAhead(const CGouJianEx* pGouJian) const {
+    m_mapGouJian.FetchEntryAhead(pGouJian->get_m_dwGouJianID());
+}
+
 int CObjectUndoContainEx::AddGoujian(CGouJianEx* pGouJian) {
     if (!pGouJian || IsHeld(pGouJian)) return 0;
     SetNextXuHaoToMap(pGouJian->get_Gjlx(), pGouJian->get_m_dwGouJianID() & 0xFFFFFF);

@@ -37,6 +37,7 @@ public:
     bool Holds(const CGouJianEx* pGouJian) const;
     /// Has the processor fetch what a deletion of the component will need, while other work goes on.
     void FetchAhead(const CGouJianEx* pGouJian) const;
+    void FetchEntryAhead(const CGouJianEx* pGouJian) const;  // the rest, a while after
     /// Frees the records and what they own, then the components of the list, and empties both and the map.
     void DestroyData();
 

@@ -184,6 +184,8 @@ private:
     void LetGoOfNet(CGouJianEx* obj);
 
     void CollectBreakCandidates(CGjNetLine* line, std::vector<CGouJianEx*>& near);
+    void FetchAhead(CGjNetLine* line);
+    void FetchRestAhead(CGjNetLine* line);
     void BreakNow(CGjNetLine* line);
     void ReplaceByStraightParts(CGjNetLine* l, CArray<CFPoint>& points, CArray<CGouJianEx*>& riders);
     void ReplaceByArcParts(CGjNetLine* l, CArray<CFPoint>& points, CArray<CGouJianEx*>& riders);

@@ -54,8 +54,29 @@ void CGridDataBase::CollectBreakCandidates(CGjNetLine* line, std::vector<CGouJia
     else
         index.OthersAlong(line->m_pStartNode->m_fX, line->m_pStartNode->m_fY, line->m_pEndNode->m_fX, line->m_pEndNode->m_fY, reach, near);
     std::erase_if(near, [&](CGouJianEx* obj) {
-        return obj == line || obj->QueryBasicType() != kBasicLine || !CanBreakNetLine(static_cast<CGjNetLine*>(obj));
+        if (obj == line || obj->QueryBasicType() != kBasicLine) return true;
+        auto* other = static_cast<CGjNetLine*>(obj);
+        __builtin_prefetch(&other->m_pStartNode);  // what the intersection reads of it
+        __builtin_prefetch(&other->m_fStartX);
+        return !CanBreakNetLine(other);
     });
+}
+
+// In a big model the way to a line that is to go is a row of waits for memory: components, maps, lists and stars lie
+// far apart. The processor is told of them in two steps, the second when the first has brought where they are.
+void CGridDataBase::FetchAhead(CGjNetLine* line) {
+    m_cContain.FetchAhead(line);
+    m_mapFamily[line->get_Gjlx()].FetchAhead(line->get_m_dwGouJianID());
+    __builtin_prefetch(line->m_pStartNode);
+    __builtin_prefetch(line->m_pEndNode);
+}
+
+void CGridDataBase::FetchRestAhead(CGjNetLine* line) {
+    m_cContain.FetchEntryAhead(line);
+    m_mapFamily[line->get_Gjlx()].FetchEntryAhead(line->get_m_dwGouJianID());
+    __builtin_prefetch(line->m_pStartNode->m_pStar);
+    __builtin_prefetch(line->m_pEndNode->m_pStar);
+    __builtin_prefetch(line->m_pStartNode->m_pFirstPair);
 }
 
 void CGridDataBase::BreakNow(CGjNetLine* line) {
@@ -73,11 +94,7 @@ void CGridDataBase::BreakNow(CGjNetLine* line) {
     points.Reserve(breaks.GetSize());
     for (const CBreakNode& b : breaks) {
         points.Add(b.m_cPoint);
-        // Its turn comes when the line has been cut; in a big model the way to it is a row of waits for memory.
-        m_cContain.FetchAhead(b.m_pLine);
-        m_mapFamily[b.m_pLine->get_Gjlx()].FetchAhead(b.m_pLine->get_m_dwGouJianID());
-        __builtin_prefetch(b.m_pLine->m_pStartNode);
-        __builtin_prefetch(b.m_pLine->m_pEndNode);
+        FetchAhead(b.m_pLine);  // its turn comes when the line has been cut
     }
     BreakOneNetLine(line, points);
     // Each crossed line is cut once, at all of its crossings.
@@ -85,6 +102,7 @@ void CGridDataBase::BreakNow(CGjNetLine* line) {
         CGjNetLine* other = breaks[i].m_pLine;
         points.RemoveAll();
         for (; i < breaks.GetSize() && breaks[i].m_pLine == other; ++i) points.Add(breaks[i].m_cPoint);
+        if (i < breaks.GetSize()) FetchRestAhead(breaks[i].m_pLine);
         BreakOneNetLine(other, points);
     }
 }
@@ -114,6 +132,7 @@ void CGridDataBase::ReplaceByStraightParts(CGjNetLine* l, CArray<CFPoint>& point
     CGjNetNode* last = nullptr;  // the node of the point before, while no node has come or gone since
     unsigned lastEdits = 0;
     for (int i = 0; i + 1 < points.GetSize(); ++i) {
+        if (i + 2 < points.GetSize()) m_pIndex->FetchNodesNear(points[i + 2].x, points[i + 2].y);
         CGjNetNode* a = last && lastEdits == m_nNodeEdits ? last : AddNetNode(points[i].x, points[i].y);
         CGjNetNode* b = AddNetNode(points[i + 1].x, points[i + 1].y);
         last = b;

@@ -403,6 +403,13 @@ public:
         if constexpr (std::is_unsigned_v<K>)
             if (m_index) m_index->find.FetchAhead(key);
     }
+    /// The same for the entry that the search ends at; a while after FetchAhead, or it has to wait itself.
+    void FetchEntryAhead(const K& key) const {
+        if constexpr (std::is_unsigned_v<K>) {
+            const std::uint32_t i = m_index ? Locate(key) : kNone;
+            if (i != kNone) __builtin_prefetch(&m_index->entries[i]);
+        }
+    }
     V& operator[](const K& key) { return At(Enter(key).first).value; }
     void SetAt(const K& key, const V& value) { (*this)[key] = value; }
     /// Enters the pair unless the key is there; true when it was entered.
