@@ -95,7 +95,8 @@ void CGjNetLine::__CalcLength() {
 
 // Along the line, away from each end. A result below 0 stays below 0.
 void CGjNetLine::__CalcTangentAngle() {
-    m_fStartTangent = Below360(get_line_angle(m_fStartX, m_fStartY, m_fEndX, m_fEndY) * 180.0f / kHalfTurnF + m_fBulge);
+    const float chord = m_nArc ? get_line_angle(m_fStartX, m_fStartY, m_fEndX, m_fEndY) : m_fStartDir;
+    m_fStartTangent = Below360(chord * 180.0f / kHalfTurnF + m_fBulge);
     m_fEndTangent = Below360(get_line_angle(m_fEndX, m_fEndY, m_fStartX, m_fStartY) * 180.0f / kHalfTurnF - m_fBulge);
 }
 

@@ -276,7 +276,7 @@ private:
     std::vector<std::uint32_t, CPoolAllocator<std::uint32_t>> m_slots;  // a power of two
 };
 
-/// The same for whole numbers that mostly come in runs, as identities do: sixteen neighbouring numbers share a
+/// The same for whole numbers that mostly come in runs, as identities do: sixty-four neighbouring numbers share a
 /// row, and rows are found by hash. A run is entered almost without cache misses, growing moves rows' places
 /// alone, and whether a number is there is known without a look at its entry.
 template <class K>
@@ -287,11 +287,11 @@ public:
     template <class Entries>
     std::uint32_t Find(const K& key, const Entries&) const {
         const std::uint32_t row = FindRow(RowOf(key));
-        return row == kNone ? kNone : m_rows[row].at[key & 15];
+        return row == kNone ? kNone : m_rows[row].at[key & (kRow - 1)];
     }
     void FetchAhead(const K& key) const {
         const std::uint32_t row = FindRow(RowOf(key));
-        if (row != kNone) __builtin_prefetch(&m_rows[row].at[key & 15]);
+        if (row != kNone) __builtin_prefetch(&m_rows[row].at[key & (kRow - 1)]);
     }
     bool HasRoomFor(std::size_t) const { return (m_rows.size() + 1) * 2 <= m_slots.size(); }
     void Enter(const K& key, std::uint32_t i) {
@@ -302,20 +302,20 @@ public:
         if (m_slots[s].row == kNone) {
             m_slots[s] = {number, static_cast<std::uint32_t>(m_rows.size())};
             Row fresh;
-            std::fill_n(fresh.at, 16, kNone);
+            std::fill_n(fresh.at, kRow, kNone);
             m_rows.push_back(fresh);
         }
-        m_rows[m_slots[s].row].at[key & 15] = i;
+        m_rows[m_slots[s].row].at[key & (kRow - 1)] = i;
     }
     template <class Entries>
     void Remove(const K& key, std::uint32_t, const Entries&) {
-        m_rows[FindRow(RowOf(key))].at[key & 15] = kNone;
+        m_rows[FindRow(RowOf(key))].at[key & (kRow - 1)] = kNone;
     }
     template <class Entries>
     void Rebuild(const Entries& entries) {
         const std::size_t rows = m_rows.size();
         m_rows = {};
-        m_slots.assign(std::bit_ceil(4 * (std::max(rows, entries.size() / 16) + 1)), Slot{0, kNone});
+        m_slots.assign(std::bit_ceil(4 * (std::max(rows, entries.size() / kRow) + 1)), Slot{0, kNone});
         for (std::size_t i = 0; i < entries.size(); ++i) {
             if (!HasRoomFor(0)) GrowSlots();
             Enter(entries[i].key, static_cast<std::uint32_t>(i));
@@ -334,12 +334,13 @@ public:
     }
 
 private:
-    struct Row { std::uint32_t at[16]; };
+    static constexpr std::size_t kRow = 64;  // the table of rows of a big model still stays in the cache
+    struct Row { std::uint32_t at[kRow]; };
     struct Slot {
         std::uint64_t number;
         std::uint32_t row;  // kNone: free
     };
-    static std::uint64_t RowOf(const K& key) { return static_cast<std::uint64_t>(key) >> 4; }
+    static std::uint64_t RowOf(const K& key) { return static_cast<std::uint64_t>(key) / kRow; }
     std::size_t Place(std::uint64_t number) const {
         return ((number * 0x9E3779B97F4A7C15ull) >> 32) & (m_slots.size() - 1);
     }
