@@ -13,6 +13,7 @@
 #include "host/net_json.h"
 #include "host/net_walk.h"
 #include "host/picture.h"
+#include "host/script_command.h"
 #include "host/script_line.h"
 #include "host/svg_writer.h"
 #include "model/profile.h"
@@ -21,16 +22,7 @@
 
 namespace {
 
-using Words = std::vector<std::string>;  // of one line; the command's name comes first
-
-/// One command: how it reads, what it does. `least` and `most` count the words behind the name; most -1 is any number.
-struct ScriptCommand {
-    const char* name;
-    const char* arguments;
-    int least, most;
-    void (*run)(Script& script, const Words& words);
-    const char* help;
-};
+using Words = ScriptWords;
 
 float Coordinate(const Words& words, std::size_t i) {
     static const char* const names[] = {"", "X1", "Y1", "X2", "Y2", "X3", "Y3"};
@@ -200,6 +192,16 @@ constexpr ScriptCommand kCommands[] = {
     {"png", "FILE W H", 3, 3, RunPng, "draw the model as PNG, W by H pixels"},
 };
 
+// The families, in the order in which the help tells them.
+const std::span<const ScriptCommand> kFamilies[] = {kCommands};
+
+const ScriptCommand& FindCommand(const std::string& name) {
+    for (const auto& family : kFamilies)
+        for (const ScriptCommand& command : family)
+            if (name == command.name) return command;
+    throw ScriptFailure{"there is no command '" + name + "'"};
+}
+
 void CheckCount(const ScriptCommand& command, int count) {
     if (count >= command.least && (command.most < 0 || count <= command.most)) return;
     throw ScriptFailure{std::string(command.name) + " takes " +
@@ -212,12 +214,10 @@ void CheckCount(const ScriptCommand& command, int count) {
 void Script::Run(std::string_view line) {
     const Words words = SplitScriptLine(line);
     if (words.empty()) return;
-    const auto command = std::find_if(std::begin(kCommands), std::end(kCommands),
-                                      [&](const ScriptCommand& c) { return words[0] == c.name; });
-    if (command == std::end(kCommands)) throw ScriptFailure{"there is no command '" + words[0] + "'"};
-    CheckCount(*command, static_cast<int>(words.size()) - 1);
+    const ScriptCommand& command = FindCommand(words[0]);
+    CheckCount(command, static_cast<int>(words.size()) - 1);
     try {
-        command->run(*this, words);
+        command.run(*this, words);
     } catch (const DataFailure& failure) {
         throw ScriptFailure{failure.what()};
     }
@@ -225,10 +225,12 @@ void Script::Run(std::string_view line) {
 
 std::string Script::Help() {
     std::string text;
-    for (const ScriptCommand& command : kCommands) {
-        std::string head = std::string("  ") + command.name + " " + command.arguments;
-        head.resize(std::max<std::size_t>(head.size() + 2, 32), ' ');
-        text += head + command.help + "\n";
+    for (const auto& family : kFamilies) {
+        for (const ScriptCommand& command : family) {
+            std::string head = std::string("  ") + command.name + " " + command.arguments;
+            head.resize(std::max<std::size_t>(head.size() + 2, 32), ' ');
+            text += head + command.help + "\n";
+        }
     }
     return text;
 }

@@ -1,0 +1,19 @@
+// What a command of a script is. Families of commands stand in files of their own (script_*.cpp).
+#pragma once
+#include <span>
+#include <string>
+#include <vector>
+
+class Script;
+
+using ScriptWords = std::vector<std::string>;  // of one line; the command's name comes first
+
+/// One command: how it reads, what it does. `least` and `most` count the words behind the name; most -1 is any number.
+/// `run` may throw ScriptFailure and DataFailure, with the net as it was.
+struct ScriptCommand {
+    const char* name;
+    const char* arguments;
+    int least, most;
+    void (*run)(Script& script, const ScriptWords& words);
+    const char* help;
+};
