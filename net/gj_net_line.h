@@ -31,6 +31,12 @@ public:
     int DrawGraph(CDrawGraph* g) override;
     void GetDrawInfo(unsigned char mode, char kind, unsigned long& colour, int& width) override;
     int QueryBasicType() override { return kBasicLine; }
+    // Text and binary form. The readers find both nodes in the current data base; 0 when one is missing, for a wrong
+    // key line and at the end of the file. Type byte 2 and status 0 afterwards, whatever was read.
+    int SaveData(std::FILE* file) override;
+    int LoadData(std::FILE* file) override;
+    int WriteBinary(std::FILE* file) override;
+    int ReadBinary(std::FILE* file) override;
     CFPoint GetSortPoint() override { return {m_fMidX, m_fMidY, 0}; }
 
     // --- the caches ---
@@ -86,6 +92,7 @@ public:
     float m_fChordLength = 0;  // straight distance from start to end
     int m_nSpare = 0;          // copied, never read
     CFShape m_cShape;          // the line as a shape
+    int m_bFullCircle = 0;     // set for the synthetic side of a plate that is a whole circle; copied, never saved
 
 protected:
     void __CalcStartEndPoint();

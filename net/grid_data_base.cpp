@@ -35,12 +35,15 @@ void CGridDataBase::OnInitialize() {
     m_cBackgrnd.m_strKuaY = "6*25";
     m_cBackgrnd.m_strKuaZ = "0*0";
     std::fill(g_cGjStatus + 1, g_cGjStatus + kTypeCount, 0);
+    m_bWeiBanWholeNet = 1;
+    m_bCombineMode = m_bCombineFilter = 0;
+    m_byteCombineType = GJLX_MIAN;
 }
 
 void CGridDataBase::OnDestroyData() {
     for (POSITION p = m_mapStar.GetStartPosition(); p;) DropStar(m_mapStar.GetNext(p)->m_pNode);
     for (POSITION p = m_mapBinaryStar.GetStartPosition(); p;) DropBinaryStar(m_mapBinaryStar.GetNext(p));
-    m_mapPlateWay.RemoveAll();
+    DropPlateWays();
     m_mapBanBianInsert.RemoveAll();
     m_mapBanBianRemove.RemoveAll();
     m_aPendingBreak.clear();
@@ -57,7 +60,7 @@ void CGridDataBase::LetGoOfNet(CGouJianEx* obj) {
         case kBasicLine:
             drop(m_mapBanBianInsert);
             drop(m_mapBanBianRemove);
-            m_mapPlateWay.RemoveKey(static_cast<CGjNetLine*>(obj));
+            LetGoOfBorder(static_cast<CGjNetLine*>(obj));
             break;
         case kBasicNode: {  // a host may have deleted it with lines standing
             auto* node = static_cast<CGjNetNode*>(obj);
@@ -65,6 +68,7 @@ void CGridDataBase::LetGoOfNet(CGouJianEx* obj) {
             while (node->m_pFirstPair) DropBinaryStar(node->m_pFirstPair);
             break;
         }
+        case kBasicPlate: LetGoOfPlate(obj); break;
         default: break;
     }
 }
@@ -73,6 +77,7 @@ void CGridDataBase::OnAddGouJian(CGouJianEx* obj) {
     switch (obj->QueryBasicType()) {
         case kBasicNode: NetNodeMaintain(static_cast<CGjNetNode*>(obj), 1); break;
         case kBasicLine: NetLineMaintain(static_cast<CGjNetLine*>(obj), 1); break;
+        case kBasicPlate: MaintainPlate(obj, 1); break;
         default: break;
     }
     CTvoDataBase::OnAddGouJian(obj);
@@ -82,18 +87,10 @@ void CGridDataBase::OnDelGouJian(CGouJianEx* obj) {
     switch (obj->QueryBasicType()) {
         case kBasicNode: NetNodeMaintain(static_cast<CGjNetNode*>(obj), 2); break;
         case kBasicLine: NetLineMaintain(static_cast<CGjNetLine*>(obj), 2); break;
+        case kBasicPlate: MaintainPlate(obj, 2); break;
         default: break;
     }
     CTvoDataBase::OnDelGouJian(obj);
-}
-
-void CGridDataBase::PrepareDPC() {
-    m_mapBanBianInsert.RemoveAll();
-    m_mapBanBianRemove.RemoveAll();
-}
-void CGridDataBase::CompleteDPC() {
-    m_mapBanBianInsert.RemoveAll();
-    m_mapBanBianRemove.RemoveAll();
 }
 
 // --- nodes ------------------------------------------------------------------------------------------------

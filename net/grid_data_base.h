@@ -12,6 +12,7 @@
 
 class CMianGouJian;
 class CPlateWay;
+class CWeiBan;
 
 /// A data base that keeps its net clean: ends snap to nodes, no line is stored twice, lines that cross are
 /// broken at the crossing, and collinear pieces merge again where the host agrees. Nodes and lines are ordinary
@@ -39,14 +40,21 @@ public:
     /// Host: makes a line of its own class, calculated, not in the store. With `normalize` a straight line
     /// within 0.1 of vertical points upwards.
     virtual CGjNetLine* CreateNetLineObj(CGjNetNode* a, CGjNetNode* b, int arc, float bulge, int normalize);
+    /// Host: appends the types whose components are lines to walk from.
     virtual void QueryWeiBanType(CArray<unsigned char>& types) { types.Add(GJLX_NET_LINE); }
-    virtual int CanJionWeiBan(CGjNetLine*) { return 1; }
-    virtual unsigned char QueryMainGouJianType() { return GJLX_MIAN; }
-    virtual CMianGouJian* InstanceMianGouJian(int) { return nullptr; }
-    virtual void AddMianGouJian(CMianGouJian*) {}
+    /// Host: does the line count as a border? Here all do; while combining only those of m_mapCombineLine.
+    virtual int CanJionWeiBan(CGjNetLine* line);
+    /// Host: the type of plates that follow the net; while combining m_byteCombineType.
+    virtual unsigned char QueryMainGouJianType();
+    /// Host: makes a plate of its own class, with an identity, not in the store. Type 0 is a plate, 1 an outer
+    /// contour, which is a plate here too. Null refuses it.
+    virtual CMianGouJian* InstanceMianGouJian(int type);
+    virtual void AddMianGouJian(CMianGouJian* plate);
+    /// Host: the component that hangs on a plate, or null.
     virtual CGouJianEx* QueryGouJianDependentOnMianGouJian(CMianGouJian*) { return nullptr; }
     virtual void DeleteGouJianDependentOnMianGouJian(CMianGouJian*) {}
-    virtual void CreateGouJianDependentOnMianGouJian(CMianGouJian*, CGouJianEx*, CMianGouJian*) {}
+    /// Host: hangs on the replacement what hung on the old plate, which is out of the store by now, and alive.
+    virtual void CreateGouJianDependentOnMianGouJian(CMianGouJian* /*old*/, CGouJianEx* /*dependent*/, CMianGouJian* /*replacement*/) {}
     /// Host: may the line break others and be broken? Here: it stands on the current storey.
     virtual int CanBreakNetLine(CGjNetLine* line) { return line->m_nCeng == m_nCurCeng; }
     /// Breaks a line and all that it crosses at the crossings; overlaps are rewritten.
@@ -65,8 +73,10 @@ public:
     }
     /// Host: may a node go? Here never.
     virtual int IsIndependentNetNode(CGjNetNode*) { return 0; }
-    virtual int IsSamePlate(CMianGouJian*, CMianGouJian*, float, float) { return 0; }
-    virtual int IsSamePlateByBorder(CMianGouJian*, CMianGouJian*) { return 0; }
+    /// Centroids nearer than fDist, and areas that differ by less than the part fArea of the smaller.
+    virtual int IsSamePlate(CMianGouJian* a, CMianGouJian* b, float fDist, float fArea);
+    /// The same outline, walked the same way round; it may start at another vertex.
+    virtual int IsSamePlateByBorder(CMianGouJian* a, CMianGouJian* b);
 
     // --- nodes ---
     /// The node at that place, made if need be. One within the net tolerance is returned as it stands.
@@ -153,26 +163,59 @@ public:
     CGjNetLine* GetMergedNetLine(CGjNetLine* l1, CGjNetLine* l2, int mode);  // not stored
     int GetMergedArcData(CGjNetLine* l1, CGjNetLine* l2, int mode, float& startX, float& startY, float& endX, float& endY, float& bulge);
 
-    // --- what plates will need ---
+    // --- plates ---
+    /// Deletes all plates of the main type, walks the whole net and forms them afresh.
+    void DoWeiBan();
+    // The bracket about a batch of edits, after which the plates are right again. A new plate that stands where
+    // an old one stood (IsSamePlate within 2.0 and 1 percent) takes over its data and what hangs on it.
     void PrepareDPC();   // begins to gather the lines that change
-    void CompleteDPC();
+    void CompleteDPC();  // replaces the plates that they touch
+    // For hosts that want a line looked at again.
     void InsertIntoBanBian(CGjNetLine* line);
     void RemoveFromBanBian(CGjNetLine* line);  // enters the line among those removed: an insertion too
+    void MainGouJianMaintain(CMianGouJian* plate, int op);  // op 1 enters the plate in the ways of its lines, any other removes it
+    /// The object and its border of a finished walk; not stored, null when the host refuses it. `type` 0 is a plate,
+    /// 1 an outer contour; lines and flags (1 along the line, 0 against it) are rotated so that no side is split.
+    CMianGouJian* CreateBanObject(int type, CArray<CGjNetLine*>& lines, CArray<int>& flags, int number);
+    CMianGouJian* CreateJianTuBanObject(int type, CArray<CGjNetLine*>& lines, int, CArray<int>& flags, int number) {
+        return CreateBanObject(type, lines, flags, number);
+    }
+    /// Rotates the lines of a walk so that it begins with the first line of a straight side or arc (tol in degrees).
+    void AdjustBanBianOrder(CArray<CGjNetLine*>& lines, CArray<int>& flags, float tolerance);
+    /// Forms plates of one type from the border lines of others alone; all plates of that type are replaced.
+    /// `out` receives those with the tag, which a host's InstanceMianGouJian puts on them. The size of `out`.
+    int CombineMianGouJian(CArray<CMianGouJian*>& in, CArray<CMianGouJian*>& out, unsigned char type, unsigned long tag);
+    /// A plate of the type (0: of the plate's own) with all the plate's vertices strictly inside, or null. Of several
+    /// not always the smallest.
+    CMianGouJian* GetEmbracingPlate(CMianGouJian* plate, unsigned char type);
+    /// Appends the plates of its type and of those listed (may be null) whose vertices lie strictly inside. The size of `out`.
+    int GetPlateInPlate(CMianGouJian* plate, CArray<CMianGouJian*>& out, CByteArray* types);
+    int IsPlateInsidePlate(CMianGouJian* outer, CMianGouJian* inner);  // touching from inside counts
+    // Each appends and gives the size of `out`.
+    int GetBanAround(CMianGouJian* plate, CArray<CMianGouJian*>& out);    // other plates on its lines, by identity
+    int GetBounderyPlate(CGjNetLine* line, CArray<CMianGouJian*>& out);  // plates that the line borders
+    /// Enters the plates that a new line may cut.
+    int GetStridePlate(CGjNetLine* line, CMap<unsigned long, unsigned long, CGouJianEx*, CGouJianEx*>& out);
 
     CArray<unsigned char> m_aNetNodeTypes;  // node type bytes seen so far
     CArray<unsigned char> m_aNetLineTypes;  // line type bytes seen so far
     int m_bLineSwapped = 0;     // the last AddNetLine exchanged its end points
     int m_bLineDegenerate = 0;  // it made no line, since the ends coincide
     int m_bLineExisted = 0;     // it returned a line that was there
-    int m_bCombineMode = 0;     // for plates
+    int m_bCombineMode = 0;     // 1 during CombineMianGouJian
     int m_bAutoBreak = 1;       // AddNetLine breaks the new line at crossings
     int m_bAutoMerge = 1;       // merging after a deletion is allowed
     float m_fAngleTolerance = 0.0017453294f;  // a tenth of a degree, radians
     CStarMap m_mapStar;              // star by node; owned
     CBinaryStarMap m_mapBinaryStar;  // star by key of a pair; owned
-    CMap<CGjNetLine*, CPlateWay*> m_mapPlateWay;          // for plates
+    CMap<CGjNetLine*, CPlateWay*> m_mapPlateWay;          // the plates on either side of a line; owned
     CMap<unsigned long, unsigned long, CGouJianEx*, CGouJianEx*> m_mapBanBianInsert;  // lines added since PrepareDPC
     CMap<unsigned long, unsigned long, CGouJianEx*, CGouJianEx*> m_mapBanBianRemove;  // lines deleted since then
+    int m_bWeiBanWholeNet = 1;  // 0: walks see the inserted lines alone, and a new line is not tested against regions
+    int m_bCombineFilter = 0;   // 1 during CombineMianGouJian: only m_mapCombineLine counts
+    unsigned char m_byteCombineType = GJLX_MIAN;  // plate type during combining
+    std::uint32_t m_dwCombineTag = 0;             // for the InstanceMianGouJian of a host to put on its new plates
+    CMap<unsigned long, unsigned long, CGjNetLine*, CGjNetLine*> m_mapCombineLine;  // the lines that count while combining
 
 private:
     CStar* StarOf(CGjNetNode* node);       // makes it when missing
@@ -182,6 +225,10 @@ private:
     bool HasStraightLine(CGjNetNode* a, CGjNetNode* b);
     CGjNetLine* FindEqualLine(CGjNetNode* a, CGjNetNode* b, int arc, float bulge);
     void LetGoOfNet(CGouJianEx* obj);
+    void MaintainPlate(CGouJianEx* plate, int op);
+    void LetGoOfBorder(CGjNetLine* line);
+    void LetGoOfPlate(CGouJianEx* plate);
+    void DropPlateWays();
 
     void CollectBreakCandidates(CGjNetLine* line, std::vector<CGouJianEx*>& near);
     void FetchAhead(CGjNetLine* line);
@@ -200,6 +247,9 @@ private:
     std::vector<std::uint32_t> m_aPendingBreak;  // lines whose turn comes when the stack has unwound
     std::vector<CGouJianEx*> m_aNear;         // the lines near the one that BreakNetLine is at
     unsigned m_nNodeEdits = 0;                // counts nodes added and removed
+    // Plates may outlive their lines, in the store and in the log.
+    CMap<CGjNetLine*, CPlateWay*> m_mapGoneWay;  // plates of the log that name a line which left before them; owned
+    CMap<unsigned long, unsigned long, CGouJianEx*, CGouJianEx*> m_mapStalePlate;  // plates whose line was freed; next CompleteDPC
 };
 
 /// The net data base initialised last, or null: what is read from files finds its nodes there.
