@@ -33,6 +33,25 @@ float get_line_angle(float x1, float y1, float x2, float y2) {
     return a >= kFullTurnF ? 0 : a;
 }
 
+namespace {
+
+// The angle at a point between the directions to two others, in degrees.
+float AngleAt(float x, float y, float ax, float ay, float bx, float by) {
+    const double ux = static_cast<double>(ax) - x, uy = static_cast<double>(ay) - y;
+    const double vx = static_cast<double>(bx) - x, vy = static_cast<double>(by) - y;
+    if ((ux == 0 && uy == 0) || (vx == 0 && vy == 0)) return 0;
+    return static_cast<float>(std::atan2(std::fabs(ux * vy - uy * vx), ux * vx + uy * vy) * 180 / tolerance::kPi);
+}
+
+}  // namespace
+
+void get_triangle_inter_angle(float x1, float y1, float x2, float y2, float x3, float y3, float& angle1, float& angle2,
+                              float& angle3) {
+    angle1 = AngleAt(x1, y1, x2, y2, x3, y3);
+    angle2 = AngleAt(x2, y2, x3, y3, x1, y1);
+    angle3 = AngleAt(x3, y3, x1, y1, x2, y2);
+}
+
 void swap_float(float* a, float* b) { std::swap(*a, *b); }
 
 void shift_coordinate(float dx, float dy, float* x, float* y) {

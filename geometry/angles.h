@@ -12,6 +12,11 @@ float get_dist(float x1, float y1, float x2, float y2);
 /// Coincident points give 0.
 float get_line_angle(float x1, float y1, float x2, float y2);
 
+/// The inner angles of a triangle at its three points, in degrees. Collinear points have 0, 180 and 0; an angle at a
+/// point that coincides with another one is 0.
+void get_triangle_inter_angle(float x1, float y1, float x2, float y2, float x3, float y3, float& angle1, float& angle2,
+                              float& angle3);
+
 void swap_float(float* a, float* b);
 
 void shift_coordinate(float dx, float dy, float* x, float* y);  // adds (dx, dy)

@@ -153,6 +153,7 @@ CGjNetLine* CGjNetLine::Clone() {
     copy->m_fChordLength = m_fChordLength;
     copy->m_nSpare = m_nSpare;
     copy->m_cShape = m_cShape;
+    copy->m_bFullCircle = m_bFullCircle;
     return copy;
 }
 

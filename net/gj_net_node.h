@@ -22,6 +22,13 @@ public:
     void GetDrawInfo(unsigned char mode, char kind, unsigned long& colour, int& width) override;
     int Draw(CDC* dc, CFCoor* coor) override;
     int QueryBasicType() override { return kBasicNode; }
+    // Text and binary form. The text has the coordinates, and its reader leaves those of the object as they are; the
+    // binary form gives them back. 0 for a wrong key line and at the end of the file. Type byte 1 and status 0
+    // afterwards, whatever was read.
+    int SaveData(std::FILE* file) override;
+    int LoadData(std::FILE* file) override;
+    int WriteBinary(std::FILE* file) override;
+    int ReadBinary(std::FILE* file) override;
     CFPoint GetSortPoint() override { return {m_fX, m_fY, 0}; }
 
     float m_fX = 0;    // model units

@@ -11,11 +11,14 @@ public:
     CGjXingZhuangBian() = default;
     CGjXingZhuangBian(const CGjXingZhuangBian&) = default;
     CGjXingZhuangBian& operator=(const CGjXingZhuangBian&) = default;
+    CGjXingZhuangBian(CGjXingZhuangBian&&) noexcept = default;
+    CGjXingZhuangBian& operator=(CGjXingZhuangBian&&) noexcept = default;
     virtual ~CGjXingZhuangBian() = default;
     void CopyData(const CGjXingZhuangBian& other) { *this = other; }
 
-    // Text and binary form. Counts below 0 or over kMostParts are refused with 0. Lines that a text names and
-    // that are not there are passed over in silence; the binary reader stops at the first and gives 0.
+    // Text and binary form. Counts below 0 or over kMostParts are refused with 0, as is a file that ends. Lines that
+    // a text names and that are not there are passed over in silence; the binary reader stops at the first and
+    // gives 0. The writers give 0 when a part could not be written, or names no live line.
     int SaveData(std::FILE* file);
     int LoadData(std::FILE* file);
     int WriteBinary(std::FILE* file);

@@ -145,3 +145,12 @@ int CGridDataBase::GetBounderyPlate(CGjNetLine* line, CArray<CMianGouJian*>& out
         for (CMianGouJian* plate : (*way)->m_arrPlate) out.Add(plate);
     return static_cast<int>(out.GetSize());
 }
+
+void CGridDataBase::PrepareDPC() {
+    m_mapBanBianInsert.RemoveAll();
+    m_mapBanBianRemove.RemoveAll();
+}
+void CGridDataBase::CompleteDPC() {
+    m_mapBanBianInsert.RemoveAll();
+    m_mapBanBianRemove.RemoveAll();
+}

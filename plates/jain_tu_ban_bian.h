@@ -13,7 +13,7 @@ public:
     virtual ~CJainTuBanBian() = default;
     void CopyData(const CJainTuBanBian& other) { *this = other; }
 
-    /// Text: a key line and the data of the live line. 0 when there is none.
+    /// Text: a key line and the data of the live line. When there is none, what was stored of it, and 0.
     int SaveData(std::FILE* file);
     /// Resolves the line by its identity in g_pGridDataBase. 0 for a wrong key line and when there is no such line.
     int LoadData(std::FILE* file);

@@ -31,8 +31,9 @@ public:
     int QueryBasicType() override { return kBasicPlate; }
     /// Text: the border alone. The geometry is calculated after reading.
     int SaveData(std::FILE* file) override;
-    /// 0 for a wrong key line or an impossible count. Lines that are missing are not reported: the plate then has
-    /// no geometry (see HasWholeBorder). Type byte 3 and status 0 afterwards, whatever was read.
+    /// 0 for a wrong key line, an impossible count, a file that ends, and a border that doesn't close. Lines that are
+    /// missing are not reported: the plate then has no geometry (see HasWholeBorder). Type byte 3 and status 0
+    /// afterwards, whatever was read.
     int LoadData(std::FILE* file) override;
     int WriteBinary(std::FILE* file) override;
     int ReadBinary(std::FILE* file) override;
@@ -68,8 +69,8 @@ public:
     /// Every border line is there, and the border closes. False for a plate read from a file that doesn't fit
     /// the net; such a plate has empty figures.
     bool HasWholeBorder() const;
-    /// A border line is about to be freed. The plate keeps its figures and the other lines, and forgets this one, its
-    /// vertices and its synthetic lines.
+    /// A border line is about to be freed. The plate keeps its figures and the other lines, and forgets this one with
+    /// the vertex that it leaves, and all synthetic lines.
     void LetGoOf(CGjNetLine* line);
 
     int m_nXingZhuangBian = 0;                       // number of shape sides
@@ -97,4 +98,12 @@ protected:
     void __CalcRect();
     void __CalcZhouChang();
     void __CalcGeographic();
+
+private:
+    enum class BorderState { kWhole, kOpen, kLineMissing, kEmpty };
+    BorderState StateOfBorder() const;
+    template <class ReadShape>
+    int ReadBorder(int count, ReadShape readShape);
+    void ForgetBorder();
+    void DropSideLines();
 };
