@@ -1,6 +1,7 @@
 // CGridDataBase: the axis net in the component store.
 #pragma once
 #include <cstdint>
+#include <unordered_set>
 #include <vector>
 
 #include "model/tvo_data_base.h"
@@ -225,6 +226,9 @@ private:
     bool HasStraightLine(CGjNetNode* a, CGjNetNode* b);
     CGjNetLine* FindEqualLine(CGjNetNode* a, CGjNetNode* b, int arc, float bulge);
     void LetGoOfNet(CGouJianEx* obj);
+    void GatherStridePlates(CGjNetLine* line, CWeiBan& probe, std::unordered_set<CGjNetLine*>& passed,
+                            CMap<unsigned long, unsigned long, CGouJianEx*, CGouJianEx*>& out);
+    bool IsStridden(CMianGouJian* plate, CGjNetLine* line);
     void MaintainPlate(CGouJianEx* plate, int op);
     void LetGoOfBorder(CGjNetLine* line);
     void LetGoOfPlate(CGouJianEx* plate);

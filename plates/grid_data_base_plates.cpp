@@ -143,14 +143,5 @@ void CGridDataBase::DropPlateWays() {
 int CGridDataBase::GetBounderyPlate(CGjNetLine* line, CArray<CMianGouJian*>& out) {
     if (CPlateWay** way = m_mapPlateWay.Find(line))
         for (CMianGouJian* plate : (*way)->m_arrPlate) out.Add(plate);
-    return static_cast<int>(out.GetSize());
-}
-
-void CGridDataBase::PrepareDPC() {
-    m_mapBanBianInsert.RemoveAll();
-    m_mapBanBianRemove.RemoveAll();
-}
-void CGridDataBase::CompleteDPC() {
-    m_mapBanBianInsert.RemoveAll();
-    m_mapBanBianRemove.RemoveAll();
+    return out.GetSize();
 }

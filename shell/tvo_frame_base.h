@@ -17,6 +17,7 @@ public:
     CTvoViewMgr* GetDtView() const { return m_pView; }
     /// Percent of a long task, 0 to 100.
     virtual void ShowProgress(int /*percent*/) {}
+    virtual void ShutDownProgress() {}  // the task is done
     /// Adds a line to the prompt's history.
     virtual void AppendPromptText(CString /*text*/) {}
 

@@ -38,6 +38,7 @@ const std::set<std::string> kMayCallView = {
     "fields/dxf_import.cpp",           "model/goujian_display.cpp",        "model/goujian_grid.cpp",
     "model/tvo_data_base.cpp",         "model/tvo_data_base_drawing.cpp",  "model/tvo_data_base_index.cpp",
     "model/tvo_data_base_query.cpp",   "net/net_line_object.cpp",
+    "plates/grid_data_base_dpc.cpp",   "plates/grid_data_base_trace.cpp",  "plates/wei_ban.cpp",
 };
 
 /// Headers of geometry that platform may use: values, no behaviour of the model.

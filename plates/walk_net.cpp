@@ -1,0 +1,245 @@
+#include "plates/walk_net.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "geometry/angles.h"
+#include "geometry/tolerance.h"
+#include "net/grid_data_base.h"
+
+namespace {
+
+constexpr float kPi = 3.1415927f, kQuarterTurn = 1.5707964f, kTurn = 6.2831855f;
+
+// An arc is not compared by its tangent but by the chord to a point `r` along it. So a straight line and an arc, or
+// two arcs, that leave the node in the same direction are told apart, and on the right side.
+float LeavingAngle(CGjNetLine* line, const CGjNetNode* node, float r) {
+    if (!line->m_nArc) return line->GetTangentAngle(node) * kPi / 180.0f;
+    float start = 0, end = 0;
+    line->GetDirectionAngle(start, end);
+    const float bend = std::asin(std::clamp(r / 2 / line->GetR(), -1.0f, 1.0f));
+    return node == line->m_pStartNode ? start + kQuarterTurn + bend : end - kQuarterTurn - bend;
+}
+
+}  // namespace
+
+bool CWalkNet::Line::IsLoop() const { return line->m_pStartNode == line->m_pEndNode; }
+
+// --- entries ------------------------------------------------------------------------------------------------
+
+bool CWalkNet::Counts(CGjNetLine* line) const {
+    return m_db.CanJionWeiBan(line) &&
+           (m_db.m_bWeiBanWholeNet || m_db.m_mapBanBianInsert.Contains(line->get_m_dwGouJianID()));
+}
+
+std::uint32_t CWalkNet::Enter(CGjNetLine* line) {
+    std::uint32_t& entry = m_lineByIdentity[line->get_m_dwGouJianID()];  // one more than the place, 0 for a new one
+    if (entry == 0) {
+        m_lines.push_back({line, {kNone, kNone}, Kind::Unknown, kNeither});
+        entry = static_cast<std::uint32_t>(m_lines.size());
+    }
+    return entry - 1;
+}
+
+std::uint32_t CWalkNet::Find(CGjNetLine* line) {
+    if (const std::uint32_t* entry = m_lineByIdentity.Find(line->get_m_dwGouJianID()))
+        return m_lines[*entry - 1].line == line ? *entry - 1 : kNone;
+    CStar* star = nullptr;
+    CGouJianEx** at = m_db.m_mapStar.Lookup(line->m_pStartNode, star) ? star->m_mapLine.Find(line->get_m_dwGouJianID()) : nullptr;
+    return at && *at == line && Counts(line) ? Enter(line) : kNone;
+}
+
+std::uint32_t CWalkNet::NodeFor(CGjNetNode* node) {
+    std::uint32_t& entry = m_nodeByIdentity[node->get_m_dwGouJianID()];
+    if (entry == 0) {
+        m_nodes.push_back({.node = node});
+        entry = static_cast<std::uint32_t>(m_nodes.size());
+    }
+    return entry - 1;
+}
+
+std::uint32_t CWalkNet::NodeOf(std::uint32_t line, int end) {
+    if (m_lines[line].nodes[end] == kNone) {
+        CGjNetNode* node = end == 0 ? m_lines[line].line->m_pStartNode : m_lines[line].line->m_pEndNode;
+        m_lines[line].nodes[end] = NodeFor(node);
+    }
+    return m_lines[line].nodes[end];
+}
+
+std::uint32_t CWalkNet::OtherEnd(std::uint32_t line, std::uint32_t node) {
+    const std::uint32_t start = NodeOf(line, 0);
+    return start == node ? NodeOf(line, 1) : start;
+}
+
+CWalkNet::Span CWalkNet::Raw(std::uint32_t node) {
+    if (!m_nodes[node].rawMade) GatherRaw(node);
+    const std::uint32_t* first = m_raw.data() + m_nodes[node].rawFirst;
+    return {first, first + m_nodes[node].rawCount};
+}
+
+void CWalkNet::GatherRaw(std::uint32_t node) {
+    const auto first = static_cast<std::uint32_t>(m_raw.size());
+    CGjNetNode* centre = m_nodes[node].node;
+    CStar* star = nullptr;
+    if (m_db.m_mapStar.Lookup(centre, star)) star->m_mapLine.ForEach([&](std::uint32_t, CGouJianEx* obj) {
+        auto* line = static_cast<CGjNetLine*>(obj);
+        if (!Counts(line)) return;
+        const std::uint32_t entry = Enter(line);
+        if (m_lines[entry].line != line) return;
+        if (line->m_pStartNode == centre) m_lines[entry].nodes[0] = node;
+        if (line->m_pEndNode == centre) m_lines[entry].nodes[1] = node;
+        m_raw.push_back(entry);
+    });
+    std::sort(m_raw.begin() + first, m_raw.end(), [&](std::uint32_t a, std::uint32_t b) {
+        return m_lines[a].line->get_m_dwGouJianID() < m_lines[b].line->get_m_dwGouJianID();
+    });
+    m_nodes[node].rawFirst = first;
+    m_nodes[node].rawCount = static_cast<std::uint32_t>(m_raw.size()) - first;
+    m_nodes[node].rawMade = true;
+}
+
+// --- thorns -------------------------------------------------------------------------------------------------
+
+bool CWalkNet::IsThorn(std::uint32_t line) {
+    if (m_lines[line].kind == Kind::Unknown) {
+        const bool thorn = SearchThorn(line);
+        m_lines[line].kind = thorn ? Kind::Thorn : Kind::Core;
+    }
+    return m_lines[line].kind == Kind::Thorn;
+}
+
+bool CWalkNet::SearchThorn(std::uint32_t line) {
+    const std::uint32_t ends[2] = {NodeOf(line, 0), NodeOf(line, 1)};
+    if (ends[0] == ends[1]) {
+        // A line from a node to itself is one line there: it stays while another one does.
+        Raw(ends[0]);
+        const std::uint32_t first = m_nodes[ends[0]].rawFirst, last = first + m_nodes[ends[0]].rawCount;
+        for (std::uint32_t i = first; i < last; ++i)
+            if (m_raw[i] != line && (m_lines[m_raw[i]].IsLoop() || !IsThorn(m_raw[i]))) return false;
+        return true;
+    }
+    m_search += 2;
+    std::size_t head[2] = {0, 0};
+    bool alive[2] = {false, false};
+    for (int side = 0; side < 2; ++side) {
+        m_queue[side].assign(1, {ends[side], line});
+        m_nodes[ends[side]].mark = m_search + static_cast<std::uint32_t>(side);
+    }
+    for (int side = 0;; side = alive[1 - side] ? side : 1 - side) {
+        if (alive[side]) return false;  // then both are
+        if (head[side] == m_queue[side].size()) {
+            for (const Step& step : m_queue[side]) m_lines[step.via].kind = Kind::Thorn;  // all that hangs on this end
+            return true;
+        }
+        const Step at = m_queue[side][head[side]++];
+        for (const std::uint32_t next : Raw(at.node)) {
+            if (next == at.via || m_lines[next].kind == Kind::Thorn) continue;
+            if (m_lines[next].kind == Kind::Core || m_lines[next].IsLoop()) {
+                alive[side] = true;
+                break;
+            }
+            const std::uint32_t node = OtherEnd(next, at.node);
+            const std::uint32_t mark = m_nodes[node].mark;
+            if (mark == m_search + static_cast<std::uint32_t>(1 - side)) return false;  // the line lies on something closed
+            if (mark == m_search + static_cast<std::uint32_t>(side)) {
+                alive[side] = true;
+                break;
+            }
+            m_nodes[node].mark = m_search + static_cast<std::uint32_t>(side);
+            m_queue[side].push_back({node, next});
+        }
+    }
+}
+
+// All stars at once, and the ends with a single line from a list of such.
+void CWalkNet::StripAll() {
+    m_stripped = true;
+    const auto stars = static_cast<std::size_t>(m_db.m_mapStar.GetCount());
+    m_nodes.reserve(stars);
+    m_lines.reserve(stars * 2);
+    m_raw.reserve(stars * 4);
+    for (POSITION p = m_db.m_mapStar.GetStartPosition(); p;) Raw(NodeFor(m_db.m_mapStar.GetNext(p)->m_pNode));
+    CutOffThorns();
+    for (Line& line : m_lines)
+        if (line.kind == Kind::Unknown) line.kind = Kind::Core;
+    m_spokes.reserve(m_raw.size());
+}
+
+void CWalkNet::CutOffThorns() {
+    std::vector<std::uint32_t> left(m_nodes.size()), single;
+    for (std::uint32_t n = 0; n < m_nodes.size(); ++n) {
+        left[n] = m_nodes[n].rawCount;
+        if (left[n] == 1) single.push_back(n);
+    }
+    while (!single.empty()) {
+        const std::uint32_t node = single.back();
+        single.pop_back();
+        if (left[node] != 1) continue;  // the other end of its line was cut off first
+        const Span raw = Raw(node);
+        const std::uint32_t line = *std::find_if(raw.begin(), raw.end(), [&](std::uint32_t l) { return m_lines[l].kind != Kind::Thorn; });
+        m_lines[line].kind = Kind::Thorn;
+        left[node] = 0;
+        const std::uint32_t other = OtherEnd(line, node);
+        if (other != node && --left[other] == 1) single.push_back(other);
+    }
+}
+
+// --- walking ------------------------------------------------------------------------------------------------
+
+void CWalkNet::Make(std::uint32_t node) {
+    if (m_nodes[node].made) return;
+    m_nodes[node].made = true;
+    Raw(node);
+    // The searches below may gather other nodes, but not move this one's lines.
+    const std::uint32_t rawFirst = m_nodes[node].rawFirst, rawCount = m_nodes[node].rawCount;
+    for (std::uint32_t i = 0; i < rawCount; ++i) IsThorn(m_raw[rawFirst + i]);
+    m_nodes[node].first = static_cast<std::uint32_t>(m_spokes.size());
+    for (std::uint32_t i = 0; i < rawCount; ++i)
+        if (!IsThorn(m_raw[rawFirst + i])) m_spokes.push_back({m_raw[rawFirst + i], 0});
+    m_nodes[node].count = static_cast<std::uint32_t>(m_spokes.size()) - m_nodes[node].first;
+    SetAngles(node);
+}
+
+void CWalkNet::SetAngles(std::uint32_t node) {
+    float shortest = 100000.0f;
+    Spoke* const first = m_spokes.data() + m_nodes[node].first;
+    Spoke* const last = first + m_nodes[node].count;
+    for (const Spoke* spoke = first; spoke != last; ++spoke) {
+        const CGjNetLine* line = m_lines[spoke->line].line;
+        const float length = line->m_nArc ? line->GetChordLength() : line->GetLength();
+        if (length < shortest) shortest = length;
+    }
+    const float r = shortest * 2 / 3;
+    for (Spoke* spoke = first; spoke != last; ++spoke)
+        spoke->angle = LeavingAngle(m_lines[spoke->line].line, m_nodes[node].node, r);
+}
+
+int CWalkNet::BranchingEnds(std::uint32_t line) {
+    int branching = 0;
+    for (int end = 0; end < 2; ++end) {
+        const std::uint32_t node = NodeOf(line, end);
+        Make(node);
+        branching += m_nodes[node].count > 2;
+    }
+    return branching;
+}
+
+std::uint32_t CWalkNet::Next(std::uint32_t node, std::uint32_t from) {
+    Make(node);
+    const Spoke* const first = m_spokes.data() + m_nodes[node].first;
+    const Spoke* const last = first + m_nodes[node].count;
+    float base = 0;
+    for (const Spoke* spoke = first; spoke != last; ++spoke)
+        if (spoke->line == from) base = Get2PIAngle(spoke->angle);
+    std::uint32_t best = kNone;
+    float bestTurn = kTurn;
+    for (const Spoke* spoke = first; spoke != last; ++spoke) {
+        if (spoke->line == from || m_lines[spoke->line].side == kBoth) continue;
+        const float turn = Get2PIAngle(base - spoke->angle);
+        if (turn < bestTurn) {
+            bestTurn = turn;
+            best = spoke->line;
+        }
+    }
+    return best;
+}

@@ -1,0 +1,102 @@
+// CWalkNet: the net as the walks see it, without thorns. Internal to the library.
+#pragma once
+#include <cstdint>
+#include <vector>
+
+#include "platform/containers.h"
+
+class CGjNetLine;
+class CGjNetNode;
+class CGridDataBase;
+
+/// Which side of each line was walked, and how the walks turn at a node. It is made of the data base's stars as
+/// the walks come by: only what they touch is ever looked at. StripAll looks at everything at once, which is faster
+/// for a run over most of the net.
+///
+/// A thorn is a line that falls when ends with a single line are cut off again and again. A line is none when both
+/// of its ends lead to something that closes, or when it lies on something closed itself; that is decided by a
+/// search from both ends in turns, which in a net of cells ends after a few lines.
+class CWalkNet {
+public:
+    static constexpr std::uint32_t kNone = 0xFFFFFFFF;
+
+    /// Which sides of a line were walked.
+    enum Side : std::int8_t { kBackward = -1, kNeither = 0, kForward = 1, kBoth = 2 };
+
+    explicit CWalkNet(CGridDataBase& db) : m_db(db) {}
+    void StripAll();
+
+    /// The entry of a line of the net that counts, else kNone.
+    std::uint32_t Find(CGjNetLine* line);
+    bool IsThorn(std::uint32_t line);
+    CGjNetLine* LineAt(std::uint32_t line) const { return m_lines[line].line; }
+    Side SideOf(std::uint32_t line) const { return m_lines[line].side; }
+    void SetSide(std::uint32_t line, Side side) { m_lines[line].side = side; }
+    /// Entry of the line's start node (end 0) or end node (end 1).
+    std::uint32_t NodeOf(std::uint32_t line, int end);
+    /// How many of its ends have more than two lines.
+    int BranchingEnds(std::uint32_t line);
+    /// The line to go on by from the node that was reached by `from`: the next one clockwise of which a side is still to
+    /// be walked, or kNone. Of two in the same direction the one with the lower identity.
+    std::uint32_t Next(std::uint32_t node, std::uint32_t from);
+
+    /// Calls f(line) for each line at the node that is no thorn, by ascending identity.
+    template <class F>
+    void ForEachAt(std::uint32_t node, F f) {
+        Make(node);
+        for (std::uint32_t i = 0; i < m_nodes[node].count; ++i) f(m_lines[m_spokes[m_nodes[node].first + i].line].line);
+    }
+    std::uint32_t NodeFor(CGjNetNode* node);
+    bool HasLines(std::uint32_t node) { return !Raw(node).empty(); }
+
+private:
+    enum class Kind : std::uint8_t { Unknown, Thorn, Core };
+    struct Line {
+        CGjNetLine* line;
+        std::uint32_t nodes[2];  // entries of start and end, kNone until asked for
+        Kind kind;
+        Side side;
+        bool IsLoop() const;
+    };
+    struct Spoke {
+        std::uint32_t line;
+        float angle;  // in which the walk sees the line leave the node, radians
+    };
+    struct Node {
+        CGjNetNode* node;
+        std::uint32_t first = 0, count = 0;        // its spokes, made on the first visit
+        std::uint32_t rawFirst = 0, rawCount = 0;  // all its lines that count
+        std::uint32_t mark = 0;                    // search and side that came by last
+        bool made = false, rawMade = false;
+    };
+    struct Span {
+        const std::uint32_t *first, *last;
+        const std::uint32_t* begin() const { return first; }
+        const std::uint32_t* end() const { return last; }
+        bool empty() const { return first == last; }
+    };
+
+    std::uint32_t Enter(CGjNetLine* line);
+    bool Counts(CGjNetLine* line) const;
+    Span Raw(std::uint32_t node);
+    void GatherRaw(std::uint32_t node);
+    void Make(std::uint32_t node);
+    std::uint32_t OtherEnd(std::uint32_t line, std::uint32_t node);
+    bool SearchThorn(std::uint32_t line);
+    void SetAngles(std::uint32_t node);
+    void CutOffThorns();
+
+    CGridDataBase& m_db;
+    bool m_stripped = false;
+    std::vector<Line> m_lines;
+    std::vector<Node> m_nodes;
+    std::vector<Spoke> m_spokes;
+    std::vector<std::uint32_t> m_raw;
+    CMap<std::uint32_t, std::uint32_t> m_lineByIdentity, m_nodeByIdentity;
+
+    struct Step {
+        std::uint32_t node, via;
+    };
+    std::vector<Step> m_queue[2];  // of the search at hand, one per end
+    std::uint32_t m_search = 0;
+};

@@ -1,0 +1,163 @@
+#include "plates/wei_ban.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <vector>
+
+#include "geometry/region_measures.h"
+#include "model/by_identity.h"
+#include "net/grid_data_base.h"
+#include "plates/mian_goujian.h"
+#include "plates/walk_net.h"
+#include "platform/gbk.h"
+#include "shell/tvo_frame_base.h"
+
+namespace {
+
+/// One walk: the lines passed, with flags (1 along the line, 0 against it), and their outline.
+struct Walk {
+    CArray<CGjNetLine*> lines;
+    CArray<int> flags;
+    CFRegion region;
+    bool closed = false;
+};
+
+// The whole net is looked at once a walk is to begin at every eighth node or so.
+constexpr int kMuch = 8;
+
+void Step(CWalkNet& net, std::uint32_t line, int flag, CWalkNet::Side side, Walk& walk) {
+    net.SetSide(line, side);
+    CGjNetLine* passed = net.LineAt(line);
+    walk.lines.Add(passed);
+    walk.flags.Add(flag);
+    walk.region.Add(passed->GetFShoot(flag == 0));
+}
+
+// A line of which one side was walked is walked on the other; a fresh one from its start, or from the node that was
+// reached. Sides stay walked also when the walk does not close.
+void TakeWalk(CWalkNet& net, std::uint32_t line, Walk& walk) {
+    walk.lines.RemoveAll();
+    walk.flags.RemoveAll();
+    walk.region.RemoveAll();
+    walk.closed = false;
+    constexpr std::uint32_t kNone = CWalkNet::kNone;
+    std::uint32_t begin = kNone, far = kNone;  // node at which the walk began, and that which it has reached
+    while (line != kNone && net.SideOf(line) != CWalkNet::kBoth) {
+        const std::uint32_t start = net.NodeOf(line, 0), end = net.NodeOf(line, 1);
+        const bool first = begin == kNone;
+        const CWalkNet::Side walked = net.SideOf(line);
+        bool along;
+        CWalkNet::Side after = CWalkNet::kBoth;
+        if (walked == CWalkNet::kNeither) {
+            along = first || start == far;
+            after = along ? CWalkNet::kForward : CWalkNet::kBackward;
+        } else {
+            along = walked == CWalkNet::kBackward;
+            // The side that is left leads to the node that the walk stands on, where it has been before: at a node that
+            // holds two pieces of the net together. The side belongs to another walk.
+            if (!first && (along ? start : end) != far) return;
+        }
+        if (first) begin = along ? start : end;
+        far = along ? end : start;
+        Step(net, line, along, after, walk);
+        if (far == begin) {
+            walk.closed = true;
+            return;
+        }
+        line = net.Next(far, line);
+    }
+}
+
+}  // namespace
+
+CWeiBan::CWeiBan() = default;
+CWeiBan::~CWeiBan() = default;
+
+void CWeiBan::SetData(CGridDataBase* db, CTvoFrameBase* frame) {
+    m_pDataBase = db;
+    m_pFrame = frame;
+}
+
+void CWeiBan::AddElement(CGjNetLine* line) {
+    const unsigned long id = line->get_m_dwGouJianID();
+    if (!m_mapElement.Contains(id) && m_pDataBase->CanJionWeiBan(line)) m_mapElement.SetAt(id, line);
+}
+
+void CWeiBan::AddElement(CArray<CGouJianEx*, CGouJianEx*>* lines) {
+    for (CGouJianEx* line : *lines) AddElement(static_cast<CGjNetLine*>(line));
+}
+
+void CWeiBan::AddElement(CMap<unsigned long, unsigned long, CGouJianEx*, CGouJianEx*>* lines) {
+    for (CGouJianEx* line : ByIdentity(*lines)) AddElement(static_cast<CGjNetLine*>(line));
+}
+
+void CWeiBan::PrepareData() {
+    m_net = std::make_unique<CWalkNet>(*m_pDataBase);
+    if (m_mapElement.GetCount() * kMuch > m_pDataBase->m_mapStar.GetCount()) m_net->StripAll();
+    for (CGouJianEx* line : ByIdentity(m_mapElement))
+        if (IsCi(line)) m_mapElement.RemoveKey(line->get_m_dwGouJianID());
+}
+
+int CWeiBan::IsCi(CGouJianEx* line) {
+    if (!m_net || !line || line->QueryBasicType() != kBasicLine) return 0;
+    const std::uint32_t entry = m_net->Find(static_cast<CGjNetLine*>(line));
+    if (entry == CWalkNet::kNone || !m_net->IsThorn(entry)) return 0;
+    m_mapCi.SetAt(line->get_m_dwGouJianID(), line);
+    return 1;
+}
+
+void CWeiBan::DoWeiBan() {
+    PrepareData();
+    // From the lines between nodes where nothing branches off to those between two where something does. A walk that
+    // begins on a line that holds two pieces of net together fails, and leaves its sides walked: this way the pieces
+    // come first.
+    struct Element {
+        int branching;
+        std::uint32_t line;
+    };
+    std::vector<Element> elements;
+    for (CGouJianEx* obj : ByIdentity(m_mapElement)) {
+        const std::uint32_t line = m_net->Find(static_cast<CGjNetLine*>(obj));
+        if (line != CWalkNet::kNone) elements.push_back({m_net->BranchingEnds(line), line});
+    }
+    std::stable_sort(elements.begin(), elements.end(), [](const Element& a, const Element& b) { return a.branching < b.branching; });
+
+    const bool tell = m_pFrame && m_bShowProgress;
+    int plates = 1, outers = 1;  // the counters go on when the data base refuses the plate
+    Walk walk;
+    for (std::size_t i = 0; i < elements.size(); ++i) {
+        if (tell) m_pFrame->ShowProgress(static_cast<int>(static_cast<float>(i + 1) * 100.0f / static_cast<float>(elements.size())));
+        for (int side = 0; side < 2; ++side) {
+            TakeWalk(*m_net, elements[i].line, walk);
+            const int n = walk.lines.GetSize();
+            // A walk that begins on a line between two pieces of net comes back over it, and is none.
+            if (!walk.closed || n < 2 || walk.lines[0] == walk.lines[n - 1]) continue;
+            const bool outer = !IsNiShiZhen(walk.region);
+            int& number = outer ? outers : plates;
+            CMianGouJian* plate = m_pDataBase->CreateJianTuBanObject(outer, walk.lines, !outer, walk.flags, number++);
+            if (plate) (outer ? m_arrOuterBan : m_arrBan).Add(plate);
+        }
+    }
+    if (tell) m_pFrame->ShutDownProgress();
+}
+
+void CWeiBan::PrintWeiBanData(const char* file) {
+    std::FILE* f = std::fopen(file, "w");
+    if (!f) return;
+    std::fprintf(f, "%s", Utf8ToGbk("计算网线\n").c_str());
+    const auto number = [](const CGouJianEx* obj) { return static_cast<int>(obj->get_m_dwGouJianNO()); };
+    for (const CGouJianEx* line : ByIdentity(m_mapElement)) std::fprintf(f, "NetLine:%d\n", number(line));
+    std::fprintf(f, "STAR\n");
+    if (m_net)
+        for (POSITION p = m_pDataBase->m_mapStar.GetStartPosition(); p;) {
+            CGjNetNode* node = m_pDataBase->m_mapStar.GetNext(p)->m_pNode;
+            const std::uint32_t entry = m_net->NodeFor(node);
+            int lines = 0;
+            m_net->ForEachAt(entry, [&](const CGjNetLine*) { ++lines; });
+            if (lines == 0 && m_net->HasLines(entry)) continue;  // the star fell with its thorns
+            std::fprintf(f, "Node%-3d:\t", number(node));
+            m_net->ForEachAt(entry, [&](const CGjNetLine* line) { std::fprintf(f, "L%-3d ", number(line)); });
+            std::fprintf(f, "\n");
+        }
+    std::fclose(f);
+}
