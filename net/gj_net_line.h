@@ -105,6 +105,8 @@ protected:
     void __CalcShape();
 
 private:
+    friend class CWalkNet;
+    std::uint32_t m_nWalk = 0;  // note of a walk over the net; means nothing by itself
     void DrawDirection(CDrawGraph* g) const;
 };
 

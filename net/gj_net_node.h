@@ -38,6 +38,8 @@ public:
 
 private:
     friend class CGridDataBase;
+    friend class CWalkNet;
+    std::uint32_t m_nWalk = 0;  // note of a walk over the net; means nothing by itself
     friend class CStarMap;
     // The data base's entries for this node. They belong to the object: a copy has none.
     CStar* m_pStar = nullptr;              // the node's star, owned by m_mapStar

@@ -11,19 +11,19 @@ namespace {
 
 constexpr float kPi = 3.1415927f, kQuarterTurn = 1.5707964f, kTurn = 6.2831855f;
 
-// An arc is not compared by its tangent but by the chord to a point `r` along it. So a straight line and an arc, or
-// two arcs, that leave the node in the same direction are told apart, and on the right side.
-float LeavingAngle(CGjNetLine* line, const CGjNetNode* node, float r) {
-    if (!line->m_nArc) return line->GetTangentAngle(node) * kPi / 180.0f;
-    float start = 0, end = 0;
-    line->GetDirectionAngle(start, end);
-    const float bend = std::asin(std::clamp(r / 2 / line->GetR(), -1.0f, 1.0f));
-    return node == line->m_pStartNode ? start + kQuarterTurn + bend : end - kQuarterTurn - bend;
+// The lines of the net by ascending identity.
+std::vector<CGjNetLine*> LinesOf(CGridDataBase& db) {
+    std::vector<CGjNetLine*> lines;
+    for (const unsigned char type : db.m_aNetLineTypes)
+        db.m_mapFamily[type].ForEach([&](unsigned long, CGouJianEx* obj) {
+            if (obj->QueryBasicType() == kBasicLine) lines.push_back(static_cast<CGjNetLine*>(obj));
+        });
+    const auto earlier = [](const CGjNetLine* a, const CGjNetLine* b) { return a->get_m_dwGouJianID() < b->get_m_dwGouJianID(); };
+    if (!std::is_sorted(lines.begin(), lines.end(), earlier)) std::sort(lines.begin(), lines.end(), earlier);
+    return lines;
 }
 
 }  // namespace
-
-bool CWalkNet::Line::IsLoop() const { return line->m_pStartNode == line->m_pEndNode; }
 
 // --- entries ------------------------------------------------------------------------------------------------
 
@@ -32,29 +32,47 @@ bool CWalkNet::Counts(CGjNetLine* line) const {
            (m_db.m_bWeiBanWholeNet || m_db.m_mapBanBianInsert.Contains(line->get_m_dwGouJianID()));
 }
 
+std::uint32_t CWalkNet::Append(CGjNetLine* line) {
+    const auto entry = static_cast<std::uint32_t>(m_lines.size());
+    m_lines.push_back({line, {kNone, kNone}, {line->m_fStartTangent, line->m_fEndTangent},
+                       line->m_nArc ? line->m_fChordLength : line->m_fLength, Kind::Unknown, kNeither, line->m_nArc != 0,
+                       line->m_pStartNode == line->m_pEndNode});
+    return entry;
+}
+
+std::uint32_t CWalkNet::AppendNode(CGjNetNode* node) {
+    m_nodes.push_back({.node = node, .x = node->m_fX, .y = node->m_fY});
+    return static_cast<std::uint32_t>(m_nodes.size()) - 1;
+}
+
 std::uint32_t CWalkNet::Enter(CGjNetLine* line) {
-    std::uint32_t& entry = m_lineByIdentity[line->get_m_dwGouJianID()];  // one more than the place, 0 for a new one
-    if (entry == 0) {
-        m_lines.push_back({line, {kNone, kNone}, Kind::Unknown, kNeither});
-        entry = static_cast<std::uint32_t>(m_lines.size());
-    }
+    std::uint32_t& entry = m_lineByIdentity[line->get_m_dwGouJianID()];
+    if (entry == 0) entry = Append(line) + 1;
     return entry - 1;
 }
 
 std::uint32_t CWalkNet::Find(CGjNetLine* line) {
+    if (m_stripped) {
+        // Another walker may have overwritten the note that this one left at the line.
+        const std::uint32_t noted = line->m_nWalk;
+        if (noted < m_lines.size() && m_lines[noted].line == line) return noted;
+        if (m_lineByIdentity.IsEmpty())
+            for (std::uint32_t i = 0; i < m_lines.size(); ++i) m_lineByIdentity.SetAt(m_lines[i].line->get_m_dwGouJianID(), i + 1);
+    }
     if (const std::uint32_t* entry = m_lineByIdentity.Find(line->get_m_dwGouJianID()))
         return m_lines[*entry - 1].line == line ? *entry - 1 : kNone;
+    if (m_stripped) return kNone;
     CStar* star = nullptr;
     CGouJianEx** at = m_db.m_mapStar.Lookup(line->m_pStartNode, star) ? star->m_mapLine.Find(line->get_m_dwGouJianID()) : nullptr;
     return at && *at == line && Counts(line) ? Enter(line) : kNone;
 }
 
 std::uint32_t CWalkNet::NodeFor(CGjNetNode* node) {
+    if (m_stripped && node->m_nWalk < m_nodes.size() && m_nodes[node->m_nWalk].node == node) return node->m_nWalk;
+    if (m_stripped && m_nodeByIdentity.IsEmpty())
+        for (std::uint32_t i = 0; i < m_nodes.size(); ++i) m_nodeByIdentity.SetAt(m_nodes[i].node->get_m_dwGouJianID(), i + 1);
     std::uint32_t& entry = m_nodeByIdentity[node->get_m_dwGouJianID()];
-    if (entry == 0) {
-        m_nodes.push_back({.node = node});
-        entry = static_cast<std::uint32_t>(m_nodes.size());
-    }
+    if (entry == 0) entry = AppendNode(node) + 1;
     return entry - 1;
 }
 
@@ -64,6 +82,12 @@ std::uint32_t CWalkNet::NodeOf(std::uint32_t line, int end) {
         m_lines[line].nodes[end] = NodeFor(node);
     }
     return m_lines[line].nodes[end];
+}
+
+CFShoot CWalkNet::ShootOf(std::uint32_t line, bool reverse) {
+    if (m_lines[line].arc) return m_lines[line].line->GetFShoot(reverse);
+    const Node& from = m_nodes[NodeOf(line, reverse)];
+    return CFShoot(from.x, from.y, 0);
 }
 
 std::uint32_t CWalkNet::OtherEnd(std::uint32_t line, std::uint32_t node) {
@@ -78,10 +102,14 @@ CWalkNet::Span CWalkNet::Raw(std::uint32_t node) {
 }
 
 void CWalkNet::GatherRaw(std::uint32_t node) {
+    m_nodes[node].rawMade = true;
     const auto first = static_cast<std::uint32_t>(m_raw.size());
+    m_nodes[node].rawFirst = first;
+    if (m_stripped) return;  // of a node that no line of the net has
     CGjNetNode* centre = m_nodes[node].node;
     CStar* star = nullptr;
-    if (m_db.m_mapStar.Lookup(centre, star)) star->m_mapLine.ForEach([&](std::uint32_t, CGouJianEx* obj) {
+    if (!m_db.m_mapStar.Lookup(centre, star)) return;
+    star->m_mapLine.ForEach([&](std::uint32_t, CGouJianEx* obj) {
         auto* line = static_cast<CGjNetLine*>(obj);
         if (!Counts(line)) return;
         const std::uint32_t entry = Enter(line);
@@ -93,9 +121,7 @@ void CWalkNet::GatherRaw(std::uint32_t node) {
     std::sort(m_raw.begin() + first, m_raw.end(), [&](std::uint32_t a, std::uint32_t b) {
         return m_lines[a].line->get_m_dwGouJianID() < m_lines[b].line->get_m_dwGouJianID();
     });
-    m_nodes[node].rawFirst = first;
     m_nodes[node].rawCount = static_cast<std::uint32_t>(m_raw.size()) - first;
-    m_nodes[node].rawMade = true;
 }
 
 // --- thorns -------------------------------------------------------------------------------------------------
@@ -115,7 +141,7 @@ bool CWalkNet::SearchThorn(std::uint32_t line) {
         Raw(ends[0]);
         const std::uint32_t first = m_nodes[ends[0]].rawFirst, last = first + m_nodes[ends[0]].rawCount;
         for (std::uint32_t i = first; i < last; ++i)
-            if (m_raw[i] != line && (m_lines[m_raw[i]].IsLoop() || !IsThorn(m_raw[i]))) return false;
+            if (m_raw[i] != line && (m_lines[m_raw[i]].loop || !IsThorn(m_raw[i]))) return false;
         return true;
     }
     m_search += 2;
@@ -134,7 +160,7 @@ bool CWalkNet::SearchThorn(std::uint32_t line) {
         const Step at = m_queue[side][head[side]++];
         for (const std::uint32_t next : Raw(at.node)) {
             if (next == at.via || m_lines[next].kind == Kind::Thorn) continue;
-            if (m_lines[next].kind == Kind::Core || m_lines[next].IsLoop()) {
+            if (m_lines[next].kind == Kind::Core || m_lines[next].loop) {
                 alive[side] = true;
                 break;
             }
@@ -151,18 +177,47 @@ bool CWalkNet::SearchThorn(std::uint32_t line) {
     }
 }
 
-// All stars at once, and the ends with a single line from a list of such.
+// The lines are read in the order in which they lie in memory, and once. Each leaves a note of its entry, and so does
+// each node; a note is believed if the entry says the same.
+void CWalkNet::GatherAll() {
+    const std::vector<CGjNetLine*> lines = LinesOf(m_db);
+    m_lines.reserve(lines.size());
+    m_nodes.reserve(lines.size());
+    for (CGjNetLine* line : lines) {
+        if (!Counts(line)) continue;
+        const std::uint32_t entry = line->m_nWalk = Append(line);
+        CGjNetNode* const ends[2] = {line->m_pStartNode, line->m_pEndNode};
+        for (int end = 0; end < 2; ++end) {
+            CGjNetNode* node = ends[end];
+            if (!(node->m_nWalk < m_nodes.size() && m_nodes[node->m_nWalk].node == node)) node->m_nWalk = AppendNode(node);
+            m_lines[entry].nodes[end] = node->m_nWalk;
+            // A node that a host took away under its lines has no star.
+            if (node->m_pStar && (end == 0 || !m_lines[entry].loop)) ++m_nodes[node->m_nWalk].rawCount;
+        }
+    }
+    std::uint32_t total = 0;
+    for (Node& node : m_nodes) {
+        node.rawFirst = total;
+        total += node.rawCount;
+        node.rawCount = 0;
+        node.rawMade = true;
+    }
+    m_raw.resize(total);
+    for (std::uint32_t entry = 0; entry < m_lines.size(); ++entry)
+        for (int end = 0; end < (m_lines[entry].loop ? 1 : 2); ++end) {
+            Node& node = m_nodes[m_lines[entry].nodes[end]];
+            if (node.node->m_pStar) m_raw[node.rawFirst + node.rawCount++] = entry;
+        }
+}
+
 void CWalkNet::StripAll() {
     m_stripped = true;
-    const auto stars = static_cast<std::size_t>(m_db.m_mapStar.GetCount());
-    m_nodes.reserve(stars);
-    m_lines.reserve(stars * 2);
-    m_raw.reserve(stars * 4);
-    for (POSITION p = m_db.m_mapStar.GetStartPosition(); p;) Raw(NodeFor(m_db.m_mapStar.GetNext(p)->m_pNode));
+    GatherAll();
     CutOffThorns();
     for (Line& line : m_lines)
         if (line.kind == Kind::Unknown) line.kind = Kind::Core;
     m_spokes.reserve(m_raw.size());
+    for (std::uint32_t node = 0; node < m_nodes.size(); ++node) Make(node);
 }
 
 void CWalkNet::CutOffThorns() {
@@ -191,27 +246,33 @@ void CWalkNet::Make(std::uint32_t node) {
     m_nodes[node].made = true;
     Raw(node);
     // The searches below may gather other nodes, but not move this one's lines.
-    const std::uint32_t rawFirst = m_nodes[node].rawFirst, rawCount = m_nodes[node].rawCount;
-    for (std::uint32_t i = 0; i < rawCount; ++i) IsThorn(m_raw[rawFirst + i]);
+    const std::uint32_t rawFirst = m_nodes[node].rawFirst, rawLast = rawFirst + m_nodes[node].rawCount;
+    for (std::uint32_t i = rawFirst; i < rawLast; ++i) IsThorn(m_raw[i]);
     m_nodes[node].first = static_cast<std::uint32_t>(m_spokes.size());
-    for (std::uint32_t i = 0; i < rawCount; ++i)
-        if (!IsThorn(m_raw[rawFirst + i])) m_spokes.push_back({m_raw[rawFirst + i], 0});
+    for (std::uint32_t i = rawFirst; i < rawLast; ++i)
+        if (m_lines[m_raw[i]].kind != Kind::Thorn) m_spokes.push_back({m_raw[i], 0});
     m_nodes[node].count = static_cast<std::uint32_t>(m_spokes.size()) - m_nodes[node].first;
-    SetAngles(node);
+    SetAngles(m_nodes[node]);
 }
 
-void CWalkNet::SetAngles(std::uint32_t node) {
+void CWalkNet::SetAngles(const Node& node) {
     float shortest = 100000.0f;
-    Spoke* const first = m_spokes.data() + m_nodes[node].first;
-    Spoke* const last = first + m_nodes[node].count;
-    for (const Spoke* spoke = first; spoke != last; ++spoke) {
-        const CGjNetLine* line = m_lines[spoke->line].line;
-        const float length = line->m_nArc ? line->GetChordLength() : line->GetLength();
-        if (length < shortest) shortest = length;
-    }
+    Spoke* const first = m_spokes.data() + node.first;
+    Spoke* const last = first + node.count;
+    for (const Spoke* spoke = first; spoke != last; ++spoke) shortest = std::min(shortest, m_lines[spoke->line].reach);
     const float r = shortest * 2 / 3;
-    for (Spoke* spoke = first; spoke != last; ++spoke)
-        spoke->angle = LeavingAngle(m_lines[spoke->line].line, m_nodes[node].node, r);
+    for (Spoke* spoke = first; spoke != last; ++spoke) spoke->angle = LeavingAngle(m_lines[spoke->line], node, r);
+}
+
+// An arc is not compared by its tangent but by the chord to a point `r` along it. So a straight line and an arc, or
+// two arcs, that leave the node in the same direction are told apart, and on the right side.
+float CWalkNet::LeavingAngle(const Line& line, const Node& node, float r) const {
+    const bool leavesStart = m_nodes.data() + line.nodes[0] == &node;
+    if (!line.arc) return line.tangents[leavesStart ? 0 : 1] * kPi / 180.0f;
+    float start = 0, end = 0;
+    line.line->GetDirectionAngle(start, end);
+    const float bend = std::asin(std::clamp(r / 2 / line.line->GetR(), -1.0f, 1.0f));
+    return leavesStart ? start + kQuarterTurn + bend : end - kQuarterTurn - bend;
 }
 
 int CWalkNet::BranchingEnds(std::uint32_t line) {

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "geometry/fshoot.h"
 #include "platform/containers.h"
 
 class CGjNetLine;
@@ -24,6 +25,7 @@ public:
     enum Side : std::int8_t { kBackward = -1, kNeither = 0, kForward = 1, kBoth = 2 };
 
     explicit CWalkNet(CGridDataBase& db) : m_db(db) {}
+    /// To be called before anything else, or not at all.
     void StripAll();
 
     /// The entry of a line of the net that counts, else kNone.
@@ -34,6 +36,8 @@ public:
     void SetSide(std::uint32_t line, Side side) { m_lines[line].side = side; }
     /// Entry of the line's start node (end 0) or end node (end 1).
     std::uint32_t NodeOf(std::uint32_t line, int end);
+    /// The line as an element of an outline, from its start or against it, as CGjNetLine::GetFShoot gives it.
+    CFShoot ShootOf(std::uint32_t line, bool reverse);
     /// How many of its ends have more than two lines.
     int BranchingEnds(std::uint32_t line);
     /// The line to go on by from the node that was reached by `from`: the next one clockwise of which a side is still to
@@ -51,12 +55,15 @@ public:
 
 private:
     enum class Kind : std::uint8_t { Unknown, Thorn, Core };
+    /// What the walks read of a line lies together here: the lines themselves lie far apart.
     struct Line {
         CGjNetLine* line;
         std::uint32_t nodes[2];  // entries of start and end, kNone until asked for
+        float tangents[2];       // leaving start and end, degrees
+        float reach;             // length of a straight line, chord of an arc
         Kind kind;
         Side side;
-        bool IsLoop() const;
+        bool arc, loop;
     };
     struct Spoke {
         std::uint32_t line;
@@ -64,6 +71,7 @@ private:
     };
     struct Node {
         CGjNetNode* node;
+        float x, y;
         std::uint32_t first = 0, count = 0;        // its spokes, made on the first visit
         std::uint32_t rawFirst = 0, rawCount = 0;  // all its lines that count
         std::uint32_t mark = 0;                    // search and side that came by last
@@ -76,22 +84,27 @@ private:
         bool empty() const { return first == last; }
     };
 
-    std::uint32_t Enter(CGjNetLine* line);
     bool Counts(CGjNetLine* line) const;
+    std::uint32_t Append(CGjNetLine* line);
+    std::uint32_t Enter(CGjNetLine* line);
+    std::uint32_t AppendNode(CGjNetNode* node);
     Span Raw(std::uint32_t node);
     void GatherRaw(std::uint32_t node);
     void Make(std::uint32_t node);
     std::uint32_t OtherEnd(std::uint32_t line, std::uint32_t node);
     bool SearchThorn(std::uint32_t line);
-    void SetAngles(std::uint32_t node);
+    void SetAngles(const Node& node);
+    float LeavingAngle(const Line& line, const Node& node, float r) const;
+    void GatherAll();
     void CutOffThorns();
 
     CGridDataBase& m_db;
-    bool m_stripped = false;
+    bool m_stripped = false;  // everything is there
     std::vector<Line> m_lines;
     std::vector<Node> m_nodes;
     std::vector<Spoke> m_spokes;
     std::vector<std::uint32_t> m_raw;
+    // One more than the place of an entry. After StripAll only what was looked for in vain at the line or node itself.
     CMap<std::uint32_t, std::uint32_t> m_lineByIdentity, m_nodeByIdentity;
 
     struct Step {

@@ -27,10 +27,9 @@ constexpr int kMuch = 8;
 
 void Step(CWalkNet& net, std::uint32_t line, int flag, CWalkNet::Side side, Walk& walk) {
     net.SetSide(line, side);
-    CGjNetLine* passed = net.LineAt(line);
-    walk.lines.Add(passed);
+    walk.lines.Add(net.LineAt(line));
     walk.flags.Add(flag);
-    walk.region.Add(passed->GetFShoot(flag == 0));
+    walk.region.Add(net.ShootOf(line, flag == 0));
 }
 
 // A line of which one side was walked is walked on the other; a fresh one from its start, or from the node that was
@@ -94,8 +93,18 @@ void CWeiBan::AddElement(CMap<unsigned long, unsigned long, CGouJianEx*, CGouJia
 void CWeiBan::PrepareData() {
     m_net = std::make_unique<CWalkNet>(*m_pDataBase);
     if (m_mapElement.GetCount() * kMuch > m_pDataBase->m_mapStar.GetCount()) m_net->StripAll();
-    for (CGouJianEx* line : ByIdentity(m_mapElement))
-        if (IsCi(line)) m_mapElement.RemoveKey(line->get_m_dwGouJianID());
+    m_aElement.clear();
+    CArray<CGouJianEx*> elements = ByIdentity(m_mapElement), kept;
+    kept.Reserve(elements.GetSize());
+    for (CGouJianEx* obj : elements) {
+        const std::uint32_t line = m_net->Find(static_cast<CGjNetLine*>(obj));
+        if (line != CWalkNet::kNone && m_net->IsThorn(line)) continue;
+        kept.Add(obj);
+        if (line != CWalkNet::kNone) m_aElement.push_back(line);
+    }
+    if (kept.GetSize() == elements.GetSize()) return;
+    m_mapElement.RemoveAll();
+    for (CGouJianEx* obj : kept) m_mapElement.SetAt(obj->get_m_dwGouJianID(), obj);
 }
 
 int CWeiBan::IsCi(CGouJianEx* line) {
@@ -116,10 +125,8 @@ void CWeiBan::DoWeiBan() {
         std::uint32_t line;
     };
     std::vector<Element> elements;
-    for (CGouJianEx* obj : ByIdentity(m_mapElement)) {
-        const std::uint32_t line = m_net->Find(static_cast<CGjNetLine*>(obj));
-        if (line != CWalkNet::kNone) elements.push_back({m_net->BranchingEnds(line), line});
-    }
+    elements.reserve(m_aElement.size());
+    for (const std::uint32_t line : m_aElement) elements.push_back({m_net->BranchingEnds(line), line});
     std::stable_sort(elements.begin(), elements.end(), [](const Element& a, const Element& b) { return a.branching < b.branching; });
 
     const bool tell = m_pFrame && m_bShowProgress;

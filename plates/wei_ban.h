@@ -2,6 +2,7 @@
 #pragma once
 #include <cstdint>
 #include <memory>
+#include <vector>
 
 #include "net/star.h"
 #include "platform/containers.h"
@@ -49,9 +50,10 @@ public:
     CArray<CMianGouJian*> m_arrBan;       // result: plates of the anticlockwise walks; the caller's
     CArray<CMianGouJian*> m_arrOuterBan;  // result: plates of the clockwise walks; the caller's
     int m_bShowProgress = 1;              // 0: m_pFrame is told nothing
-    /// The thorns found so far, by identity. All of them once DoWeiBan has walked many lines; IsCi knows more.
+    /// The thorns that IsCi has named so far, by identity.
     CMap<unsigned long, unsigned long, CGouJianEx*, CGouJianEx*> m_mapCi;
 
 private:
+    std::vector<std::uint32_t> m_aElement;  // entries of the elements in m_net, by ascending identity
     std::unique_ptr<CWalkNet> m_net;  // stars without thorns, sides walked; null before PrepareData
 };
