@@ -169,7 +169,32 @@ CFRect GetRegionRect(const CFRegion& region) {
     return rect;
 }
 
+namespace {
+
+// The turn at the end of a straight edge: 1 clearly to the left, -1 clearly to the right, 0 anything else.
+int ClearTurn(const CFShoot& a, const CFShoot& b, const CFPoint& c) {
+    if (a.c != 0 || b.c != 0) return 0;
+    const double ux = static_cast<double>(b.x) - a.x, uy = static_cast<double>(b.y) - a.y;
+    const double vx = static_cast<double>(c.x) - b.x, vy = static_cast<double>(c.y) - b.y;
+    const double cross = ux * vy - uy * vx, least = 1e-3 * (std::fabs(ux) + std::fabs(uy)) * (std::fabs(vx) + std::fabs(vy));
+    if (!(std::fabs(cross) > least)) return 0;
+    return cross > 0 ? 1 : -1;
+}
+
+// The sense of an outline that turns one way at every vertex, as most do; 0 when it must be summed up.
+int SenseOfConvex(const CFRegion& region) {
+    const int n = region.GetSize();
+    if (n < 3) return 0;
+    const int first = ClearTurn(region[0], region[1], region[2]);
+    for (int i = 1; first != 0 && i < n; ++i)
+        if (ClearTurn(region[i], region[i + 1 < n ? i + 1 : 0], region[i + 2 < n ? i + 2 : i + 2 - n]) != first) return 0;
+    return first;
+}
+
+}  // namespace
+
 int IsNiShiZhen(const CFRegion& region) {
+    if (const int sense = SenseOfConvex(region)) return sense > 0;
     float sum = 0;
     for (int i = 0; i < region.GetSize(); ++i)
         sum += GetShiLiangJiao(region[i], GetElement(region, i + 1), GetElement(region, i + 2));

@@ -11,6 +11,13 @@ namespace {
 
 constexpr float kPi = 3.1415927f, kQuarterTurn = 1.5707964f, kTurn = 6.2831855f;
 
+// Get2PIAngle, at hand for angles of less than a turn.
+float Folded(float a) {
+    if (!(std::fabs(a) < tolerance::kFullTurnF)) return Get2PIAngle(a);
+    if (std::fabs(static_cast<double>(a)) < tolerance::kZeroAngle) return 0;
+    return a < 0 ? a + tolerance::kFullTurnF : a;
+}
+
 // The lines of the net by ascending identity.
 std::vector<CGjNetLine*> LinesOf(CGridDataBase& db) {
     std::vector<CGjNetLine*> lines;
@@ -35,13 +42,15 @@ bool CWalkNet::Counts(CGjNetLine* line) const {
 std::uint32_t CWalkNet::Append(CGjNetLine* line) {
     const auto entry = static_cast<std::uint32_t>(m_lines.size());
     m_lines.push_back({line, {kNone, kNone}, {line->m_fStartTangent, line->m_fEndTangent},
-                       line->m_nArc ? line->m_fChordLength : line->m_fLength, Kind::Unknown, kNeither, line->m_nArc != 0,
+                       line->m_nArc ? line->m_fChordLength : line->m_fLength, Kind::Unknown, line->m_nArc != 0,
                        line->m_pStartNode == line->m_pEndNode});
+    m_sides.push_back(kNeither);
     return entry;
 }
 
 std::uint32_t CWalkNet::AppendNode(CGjNetNode* node) {
-    m_nodes.push_back({.node = node, .x = node->m_fX, .y = node->m_fY});
+    m_nodes.push_back({.x = node->m_fX, .y = node->m_fY});
+    m_gathered.push_back({.node = node, .made = m_stripped, .rawMade = m_stripped});
     return static_cast<std::uint32_t>(m_nodes.size()) - 1;
 }
 
@@ -67,10 +76,19 @@ std::uint32_t CWalkNet::Find(CGjNetLine* line) {
     return at && *at == line && Counts(line) ? Enter(line) : kNone;
 }
 
+std::uint32_t CWalkNet::FindElement(CGjNetLine* line) {
+    const std::uint32_t found = Find(line);
+    if (found != kNone || m_db.FindGouJian(line->get_m_dwGouJianID()) != line) return found;
+    const std::uint32_t entry = Enter(line);
+    if (m_lines[entry].line != line) return kNone;
+    m_lines[entry].kind = Kind::Core;
+    return entry;
+}
+
 std::uint32_t CWalkNet::NodeFor(CGjNetNode* node) {
-    if (m_stripped && node->m_nWalk < m_nodes.size() && m_nodes[node->m_nWalk].node == node) return node->m_nWalk;
+    if (m_stripped && node->m_nWalk < m_nodes.size() && m_gathered[node->m_nWalk].node == node) return node->m_nWalk;
     if (m_stripped && m_nodeByIdentity.IsEmpty())
-        for (std::uint32_t i = 0; i < m_nodes.size(); ++i) m_nodeByIdentity.SetAt(m_nodes[i].node->get_m_dwGouJianID(), i + 1);
+        for (std::uint32_t i = 0; i < m_nodes.size(); ++i) m_nodeByIdentity.SetAt(m_gathered[i].node->get_m_dwGouJianID(), i + 1);
     std::uint32_t& entry = m_nodeByIdentity[node->get_m_dwGouJianID()];
     if (entry == 0) entry = AppendNode(node) + 1;
     return entry - 1;
@@ -84,10 +102,15 @@ std::uint32_t CWalkNet::NodeOf(std::uint32_t line, int end) {
     return m_lines[line].nodes[end];
 }
 
-CFShoot CWalkNet::ShootOf(std::uint32_t line, bool reverse) {
-    if (m_lines[line].arc) return m_lines[line].line->GetFShoot(reverse);
-    const Node& from = m_nodes[NodeOf(line, reverse)];
-    return CFShoot(from.x, from.y, 0);
+CWalkNet::Spoke CWalkNet::SpokeOf(std::uint32_t line, bool leavesStart) {
+    return {line, NodeOf(line, leavesStart ? 1 : 0), 0, leavesStart, m_lines[line].loop, m_lines[line].arc};
+}
+
+CWalkNet::Spoke CWalkNet::Leaving(std::uint32_t line, int end) { return SpokeOf(line, end == 0); }
+
+CFShoot CWalkNet::ShootOf(std::uint32_t from, const Spoke& passed, bool along) const {
+    if (passed.arc) return m_lines[passed.line].line->GetFShoot(!along);
+    return CFShoot(m_nodes[from].x, m_nodes[from].y, 0);
 }
 
 std::uint32_t CWalkNet::OtherEnd(std::uint32_t line, std::uint32_t node) {
@@ -96,17 +119,16 @@ std::uint32_t CWalkNet::OtherEnd(std::uint32_t line, std::uint32_t node) {
 }
 
 CWalkNet::Span CWalkNet::Raw(std::uint32_t node) {
-    if (!m_nodes[node].rawMade) GatherRaw(node);
-    const std::uint32_t* first = m_raw.data() + m_nodes[node].rawFirst;
-    return {first, first + m_nodes[node].rawCount};
+    if (!m_gathered[node].rawMade) GatherRaw(node);
+    const std::uint32_t* first = m_raw.data() + m_gathered[node].rawFirst;
+    return {first, first + m_gathered[node].rawCount};
 }
 
 void CWalkNet::GatherRaw(std::uint32_t node) {
-    m_nodes[node].rawMade = true;
+    m_gathered[node].rawMade = true;
     const auto first = static_cast<std::uint32_t>(m_raw.size());
-    m_nodes[node].rawFirst = first;
-    if (m_stripped) return;  // of a node that no line of the net has
-    CGjNetNode* centre = m_nodes[node].node;
+    m_gathered[node].rawFirst = first;
+    CGjNetNode* centre = m_gathered[node].node;
     CStar* star = nullptr;
     if (!m_db.m_mapStar.Lookup(centre, star)) return;
     star->m_mapLine.ForEach([&](std::uint32_t, CGouJianEx* obj) {
@@ -121,7 +143,7 @@ void CWalkNet::GatherRaw(std::uint32_t node) {
     std::sort(m_raw.begin() + first, m_raw.end(), [&](std::uint32_t a, std::uint32_t b) {
         return m_lines[a].line->get_m_dwGouJianID() < m_lines[b].line->get_m_dwGouJianID();
     });
-    m_nodes[node].rawCount = static_cast<std::uint32_t>(m_raw.size()) - first;
+    m_gathered[node].rawCount = static_cast<std::uint32_t>(m_raw.size()) - first;
 }
 
 // --- thorns -------------------------------------------------------------------------------------------------
@@ -139,7 +161,7 @@ bool CWalkNet::SearchThorn(std::uint32_t line) {
     if (ends[0] == ends[1]) {
         // A line from a node to itself is one line there: it stays while another one does.
         Raw(ends[0]);
-        const std::uint32_t first = m_nodes[ends[0]].rawFirst, last = first + m_nodes[ends[0]].rawCount;
+        const std::uint32_t first = m_gathered[ends[0]].rawFirst, last = first + m_gathered[ends[0]].rawCount;
         for (std::uint32_t i = first; i < last; ++i)
             if (m_raw[i] != line && (m_lines[m_raw[i]].loop || !IsThorn(m_raw[i]))) return false;
         return true;
@@ -149,7 +171,7 @@ bool CWalkNet::SearchThorn(std::uint32_t line) {
     bool alive[2] = {false, false};
     for (int side = 0; side < 2; ++side) {
         m_queue[side].assign(1, {ends[side], line});
-        m_nodes[ends[side]].mark = m_search + static_cast<std::uint32_t>(side);
+        m_gathered[ends[side]].mark = m_search + static_cast<std::uint32_t>(side);
     }
     for (int side = 0;; side = alive[1 - side] ? side : 1 - side) {
         if (alive[side]) return false;  // then both are
@@ -165,109 +187,132 @@ bool CWalkNet::SearchThorn(std::uint32_t line) {
                 break;
             }
             const std::uint32_t node = OtherEnd(next, at.node);
-            const std::uint32_t mark = m_nodes[node].mark;
+            const std::uint32_t mark = m_gathered[node].mark;
             if (mark == m_search + static_cast<std::uint32_t>(1 - side)) return false;  // the line lies on something closed
             if (mark == m_search + static_cast<std::uint32_t>(side)) {
                 alive[side] = true;
                 break;
             }
-            m_nodes[node].mark = m_search + static_cast<std::uint32_t>(side);
+            m_gathered[node].mark = m_search + static_cast<std::uint32_t>(side);
             m_queue[side].push_back({node, next});
         }
     }
 }
 
 // The lines are read in the order in which they lie in memory, and once. Each leaves a note of its entry, and so does
-// each node; a note is believed if the entry says the same.
-void CWalkNet::GatherAll() {
+// each node; a note is believed if the entry says the same. `left` counts the lines at a node, `through` is their
+// exclusive or, which of a node with a single line left is that line.
+void CWalkNet::GatherAll(std::vector<std::uint32_t>& left, std::vector<std::uint32_t>& through) {
     const std::vector<CGjNetLine*> lines = LinesOf(m_db);
     m_lines.reserve(lines.size());
+    m_sides.reserve(lines.size());
     m_nodes.reserve(lines.size());
+    m_gathered.reserve(lines.size());
     for (CGjNetLine* line : lines) {
         if (!Counts(line)) continue;
         const std::uint32_t entry = line->m_nWalk = Append(line);
         CGjNetNode* const ends[2] = {line->m_pStartNode, line->m_pEndNode};
         for (int end = 0; end < 2; ++end) {
             CGjNetNode* node = ends[end];
-            if (!(node->m_nWalk < m_nodes.size() && m_nodes[node->m_nWalk].node == node)) node->m_nWalk = AppendNode(node);
+            if (!(node->m_nWalk < m_nodes.size() && m_gathered[node->m_nWalk].node == node)) {
+                node->m_nWalk = AppendNode(node);
+                left.push_back(0);
+                through.push_back(0);
+            }
             m_lines[entry].nodes[end] = node->m_nWalk;
-            // A node that a host took away under its lines has no star.
-            if (node->m_pStar && (end == 0 || !m_lines[entry].loop)) ++m_nodes[node->m_nWalk].rawCount;
+            // A node that a host took away under its lines has no star. A loop is one line at its node.
+            if (!node->m_pStar || (end == 1 && m_lines[entry].loop)) continue;
+            ++left[node->m_nWalk];
+            through[node->m_nWalk] ^= entry;
         }
     }
-    std::uint32_t total = 0;
-    for (Node& node : m_nodes) {
-        node.rawFirst = total;
-        total += node.rawCount;
-        node.rawCount = 0;
-        node.rawMade = true;
+    for (std::uint32_t node = 0; node < m_nodes.size(); ++node) {
+        m_gathered[node].rawCount = left[node];
     }
-    m_raw.resize(total);
-    for (std::uint32_t entry = 0; entry < m_lines.size(); ++entry)
-        for (int end = 0; end < (m_lines[entry].loop ? 1 : 2); ++end) {
-            Node& node = m_nodes[m_lines[entry].nodes[end]];
-            if (node.node->m_pStar) m_raw[node.rawFirst + node.rawCount++] = entry;
-        }
 }
 
-void CWalkNet::StripAll() {
-    m_stripped = true;
-    GatherAll();
-    CutOffThorns();
-    for (Line& line : m_lines)
-        if (line.kind == Kind::Unknown) line.kind = Kind::Core;
-    m_spokes.reserve(m_raw.size());
-    for (std::uint32_t node = 0; node < m_nodes.size(); ++node) Make(node);
-}
-
-void CWalkNet::CutOffThorns() {
-    std::vector<std::uint32_t> left(m_nodes.size()), single;
-    for (std::uint32_t n = 0; n < m_nodes.size(); ++n) {
-        left[n] = m_nodes[n].rawCount;
-        if (left[n] == 1) single.push_back(n);
-    }
+void CWalkNet::CutOffThorns(std::vector<std::uint32_t>& left, std::vector<std::uint32_t>& through) {
+    std::vector<std::uint32_t> single;
+    for (std::uint32_t node = 0; node < m_nodes.size(); ++node)
+        if (left[node] == 1) single.push_back(node);
     while (!single.empty()) {
         const std::uint32_t node = single.back();
         single.pop_back();
         if (left[node] != 1) continue;  // the other end of its line was cut off first
-        const Span raw = Raw(node);
-        const std::uint32_t line = *std::find_if(raw.begin(), raw.end(), [&](std::uint32_t l) { return m_lines[l].kind != Kind::Thorn; });
+        const std::uint32_t line = through[node];
         m_lines[line].kind = Kind::Thorn;
         left[node] = 0;
         const std::uint32_t other = OtherEnd(line, node);
-        if (other != node && --left[other] == 1) single.push_back(other);
+        if (other == node || left[other] == 0) continue;
+        through[other] ^= line;
+        if (--left[other] == 1) single.push_back(other);
     }
+    for (Line& line : m_lines)
+        if (line.kind == Kind::Unknown) line.kind = Kind::Core;
+}
+
+void CWalkNet::PlaceSpokes(const std::vector<std::uint32_t>& left) {
+    std::uint32_t total = 0;
+    for (std::uint32_t node = 0; node < m_nodes.size(); ++node) {
+        m_nodes[node].first = total;
+        total += left[node];
+    }
+    m_spokes.resize(total);
+    std::vector<bool> hasArc(m_nodes.size());
+    for (std::uint32_t entry = 0; entry < m_lines.size(); ++entry) {
+        const Line& line = m_lines[entry];
+        if (line.kind == Kind::Thorn) continue;
+        for (int end = 0; end < (line.loop ? 1 : 2); ++end) {
+            Node& node = m_nodes[line.nodes[end]];
+            if (left[line.nodes[end]] == 0) continue;
+            Spoke& spoke = m_spokes[node.first + node.count++];
+            spoke = {entry, line.nodes[1 - end], 0, end == 0, line.loop, line.arc};
+            if (line.arc)
+                hasArc[line.nodes[end]] = true;
+            else
+                spoke.angle = LeavingAngle(line, end == 0, 0);
+        }
+    }
+    for (std::uint32_t node = 0; node < m_nodes.size(); ++node)
+        if (hasArc[node]) SetAngles(node);
+}
+
+void CWalkNet::StripAll() {
+    m_stripped = true;
+    std::vector<std::uint32_t> left, through;
+    GatherAll(left, through);
+    CutOffThorns(left, through);
+    PlaceSpokes(left);
 }
 
 // --- walking ------------------------------------------------------------------------------------------------
 
 void CWalkNet::Make(std::uint32_t node) {
-    if (m_nodes[node].made) return;
-    m_nodes[node].made = true;
+    if (m_gathered[node].made) return;
+    m_gathered[node].made = true;
     Raw(node);
     // The searches below may gather other nodes, but not move this one's lines.
-    const std::uint32_t rawFirst = m_nodes[node].rawFirst, rawLast = rawFirst + m_nodes[node].rawCount;
+    const std::uint32_t rawFirst = m_gathered[node].rawFirst, rawLast = rawFirst + m_gathered[node].rawCount;
     for (std::uint32_t i = rawFirst; i < rawLast; ++i) IsThorn(m_raw[i]);
     m_nodes[node].first = static_cast<std::uint32_t>(m_spokes.size());
     for (std::uint32_t i = rawFirst; i < rawLast; ++i)
-        if (m_lines[m_raw[i]].kind != Kind::Thorn) m_spokes.push_back({m_raw[i], 0});
+        if (m_lines[m_raw[i]].kind != Kind::Thorn) m_spokes.push_back(SpokeOf(m_raw[i], m_lines[m_raw[i]].nodes[0] == node));
     m_nodes[node].count = static_cast<std::uint32_t>(m_spokes.size()) - m_nodes[node].first;
-    SetAngles(m_nodes[node]);
+    SetAngles(node);
 }
 
-void CWalkNet::SetAngles(const Node& node) {
+void CWalkNet::SetAngles(std::uint32_t node) {
     float shortest = 100000.0f;
-    Spoke* const first = m_spokes.data() + node.first;
-    Spoke* const last = first + node.count;
+    Spoke* const first = m_spokes.data() + m_nodes[node].first;
+    Spoke* const last = first + m_nodes[node].count;
     for (const Spoke* spoke = first; spoke != last; ++spoke) shortest = std::min(shortest, m_lines[spoke->line].reach);
     const float r = shortest * 2 / 3;
-    for (Spoke* spoke = first; spoke != last; ++spoke) spoke->angle = LeavingAngle(m_lines[spoke->line], node, r);
+    for (Spoke* spoke = first; spoke != last; ++spoke) spoke->angle = LeavingAngle(m_lines[spoke->line], spoke->leavesStart, r);
 }
 
 // An arc is not compared by its tangent but by the chord to a point `r` along it. So a straight line and an arc, or
 // two arcs, that leave the node in the same direction are told apart, and on the right side.
-float CWalkNet::LeavingAngle(const Line& line, const Node& node, float r) const {
-    const bool leavesStart = m_nodes.data() + line.nodes[0] == &node;
+float CWalkNet::LeavingAngle(const Line& line, bool leavesStart, float r) {
     if (!line.arc) return line.tangents[leavesStart ? 0 : 1] * kPi / 180.0f;
     float start = 0, end = 0;
     line.line->GetDirectionAngle(start, end);
@@ -279,28 +324,28 @@ int CWalkNet::BranchingEnds(std::uint32_t line) {
     int branching = 0;
     for (int end = 0; end < 2; ++end) {
         const std::uint32_t node = NodeOf(line, end);
-        Make(node);
+        if (!m_stripped) Make(node);
         branching += m_nodes[node].count > 2;
     }
     return branching;
 }
 
-std::uint32_t CWalkNet::Next(std::uint32_t node, std::uint32_t from) {
-    Make(node);
+CWalkNet::Spoke CWalkNet::Next(std::uint32_t node, std::uint32_t from) {
+    if (!m_stripped) Make(node);
     const Spoke* const first = m_spokes.data() + m_nodes[node].first;
     const Spoke* const last = first + m_nodes[node].count;
     float base = 0;
     for (const Spoke* spoke = first; spoke != last; ++spoke)
-        if (spoke->line == from) base = Get2PIAngle(spoke->angle);
-    std::uint32_t best = kNone;
+        if (spoke->line == from) base = Folded(spoke->angle);
+    const Spoke* best = nullptr;
     float bestTurn = kTurn;
     for (const Spoke* spoke = first; spoke != last; ++spoke) {
-        if (spoke->line == from || m_lines[spoke->line].side == kBoth) continue;
-        const float turn = Get2PIAngle(base - spoke->angle);
+        if (spoke->line == from || m_sides[spoke->line] == kBoth) continue;
+        const float turn = Folded(base - spoke->angle);
         if (turn < bestTurn) {
             bestTurn = turn;
-            best = spoke->line;
+            best = spoke;
         }
     }
-    return best;
+    return best ? *best : Spoke();
 }

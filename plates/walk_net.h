@@ -30,19 +30,31 @@ public:
 
     /// The entry of a line of the net that counts, else kNone.
     std::uint32_t Find(CGjNetLine* line);
+    /// The same for a line to walk from, which need not count: one of the store that is no thorn, and that no walk turns to.
+    std::uint32_t FindElement(CGjNetLine* line);
     bool IsThorn(std::uint32_t line);
     CGjNetLine* LineAt(std::uint32_t line) const { return m_lines[line].line; }
-    Side SideOf(std::uint32_t line) const { return m_lines[line].side; }
-    void SetSide(std::uint32_t line, Side side) { m_lines[line].side = side; }
+    Side SideOf(std::uint32_t line) const { return m_sides[line]; }
+    void SetSide(std::uint32_t line, Side side) { m_sides[line] = side; }
     /// Entry of the line's start node (end 0) or end node (end 1).
     std::uint32_t NodeOf(std::uint32_t line, int end);
-    /// The line as an element of an outline, from its start or against it, as CGjNetLine::GetFShoot gives it.
-    CFShoot ShootOf(std::uint32_t line, bool reverse);
     /// How many of its ends have more than two lines.
     int BranchingEnds(std::uint32_t line);
+
+    /// A line as it leaves a node.
+    struct Spoke {
+        std::uint32_t line = kNone;
+        std::uint32_t far = kNone;  // entry of the node at the other end
+        float angle = 0;            // in which the walk sees it leave, radians
+        bool leavesStart = false, loop = false, arc = false;
+    };
     /// The line to go on by from the node that was reached by `from`: the next one clockwise of which a side is still to
-    /// be walked, or kNone. Of two in the same direction the one with the lower identity.
-    std::uint32_t Next(std::uint32_t node, std::uint32_t from);
+    /// be walked, or one without a line. Of two in the same direction the one with the lower identity.
+    Spoke Next(std::uint32_t node, std::uint32_t from);
+    /// The line as it leaves its start (end 0) or its end (end 1).
+    Spoke Leaving(std::uint32_t line, int end);
+    /// A line that was passed along (or against) its sense, as an element of an outline: as CGjNetLine::GetFShoot gives it.
+    CFShoot ShootOf(std::uint32_t from, const Spoke& passed, bool along) const;
 
     /// Calls f(line) for each line at the node that is no thorn, by ascending identity.
     template <class F>
@@ -51,7 +63,10 @@ public:
         for (std::uint32_t i = 0; i < m_nodes[node].count; ++i) f(m_lines[m_spokes[m_nodes[node].first + i].line].line);
     }
     std::uint32_t NodeFor(CGjNetNode* node);
-    bool HasLines(std::uint32_t node) { return !Raw(node).empty(); }
+    bool HasLines(std::uint32_t node) {
+        Raw(node);
+        return m_gathered[node].rawCount > 0;
+    }
 
 private:
     enum class Kind : std::uint8_t { Unknown, Thorn, Core };
@@ -62,18 +77,15 @@ private:
         float tangents[2];       // leaving start and end, degrees
         float reach;             // length of a straight line, chord of an arc
         Kind kind;
-        Side side;
         bool arc, loop;
     };
-    struct Spoke {
-        std::uint32_t line;
-        float angle;  // in which the walk sees the line leave the node, radians
-    };
     struct Node {
-        CGjNetNode* node;
         float x, y;
-        std::uint32_t first = 0, count = 0;        // its spokes, made on the first visit
-        std::uint32_t rawFirst = 0, rawCount = 0;  // all its lines that count
+        std::uint32_t first = 0, count = 0;  // its spokes, made on the first visit
+    };
+    struct Gathered {
+        CGjNetNode* node;
+        std::uint32_t rawFirst = 0, rawCount = 0;  // all its lines that count; after StripAll their number alone
         std::uint32_t mark = 0;                    // search and side that came by last
         bool made = false, rawMade = false;
     };
@@ -93,15 +105,19 @@ private:
     void Make(std::uint32_t node);
     std::uint32_t OtherEnd(std::uint32_t line, std::uint32_t node);
     bool SearchThorn(std::uint32_t line);
-    void SetAngles(const Node& node);
-    float LeavingAngle(const Line& line, const Node& node, float r) const;
-    void GatherAll();
-    void CutOffThorns();
+    void SetAngles(std::uint32_t node);
+    Spoke SpokeOf(std::uint32_t line, bool leavesStart);
+    static float LeavingAngle(const Line& line, bool leavesStart, float r);
+    void GatherAll(std::vector<std::uint32_t>& left, std::vector<std::uint32_t>& through);
+    void CutOffThorns(std::vector<std::uint32_t>& left, std::vector<std::uint32_t>& through);
+    void PlaceSpokes(const std::vector<std::uint32_t>& left);
 
     CGridDataBase& m_db;
     bool m_stripped = false;  // everything is there
     std::vector<Line> m_lines;
-    std::vector<Node> m_nodes;
+    std::vector<Side> m_sides;  // of the lines; apart, since the walks look at those of all lines that they pass by
+    std::vector<Node> m_nodes;          // what the walks read of a node
+    std::vector<Gathered> m_gathered;  // the rest
     std::vector<Spoke> m_spokes;
     std::vector<std::uint32_t> m_raw;
     // One more than the place of an entry. After StripAll only what was looked for in vain at the line or node itself.

@@ -16,7 +16,7 @@ namespace {
 
 /// One walk: the lines passed, with flags (1 along the line, 0 against it), and their outline.
 struct Walk {
-    CArray<CGjNetLine*> lines;
+    std::vector<std::uint32_t> lines;
     CArray<int> flags;
     CFRegion region;
     bool closed = false;
@@ -25,45 +25,33 @@ struct Walk {
 // The whole net is looked at once a walk is to begin at every eighth node or so.
 constexpr int kMuch = 8;
 
-void Step(CWalkNet& net, std::uint32_t line, int flag, CWalkNet::Side side, Walk& walk) {
-    net.SetSide(line, side);
-    walk.lines.Add(net.LineAt(line));
-    walk.flags.Add(flag);
-    walk.region.Add(net.ShootOf(line, flag == 0));
-}
-
 // A line of which one side was walked is walked on the other; a fresh one from its start, or from the node that was
 // reached. Sides stay walked also when the walk does not close.
-void TakeWalk(CWalkNet& net, std::uint32_t line, Walk& walk) {
-    walk.lines.RemoveAll();
+void TakeWalk(CWalkNet& net, std::uint32_t element, Walk& walk) {
+    walk.lines.clear();
     walk.flags.RemoveAll();
     walk.region.RemoveAll();
     walk.closed = false;
-    constexpr std::uint32_t kNone = CWalkNet::kNone;
-    std::uint32_t begin = kNone, far = kNone;  // node at which the walk began, and that which it has reached
-    while (line != kNone && net.SideOf(line) != CWalkNet::kBoth) {
-        const std::uint32_t start = net.NodeOf(line, 0), end = net.NodeOf(line, 1);
-        const bool first = begin == kNone;
-        const CWalkNet::Side walked = net.SideOf(line);
-        bool along;
-        CWalkNet::Side after = CWalkNet::kBoth;
-        if (walked == CWalkNet::kNeither) {
-            along = first || start == far;
-            after = along ? CWalkNet::kForward : CWalkNet::kBackward;
-        } else {
-            along = walked == CWalkNet::kBackward;
-            // The side that is left leads to the node that the walk stands on, where it has been before: at a node that
-            // holds two pieces of the net together. The side belongs to another walk.
-            if (!first && (along ? start : end) != far) return;
-        }
-        if (first) begin = along ? start : end;
-        far = along ? end : start;
-        Step(net, line, along, after, walk);
-        if (far == begin) {
+    if (net.SideOf(element) == CWalkNet::kBoth) return;
+    const bool fromEnd = net.SideOf(element) == CWalkNet::kForward;
+    CWalkNet::Spoke spoke = net.Leaving(element, fromEnd);
+    const std::uint32_t begin = net.NodeOf(element, fromEnd);
+    for (std::uint32_t at = begin; spoke.line != CWalkNet::kNone; spoke = net.Next(at, spoke.line)) {
+        const CWalkNet::Side walked = net.SideOf(spoke.line);
+        const bool along = walked == CWalkNet::kNeither ? spoke.leavesStart : walked == CWalkNet::kBackward;
+        // The side that is left leads to the node that the walk stands on, where it has been before: at a node that
+        // holds two pieces of the net together. The side belongs to another walk.
+        if (along != spoke.leavesStart && !spoke.loop) return;
+        const CWalkNet::Side once = along ? CWalkNet::kForward : CWalkNet::kBackward;
+        net.SetSide(spoke.line, walked == CWalkNet::kNeither ? once : CWalkNet::kBoth);
+        walk.lines.push_back(spoke.line);
+        walk.flags.Add(along);
+        walk.region.Add(net.ShootOf(at, spoke, along));
+        at = spoke.far;
+        if (at == begin) {
             walk.closed = true;
             return;
         }
-        line = net.Next(far, line);
     }
 }
 
@@ -97,7 +85,7 @@ void CWeiBan::PrepareData() {
     CArray<CGouJianEx*> elements = ByIdentity(m_mapElement), kept;
     kept.Reserve(elements.GetSize());
     for (CGouJianEx* obj : elements) {
-        const std::uint32_t line = m_net->Find(static_cast<CGjNetLine*>(obj));
+        const std::uint32_t line = m_net->FindElement(static_cast<CGjNetLine*>(obj));
         if (line != CWalkNet::kNone && m_net->IsThorn(line)) continue;
         kept.Add(obj);
         if (line != CWalkNet::kNone) m_aElement.push_back(line);
@@ -132,16 +120,18 @@ void CWeiBan::DoWeiBan() {
     const bool tell = m_pFrame && m_bShowProgress;
     int plates = 1, outers = 1;  // the counters go on when the data base refuses the plate
     Walk walk;
+    CArray<CGjNetLine*> lines;
     for (std::size_t i = 0; i < elements.size(); ++i) {
         if (tell) m_pFrame->ShowProgress(static_cast<int>(static_cast<float>(i + 1) * 100.0f / static_cast<float>(elements.size())));
         for (int side = 0; side < 2; ++side) {
             TakeWalk(*m_net, elements[i].line, walk);
-            const int n = walk.lines.GetSize();
             // A walk that begins on a line between two pieces of net comes back over it, and is none.
-            if (!walk.closed || n < 2 || walk.lines[0] == walk.lines[n - 1]) continue;
+            if (!walk.closed || walk.lines.size() < 2 || walk.lines.front() == walk.lines.back()) continue;
+            lines.RemoveAll();
+            for (const std::uint32_t line : walk.lines) lines.Add(m_net->LineAt(line));
             const bool outer = !IsNiShiZhen(walk.region);
             int& number = outer ? outers : plates;
-            CMianGouJian* plate = m_pDataBase->CreateJianTuBanObject(outer, walk.lines, !outer, walk.flags, number++);
+            CMianGouJian* plate = m_pDataBase->CreateJianTuBanObject(outer, lines, !outer, walk.flags, number++);
             if (plate) (outer ? m_arrOuterBan : m_arrBan).Add(plate);
         }
     }
