@@ -1,0 +1,206 @@
+// What holds of plates after any edits, told without an oracle for the walks.
+#include <gtest/gtest.h>
+
+#include <numbers>
+
+#include "outline_oracle.h"
+#include "plate_edits.h"
+
+namespace {
+
+oracle::Polyline ShapeOf(CGjNetLine* l, int depth) {
+    return oracle::PointsOf(l->GetStartPoint(), l->GetEndPoint(), static_cast<double>(l->GetFShoot(0).c), l->m_nArc ? depth : 0);
+}
+
+/// Direction in which a line leaves a node, along its tangent.
+double Leaving(CGjNetLine* l, bool start) {
+    const double c = static_cast<double>(l->GetFShoot(0).c), chord = std::atan2(l->m_fEndY - l->m_fStartY, l->m_fEndX - l->m_fStartX);
+    return start ? chord + c : chord + std::numbers::pi - c;
+}
+
+// Two that all but touch beside a node may have crossed there by a hair, as arcs with a snapped end do.
+bool SideBySide(CGjNetLine* a, CGjNetLine* b) {
+    for (bool startA : {true, false})
+        for (bool startB : {true, false}) {
+            if ((startA ? a->m_pStartNode : a->m_pEndNode) != (startB ? b->m_pStartNode : b->m_pEndNode)) continue;
+            const double between = std::fabs(std::remainder(Leaving(a, startA) - Leaving(b, startB), 2 * std::numbers::pi));
+            if (between > 1e-5 && between < 0.05) return true;
+        }
+    return false;
+}
+
+// Whether no two lines cross or lie on one another: a net of any slopes may have crossings left near ends.
+std::string Crossing(CPlateNet& net) {
+    const auto lines = LinesOf(net);
+    std::vector<oracle::Polyline> shapes;
+    std::vector<oracle::Extent> extents;
+    for (CGjNetLine* l : lines) {
+        shapes.push_back(ShapeOf(l, 6));
+        extents.push_back(oracle::ExtentOf(shapes.back()));
+    }
+    const auto apart = [&](const oracle::Extent& a, const oracle::Extent& b) {
+        return a.maxX < b.minX - 2 || b.maxX < a.minX - 2 || a.maxY < b.minY - 2 || b.maxY < a.minY - 2;
+    };
+    for (std::size_t i = 0; i < lines.size(); ++i)
+        for (std::size_t k = 0; k < i; ++k) {
+            if (apart(extents[i], extents[k])) continue;
+            if (SideBySide(lines[i], lines[k])) return "side by side: " + Show(lines[i]) + " and " + Show(lines[k]);
+            for (const oracle::Point& p : oracle::Crossings(shapes[i], shapes[k])) {
+                bool shared = false;
+                for (CGjNetNode* n : {lines[i]->m_pStartNode, lines[i]->m_pEndNode})
+                    if ((n == lines[k]->m_pStartNode || n == lines[k]->m_pEndNode) && std::hypot(p.x - n->m_fX, p.y - n->m_fY) < 1) shared = true;
+                if (!shared) return "crossing: " + Show(lines[i]) + " and " + Show(lines[k]);
+            }
+            for (const auto& [a, b] : {std::pair(i, k), std::pair(k, i)})
+                if (oracle::DistanceTo(shapes[a], lines[b]->m_fMidX, lines[b]->m_fMidY) < 1) return "on one another: " + Show(lines[a]);
+            for (const auto& [a, b] : {std::pair(i, k), std::pair(k, i)})
+                for (CGjNetNode* n : {lines[b]->m_pStartNode, lines[b]->m_pEndNode})
+                    if (n != lines[a]->m_pStartNode && n != lines[a]->m_pEndNode && oracle::DistanceTo(shapes[a], n->m_fX, n->m_fY) < 1)
+                        return "node on line: " + Show(lines[a]) + " and " + Show(lines[b]);
+        }
+    return "";
+}
+
+// Plates that followed the edits against those formed afresh in a net edited alike.
+std::string AsFresh(CPlateNet& followed, CPlateNet& fresh) {
+    std::multimap<Border, CMianGouJian*> expected;
+    for (CMianGouJian* plate : fresh.Plates()) expected.emplace(Cyclic(BorderOf(fresh, plate)), plate);
+    for (CMianGouJian* plate : followed.Plates()) {
+        const auto it = expected.find(Cyclic(BorderOf(followed, plate)));
+        if (it == expected.end()) return "not among the fresh ones: " + Show(followed, plate);
+        const CMianGouJian* other = it->second;
+        if (std::hypot(plate->m_fCenterX - other->m_fCenterX, plate->m_fCenterY - other->m_fCenterY) > 2 ||
+            std::fabs(plate->GetArea() - other->GetArea()) > 0.01f * other->GetArea())
+            return "figures: " + Show(followed, plate) + " and " + Show(fresh, it->second);
+        expected.erase(it);
+    }
+    return expected.empty() ? "" : "missing: " + Show(fresh, expected.begin()->second);
+}
+
+// How many plates a net has, by Euler: closed lines less their nodes plus their pieces.
+int FacesByEuler(CPlateNet& net) {
+    literal::Walker thorns(net);
+    thorns.PrepareData();
+    std::map<CGjNetNode*, int> piece;  // of a node, by number; pieces are joined by renumbering
+    int lines = 0;
+    for (CGjNetLine* l : LinesOf(net)) {
+        if (thorns.IsCi(l)) continue;
+        ++lines;
+        const int a = piece.emplace(l->m_pStartNode, lines).first->second, b = piece.emplace(l->m_pEndNode, lines).first->second;
+        for (auto& [node, number] : piece)
+            if (number == b) number = a;
+    }
+    std::set<int> pieces;
+    for (const auto& [node, number] : piece) pieces.insert(number);
+    return lines - static_cast<int>(piece.size()) + static_cast<int>(pieces.size());
+}
+
+// Areas of all bounded faces, by half-edges: each leads on to the next one clockwise at its far end, and the cycles
+// that run anticlockwise are the faces. The outside of each piece runs clockwise, round as much as its faces cover.
+std::string FacesByHalfEdges(CPlateNet& net, std::vector<double>& areas) {
+    literal::Walker thorns(net);
+    thorns.PrepareData();
+    struct HalfEdge {
+        CGjNetNode *from, *to;
+        oracle::Polyline shape;
+        double angle;
+        bool passed = false;
+    };
+    std::vector<HalfEdge> edges;  // an edge's two halves stand together
+    for (CGjNetLine* l : LinesOf(net)) {
+        if (thorns.IsCi(l)) continue;
+        oracle::Polyline shape = ShapeOf(l, 8);
+        for (int side = 0; side < 2; ++side) {
+            CGjNetNode *a = l->m_pStartNode, *b = l->m_pEndNode;
+            if (side) std::swap(a, b);
+            edges.push_back({a, b, shape, std::atan2(shape[1].y - shape[0].y, shape[1].x - shape[0].x)});
+            std::reverse(shape.begin(), shape.end());
+        }
+    }
+    const auto next = [&](std::size_t h) {
+        std::size_t best = h ^ 1;
+        double bestTurn = 7;
+        for (std::size_t k = 0; k < edges.size(); ++k) {
+            if (edges[k].from != edges[h].to || k == (h ^ 1)) continue;
+            double turn = edges[h ^ 1].angle - edges[k].angle;
+            if (turn <= 0) turn += 2 * std::numbers::pi;
+            if (turn < bestTurn) {
+                bestTurn = turn;
+                best = k;
+            }
+        }
+        return best;
+    };
+    double inside = 0, outside = 0;
+    for (std::size_t first = 0; first < edges.size(); ++first) {
+        if (edges[first].passed) continue;
+        oracle::Polyline outline;
+        for (std::size_t h = first; !edges[h].passed; h = next(h)) {
+            edges[h].passed = true;
+            outline.insert(outline.end(), edges[h].shape.begin(), edges[h].shape.end());
+        }
+        const double area = oracle::AreaOf(outline).signedArea;
+        if (area > 0) areas.push_back(area);
+        (area > 0 ? inside : outside) += area;
+    }
+    std::sort(areas.begin(), areas.end());
+    return std::fabs(inside + outside) <= 1e-6 * inside + 1 ? "" : "no plane";
+}
+
+std::string AsFaces(CPlateNet& net) {
+    std::vector<double> expected, areas;
+    if (const std::string fault = FacesByHalfEdges(net, expected); !fault.empty()) return fault;
+    for (CMianGouJian* plate : net.Plates()) areas.push_back(static_cast<double>(plate->GetArea()));
+    std::sort(areas.begin(), areas.end());
+    if (areas.size() != expected.size()) return std::to_string(areas.size()) + " plates, " + std::to_string(expected.size()) + " faces";
+    for (std::size_t i = 0; i < areas.size(); ++i)
+        if (std::fabs(areas[i] - expected[i]) > 1e-4 * expected[i] + 1) return "area " + std::to_string(areas[i]) + ", of the face " + std::to_string(expected[i]);
+    return "";
+}
+
+}  // namespace
+
+TEST(PlateProperties, FollowedPlatesAreThoseOfAFreshRun) {
+    struct { const char* name; Ground ground; bool arcs; int sound; } const rows[] = {
+        {"eight directions", Ground::Octants, false, 2400},
+        {"lattice", Ground::Lattice, false, 1000},
+        {"lattice with arcs", Ground::Lattice, true, 1000},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        int sound = 0;
+        for (unsigned round = 0; round < 60; ++round) {
+            CPlateNet net, fresh;
+            PlateEditor editor(net, row.ground, row.arcs, 500 + round);
+            std::string told;
+            bool followed = true;  // no lines crossed after the edit before
+            for (int step = 0; step < 40; ++step) {
+                const std::string text = editor.Batch();
+                told += text + "\n";
+                SCOPED_TRACE(testing::Message() << "round " << round << ", step " << step << "\n" << told);
+                net.Edit(text);
+                fresh.BeCurrent();
+                Build(fresh, "start;" + text + ";clean");
+                fresh.Form();
+                ASSERT_EQ(WaysHold(net), "");
+                if (!Crossing(net).empty()) {  // then faces mean nothing, and what is found depends on where a walk begins
+                    net.Start();
+                    net.Form();
+                    followed = false;
+                    continue;
+                }
+                ++sound;
+                ASSERT_EQ(fresh.GetGouJianCount(GJLX_MIAN), FacesByEuler(fresh));
+                ASSERT_EQ(AsFaces(fresh), "");
+                if (followed) {
+                    ASSERT_EQ(AsFresh(net, fresh), "");
+                } else {
+                    net.Start();
+                    net.Form();
+                }
+                followed = true;
+            }
+        }
+        EXPECT_GE(sound, row.sound) << "the test has lost its point";
+    }
+}
