@@ -15,4 +15,6 @@ struct Command {
 
 Command AddLayersCommand(CLI::App& app);
 Command AddImportCommand(CLI::App& app);
+Command AddInfoCommand(CLI::App& app);
+Command AddRecoverCommand(CLI::App& app);
 Command AddRunCommand(CLI::App& app);

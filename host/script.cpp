@@ -193,7 +193,7 @@ constexpr ScriptCommand kCommands[] = {
 };
 
 // The families, in the order in which the help tells them.
-const std::span<const ScriptCommand> kFamilies[] = {kCommands};
+const std::span<const ScriptCommand> kFamilies[] = {kCommands, ModelCommands()};
 
 const ScriptCommand& FindCommand(const std::string& name) {
     for (const auto& family : kFamilies)

@@ -17,3 +17,6 @@ struct ScriptCommand {
     void (*run)(Script& script, const ScriptWords& words);
     const char* help;
 };
+
+// The families, each in the order of the help.
+std::span<const ScriptCommand> ModelCommands();  // saving and opening

@@ -269,6 +269,11 @@ unsigned long CObjectUndoContainEx::GetNextID(unsigned char type) {
     return static_cast<unsigned long>(type) << 24 | (n & 0xFFFFFF);
 }
 
+unsigned long CObjectUndoContainEx::HighestXuHao(unsigned char type) const {
+    const unsigned long* highest = m_mapNextXuHao.Find(type);
+    return highest ? *highest : 0;
+}
+
 // --- extent -----------------------------------------------------------------------------------------------
 
 CFRect CObjectUndoContainEx::GetMaxRect(CFCoor*) {

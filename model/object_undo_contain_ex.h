@@ -57,6 +57,10 @@ public:
     unsigned long GetNextXuHaoFromMap(unsigned char type);
     /// Moves the counter of a type up to n, never down.
     void SetNextXuHaoToMap(unsigned char type, unsigned long n);
+    /// Where the counter of a type stands; 0 before the first. Uses nothing up.
+    unsigned long HighestXuHao(unsigned char type) const;
+    /// Sets the counter of a type, also down: for a model that comes from a file. No identity above n may be in use.
+    void RestoreXuHao(unsigned char type, unsigned long n) { m_mapNextXuHao.SetAt(type, n); }
 
     // --- the rest ---
     /// Extent of the shown physical components; the transform is not used.

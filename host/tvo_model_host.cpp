@@ -1,0 +1,1 @@
+#include "host/tvo_model_host.h"
