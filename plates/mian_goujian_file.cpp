@@ -36,10 +36,15 @@ Outcome Resolve(CJainTuBanBian& side) {
     return side.m_pNetLine ? Outcome::kDone : Outcome::kNoSuchLine;
 }
 
+// A key line at which the file ends is a torn one: something always follows.
+Outcome ReadKey(std::FILE* file, const char* key) {
+    const Line line(file);
+    if (line.IsThere() && line.Holds(key)) return Outcome::kDone;
+    return !line.IsThere() || std::feof(file) ? Outcome::kBroken : Outcome::kWrongKey;
+}
+
 Outcome ReadText(CJainTuBanBian& side, std::FILE* file) {
-    const Line key(file);
-    if (!key.IsThere()) return Outcome::kBroken;
-    if (!key.Holds("Bian")) return Outcome::kWrongKey;
+    if (const Outcome key = ReadKey(file, "Bian"); key != Outcome::kDone) return key;
     Line data(file);
     if (!data.IsThere()) return Outcome::kBroken;
     data >> side.m_nLineNO >> side.m_nLineID >> side.m_nDirection;
@@ -72,9 +77,7 @@ Outcome ReadSides(CGjXingZhuangBian& shape, int count, ReadSide readSide, GoesOn
 
 // Lines that are missing are passed over in silence.
 Outcome ReadText(CGjXingZhuangBian& shape, std::FILE* file) {
-    const Line key(file);
-    if (!key.IsThere()) return Outcome::kBroken;
-    if (!key.Holds("XingZhuangBian")) return Outcome::kWrongKey;
+    if (const Outcome key = ReadKey(file, "XingZhuangBian"); key != Outcome::kDone) return key;
     Line data(file);
     int count = -1;
     data >> count;
