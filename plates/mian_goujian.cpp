@@ -2,6 +2,7 @@
 #include "plates/mian_goujian.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "geometry/angles.h"
 #include "geometry/tolerance.h"

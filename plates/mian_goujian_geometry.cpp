@@ -1,5 +1,6 @@
 // What a plate derives from its border.
 #include <cmath>
+#include <utility>
 
 #include "geometry/angles.h"
 #include "geometry/tolerance.h"
@@ -176,7 +177,7 @@ CGridDataBase* OwnerFor(const CGouJianEx& plate) {
 }
 
 CGjNetLine* Make(CGridDataBase* db, CGjNetNode* a, CGjNetNode* b, int arc, float bulge) {
-    if (db) return db->CreateNetLineObj(a, b, arc, bulge, 1);
+    if (CGjNetLine* made = db ? db->CreateNetLineObj(a, b, arc, bulge, 1) : nullptr) return made;
     auto* line = new CGjNetLine;  // the caller's
     line->set_Gjlx(GJLX_NET_LINE);
     line->m_nArc = arc;

@@ -217,8 +217,10 @@ TEST(NetFile, TheTypeByteAndStatusOfAFileDontCount) {
         CGjNetLine readLine;
         readNode.set_m_byteStatus(GJ_STATUS_HIDDEN);
         readLine.set_m_byteStatus(GJ_STATUS_HIDDEN);
+        readLine.m_bParamCalculated = 1;
         EXPECT_EQ(text ? Load(readNode, TextOf(node)) : ReadBytes(readNode, BytesOf(node)), 1);
         EXPECT_EQ(text ? Load(readLine, TextOf(line)) : ReadBytes(readLine, BytesOf(line)), 1);
+        EXPECT_EQ(readLine.m_bParamCalculated, 0) << "the caches don't fit any longer";
         EXPECT_EQ(readNode.get_m_dwGouJianID(), 0x01000007u);
         EXPECT_EQ(readLine.get_m_dwGouJianID(), 0x02000007u);
         EXPECT_EQ(readNode.get_m_byteStatus() + readLine.get_m_byteStatus(), GJ_STATUS_NORMAL);
@@ -253,7 +255,8 @@ TEST(NetFile, LinesAndNodesThatAreNotThere) {
         EXPECT_EQ(Read(shape, &CGjXingZhuangBian::LoadData, shapeText), 1) << "in silence";
         EXPECT_EQ(shape.m_nBian, 2);
         EXPECT_EQ(Read(shape, &CGjXingZhuangBian::ReadBinary, shapeBytes), 0);
-        EXPECT_EQ(shape.m_nBian, shape.m_arrBian.GetSize());
+        EXPECT_EQ(shape.m_nBian, 1) << "stops there";
+        EXPECT_EQ(shape.m_arrBian.GetSize(), 1);
         CMianGouJian plate;
         for (const bool text : {false, true}) {
             EXPECT_EQ(text ? Load(plate, TextOf(*source)) : ReadBytes(plate, BytesOf(*source)), 1) << "in silence too";
@@ -304,6 +307,8 @@ TEST(NetFile, KeyLines) {
     EXPECT_EQ(Load(node, TextOf(*net.m_lines[0])), 0);
     EXPECT_EQ(Load(line, TextOf(*plate)), 0);
     EXPECT_EQ(Load(back, TextOf(*net.m_lines[0])), 0);
+    line.m_dwStartID = line.m_dwEndID = 0x01000001;
+    EXPECT_EQ(Load(line, "###WangXian1\n1,33554433,1\n"), 0) << "the ends are in a line of their own";
     EXPECT_EQ(Load(back, "##JianTuBan1\n1,50331649,0\n"), 0);
     EXPECT_EQ(Load(node, "  x###WangDianx\n3,16777219\n"), 1) << "anywhere in the line, and nothing but the key counts";
     EXPECT_EQ(node.get_m_dwGouJianID(), 0x01000003u);
@@ -366,7 +371,7 @@ TEST(NetFile, ImpossibleCounts) {
         EXPECT_EQ(Figures(plate), kNoFigures);
     }
     CMianGouJian plate;
-    EXPECT_EQ(Load(plate, "###JianTuBan1\n1,50331649,4294967297\n####XingZhuangBian1\n0\n"), 0) << "not taken for 1";
+    EXPECT_EQ(Load(plate, "###JianTuBan1\n1,50331649,4294967296\n"), 0) << "not taken for 0";
     EXPECT_EQ(Load(plate, "###JianTuBan1\n1,50331649\n"), 0) << "no count at all";
 }
 
