@@ -1,9 +1,11 @@
 // CGridDataBase: plates follow a batch of edits.
 #include <algorithm>
 #include <cmath>
+#include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
+#include "geometry/region_measures.h"
 #include "model/by_identity.h"
 #include "net/grid_data_base.h"
 #include "plates/mian_goujian.h"
@@ -59,6 +61,27 @@ private:
     CArray<CGjNetLine*> m_lines, m_shapeLines;
     CArray<int> m_directions, m_shapeDirections;
     CArray<CGjNetNode*> m_vertices;
+};
+
+/// Which sides of lines the standing plates have on their borders.
+class StandingSides {
+public:
+    /// An anticlockwise plate has a side of the new one: a line walked in the same direction.
+    bool Shares(const CMianGouJian& standing, const CMianGouJian& fresh) {
+        const auto [at, first] = m_sides.try_emplace(&standing);
+        if (first && IsNiShiZhen(standing.m_region))
+            for (int i = 0; i < standing.m_arrBoundery.GetSize(); ++i) at->second.insert(SideOf(standing, i));
+        for (int i = 0; i < fresh.m_arrBoundery.GetSize() && !at->second.empty(); ++i)
+            if (at->second.contains(SideOf(fresh, i))) return true;
+        return false;
+    }
+
+private:
+    using Side = std::uintptr_t;  // only ever compared
+    static Side SideOf(const CMianGouJian& plate, int i) {
+        return reinterpret_cast<Side>(plate.m_arrBoundery[i]) | static_cast<Side>(plate.m_arrBounderyDir[i] & 1);
+    }
+    std::unordered_map<const CMianGouJian*, std::unordered_set<Side>> m_sides;
 };
 
 /// The plates that were taken away, by place.
@@ -140,6 +163,7 @@ void CGridDataBase::CompleteDPC() {
     // The walks start from touched lines alone, but pass over the whole net; so they also come round plates beyond
     // a touched line that stand as they were.
     work.DoWeiBan();
+    StandingSides sides;
     CArray<CMianGouJian*> made;  // added at the end: one must not be taken for a repetition of another
     for (CMianGouJian* fresh : work.m_arrBan) {
         CArray<CMianGouJian*> around;
@@ -147,7 +171,12 @@ void CGridDataBase::CompleteDPC() {
         const auto repeats = [&](CMianGouJian* plate) {
             return fresh->get_Gjlx() == main && plate->get_Gjlx() == main && IsSamePlate(fresh, plate, kSameCentroid, kSameArea);
         };
-        if (std::any_of(around.begin(), around.end(), repeats)) {
+        // A side belongs to one plate. A walk that closed early, at a node that holds two pieces of net together, would
+        // lay its plate over one that was not touched.
+        const auto overlays = [&](CMianGouJian* plate) {
+            return m_bWeiBanWholeNet && fresh->get_Gjlx() == main && plate->get_Gjlx() == main && sides.Shares(*plate, *fresh);
+        };
+        if (std::any_of(around.begin(), around.end(), repeats) || std::any_of(around.begin(), around.end(), overlays)) {
             delete fresh;
             continue;
         }
