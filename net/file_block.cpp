@@ -1,6 +1,7 @@
 #include "net/file_block.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cstdlib>
 #include <cstring>
 #include <limits>
@@ -82,9 +83,11 @@ Line& Line::operator>>(int& v) {
 
 Line& Line::operator>>(float& v) {
     if (!AtNumber()) return *this;
-    // An empty field is no number: the scan must not take the next line's for it, nor a 0.
-    const std::size_t white = std::strspn(m_at, " \t\r\n");
-    if (m_at[white] != 0) v = static_cast<float>(LeadingReal(m_at));
+    // LeadingReal gives 0 for what is no number; the field keeps its value then.
+    const char* digits = m_at + std::strspn(m_at, " \t\r\n");
+    if (*digits == '+' || *digits == '-') ++digits;
+    if (*digits == '.') ++digits;
+    if (std::isdigit(static_cast<unsigned char>(*digits))) v = static_cast<float>(LeadingReal(m_at));
     m_at = nullptr;  // always the last of its line
     return *this;
 }

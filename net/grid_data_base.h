@@ -230,6 +230,7 @@ private:
                             CMap<unsigned long, unsigned long, CGouJianEx*, CGouJianEx*>& out);
     bool IsStridden(CMianGouJian* plate, CGjNetLine* line);
     void MaintainPlate(CGouJianEx* plate, int op);
+    void Withdraw(CMianGouJian& plate);
     void LetGoOfBorder(CGjNetLine* line);
     void LetGoOfPlate(CGouJianEx* plate);
     void DropPlateWays();

@@ -18,7 +18,7 @@ public:
 
     // Text and binary form. Counts below 0 or over kMostParts are refused with 0, as is a file that ends. Lines that
     // a text names and that are not there are passed over in silence; the binary reader stops at the first and
-    // gives 0. The writers give 0 when a part could not be written, or names no live line.
+    // gives 0. The writers give 0 when a part could not be written, that of the text also when one names no live line.
     int SaveData(std::FILE* file);
     int LoadData(std::FILE* file);
     int WriteBinary(std::FILE* file);

@@ -90,13 +90,22 @@ void DropWays(CMap<CGjNetLine*, CPlateWay*>& ways) {
 
 }  // namespace
 
+// A plate is taken out where it was entered, whatever its border has become since.
 void CGridDataBase::MainGouJianMaintain(CMianGouJian* plate, int op) {
+    Withdraw(*plate);
+    if (op != 1) return;
     ForEachBorderLine(*plate, [&](CGjNetLine* line) {
-        if (op == 1)
-            AddToWay(m_mapPlateWay, line, plate);
-        else
-            RemoveFromWay(m_mapPlateWay, line, plate);
+        AddToWay(m_mapPlateWay, line, plate);
+        plate->m_arrEntered.Add(line);
     });
+}
+
+void CGridDataBase::Withdraw(CMianGouJian& plate) {
+    for (CGjNetLine* line : plate.m_arrEntered) {
+        RemoveFromWay(m_mapPlateWay, line, &plate);
+        if (!m_mapGoneWay.IsEmpty()) RemoveFromWay(m_mapGoneWay, line, &plate);
+    }
+    plate.m_arrEntered.RemoveAll();
 }
 
 // A plate that leaves after one of its lines stays in the log longer than the line does: the line is freed first, and
@@ -106,7 +115,9 @@ void CGridDataBase::MaintainPlate(CGouJianEx* obj, int op) {
     MainGouJianMaintain(plate, op);
     if (op == 1) return;
     ForEachBorderLine(*plate, [&](CGjNetLine* line) {
-        if (!CObjectUndoContainEx::IsHeld(line)) AddToWay(m_mapGoneWay, line, plate);
+        if (CObjectUndoContainEx::IsHeld(line)) return;
+        AddToWay(m_mapGoneWay, line, plate);
+        plate->m_arrEntered.Add(line);
     });
 }
 
@@ -126,10 +137,7 @@ void CGridDataBase::LetGoOfBorder(CGjNetLine* line) {
 
 void CGridDataBase::LetGoOfPlate(CGouJianEx* obj) {
     auto* plate = static_cast<CMianGouJian*>(obj);
-    ForEachBorderLine(*plate, [&](CGjNetLine* line) {
-        RemoveFromWay(m_mapPlateWay, line, plate);
-        RemoveFromWay(m_mapGoneWay, line, plate);
-    });
+    Withdraw(*plate);
     CGouJianEx** stale = m_mapStalePlate.Find(plate->get_m_dwGouJianID());
     if (stale && *stale == plate) m_mapStalePlate.RemoveKey(plate->get_m_dwGouJianID());
 }

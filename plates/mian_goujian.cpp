@@ -9,6 +9,7 @@
 #include "model/profile.h"
 #include "net/gj_net_line.h"
 #include "net/gj_net_node.h"
+#include "net/grid_data_base.h"
 #include "platform/intersection.h"
 #include "plates/side_line.h"
 
@@ -57,6 +58,7 @@ void CMianGouJian::CopyData(CMianGouJian* source) {
         m_arrXingZhuangLine.Add(side_line::Copy(db, *source->m_arrXingZhuangLine[i]));
         m_arrXingZhuangDir.Add(source->m_arrXingZhuangDir[i]);
     }
+    BorderChanged();
 }
 
 void CMianGouJian::DropSideLines() {
@@ -65,7 +67,15 @@ void CMianGouJian::DropSideLines() {
     m_arrXingZhuangDir.RemoveAll();
 }
 
+// One that stands in the store is entered under the lines that it now has.
+void CMianGouJian::BorderChanged() {
+    CGridDataBase* db = CObjectUndoContainEx::IsHeld(this) ? side_line::OwnerFor(*this) : nullptr;
+    if (db) db->MainGouJianMaintain(this, 1);
+}
+
 void CMianGouJian::LetGoOf(CGjNetLine* line) {
+    for (int i = m_arrEntered.GetUpperBound(); i >= 0; --i)
+        if (m_arrEntered[i] == line) m_arrEntered.RemoveAt(i);
     for (CGjXingZhuangBian& shape : m_arrXingZhuangBian)
         for (CJainTuBanBian& side : shape.m_arrBian)
             if (side.m_pNetLine == line) side.m_pNetLine = nullptr;

@@ -36,15 +36,17 @@ public:
     /// afterwards, whatever was read.
     int LoadData(std::FILE* file) override;
     int WriteBinary(std::FILE* file) override;
+    /// As LoadData. When a line is missing the file is left inside the block: who goes on must know where the next begins.
     int ReadBinary(std::FILE* file) override;
     CFPoint GetSortPoint() override { return GetCentroid(); }
-    /// Takes over another plate's border and figures, all but what CGouJianEx holds. The synthetic lines are
-    /// made anew.
+    /// Takes over another plate's border and figures, all but what CGouJianEx holds (m_bParamCalculated too) and the
+    /// outline as edges. The synthetic lines are made anew.
     virtual void CopyData(CMianGouJian* source);
 
-    /// Derives everything from the border, unless m_bParamCalculated says that it was done.
+    /// Derives everything from the border, unless m_bParamCalculated says that it was done. A border that isn't whole
+    /// gives nothing.
     void CalcGeographicData();
-    /// Frees the edges and the synthetic lines.
+    /// Frees the edges and the synthetic lines. Their count and the directions stay.
     void _FreeMemory();
     void GetMidPoint(float& x, float& y) const {
         x = m_fCenterX;
@@ -100,6 +102,9 @@ protected:
     void __CalcGeographic();
 
 private:
+    friend class CGridDataBase;
+    void BorderChanged();
+    CArray<CGjNetLine*> m_arrEntered;  // lines under which the data base holds the plate; some may be gone from the border
     enum class BorderState { kWhole, kOpen, kLineMissing, kEmpty };
     BorderState StateOfBorder() const;
     template <class ReadShape>

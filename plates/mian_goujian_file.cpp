@@ -167,6 +167,7 @@ int CMianGouJian::ReadBorder(int count, ReadShape readShape) {
         shape.m_nIndex = ++m_nXingZhuangBian;
         sound = readShape(shape);
     }
+    BorderChanged();
     CalcGeographicData();
     set_Gjlx(GJLX_MIAN);
     set_m_byteStatus(GJ_STATUS_NORMAL);

@@ -119,7 +119,7 @@ SideLine StraightSide(CGridDataBase* db, CGjNetNode* from, CGjNetNode* to) {
 }
 
 // Runs anticlockwise as the lines do. One that comes back to its own start is a full circle, whether its directions
-// meet at one value or a turn apart.
+// meet at one value or a turn apart; so is one that is flatter than 0.01 radian: meant.
 SideLine ArcSide(CGridDataBase* db, const CJainTuBanBian& first, const CJainTuBanBian& last) {
     const int dir = first.m_nDirection ? 1 : 0;
     const CGjNetLine& f = *first.m_pNetLine;

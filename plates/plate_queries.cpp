@@ -1,5 +1,7 @@
 #include "plates/plate_queries.h"
 
+#include <algorithm>
+
 #include "geometry/angles.h"
 #include "geometry/tolerance.h"
 #include "net/gj_net_line.h"

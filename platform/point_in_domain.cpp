@@ -114,8 +114,8 @@ void MeanOfVertices(int n, const CDomainEdge* edges, float& x, float& y) {
 
 float CPointInDomain::Get_Area(int n, const CDomainEdge* edges) const {
     if (n <= 0 || !edges) return 0;
-    const double area = std::fabs(MomentsOf(n, edges).area);
-    return std::isfinite(area) ? static_cast<float>(area) : 0.0f;
+    const auto area = static_cast<float>(std::fabs(MomentsOf(n, edges).area));
+    return std::isfinite(area) ? area : 0.0f;
 }
 
 void CPointInDomain::Get_Centroid(int n, const CDomainEdge* edges, float& x, float& y) const {

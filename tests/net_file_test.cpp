@@ -338,7 +338,7 @@ TEST(NetFile, NumbersOfATextAreScannedAsFarAsTheyGo) {
         EXPECT_EQ(node.get_m_dwGouJianNO(), row.no) << row.numbers;
         EXPECT_EQ(node.get_m_dwGouJianID(), row.id) << row.numbers;
     }
-    struct { const char* bulge; float value; } const ends[] = {{",-30.5", -30.5f}, {", -30.5x", -30.5f}, {",", 1}, {"", 1}, {";2", 1}, {",1e99", HUGE_VALF}};
+    struct { const char* bulge; float value; } const ends[] = {{",-30.5", -30.5f}, {", -30.5x", -30.5f}, {",", 1}, {",x", 1}, {",-", 1}, {"", 1}, {";2", 1}, {",1e99", HUGE_VALF}};
     for (const auto& row : ends) {
         CGjNetLine line;
         line.m_fBulge = 1;

@@ -217,6 +217,13 @@ TEST(Plate, CopyDataTakesOverTheGeometryAlone) {
         target->CopyData(source.get());
         EXPECT_EQ(Figures(*target), Figures(*source));
         EXPECT_EQ(Sides(*target), Sides(*source));
+        EXPECT_EQ(target->m_nXingZhuangBian, source->m_nXingZhuangBian);
+        EXPECT_TRUE(target->HasWholeBorder());
+        for (int i = 0; i < source->m_arrBoundery.GetSize(); ++i) {
+            EXPECT_EQ(target->m_arrBoundery[i], source->m_arrBoundery[i]);
+            EXPECT_EQ(target->m_arrBounderyDir[i], source->m_arrBounderyDir[i]);
+            EXPECT_EQ(target->m_arrVertex[i], source->m_arrVertex[i]);
+        }
         EXPECT_EQ(target->get_m_dwGouJianID(), id);
         EXPECT_EQ(target->m_dwTag, 7u);
         EXPECT_NE(target->m_arrXingZhuangLine[0], source->m_arrXingZhuangLine[0]);
@@ -226,6 +233,20 @@ TEST(Plate, CopyDataTakesOverTheGeometryAlone) {
         target->CopyData(nullptr);
         EXPECT_EQ(Sides(*target), was) << "itself and null change nothing";
     }
+}
+
+TEST(Plate, IsTakenOutWhereItWasEntered) {
+    CPlateNet net(std::string(kRectangle) + "; arc 20000,0 3000 0..180; arc 20000,0 3000 180..360");
+    CMianGouJian* plate = net.Plate(kAnticlockwise).release();  // owned by the store from the next line on
+    net.AddMianGouJian(plate);
+    plate->CopyData(net.Plate("4+ | 5+").get());
+    CArray<CMianGouJian*> bordered;
+    for (int i = 0; i < 4; ++i) EXPECT_EQ(net.GetBounderyPlate(net.m_lines[static_cast<std::size_t>(i)], bordered), 0) << i;
+    EXPECT_EQ(net.GetBounderyPlate(net.m_lines[5], bordered), 1) << "its border has changed";
+    net.DeleteGouJian(plate);
+    net.UndoInit();  // frees it
+    bordered.RemoveAll();
+    for (CGjNetLine* line : net.m_lines) EXPECT_EQ(net.GetBounderyPlate(line, bordered), 0);
 }
 
 TEST(Plate, LetsGoOfALineThatIsFreed) {
