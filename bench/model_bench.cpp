@@ -5,11 +5,12 @@
 //   model_bench open N PLATES   the model that was saved
 //
 // Seconds are processor time, the kernel's part of it included.
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <memory>
 #include <string>
+#include <vector>
 
 #include "bench/peers/measure.h"
 #include "host/models/model_build.h"
@@ -60,18 +61,15 @@ int RunSave(int lines, bool plates) {
     return 0;
 }
 
+// Once a process: a second time it would find memory that the system has cleared for it already.
 int RunOpen(int lines) {
-    auto db = std::make_unique<CGridDataBase>();
-    BuiltModel built;
-    // A fresh data base each time: freeing the one before is no part of opening.
-    const bench::Result r = bench::measure(
-        [&] {
-            db.reset();
-            db = std::make_unique<CGridDataBase>();
-        },
-        [&] { built = OpenModel(Model(lines), *db, ModelHost()); });
-    std::printf("%.6f %.3f %zu %zu %zu\n", r.cpu_med, static_cast<double>(fs::file_size(Model(lines))) / 1e6, built.nodes, built.lines, built.plates);
-    return 0;
+    CGridDataBase db;
+    const double before = bench::cpu();
+    const BuiltModel built = OpenModel(Model(lines), db, ModelHost());
+    const double seconds = bench::cpu() - before;
+    std::printf("%.6f %.3f %zu %zu %zu\n", seconds, static_cast<double>(fs::file_size(Model(lines))) / 1e6, built.nodes, built.lines, built.plates);
+    std::fflush(stdout);
+    std::_Exit(0);  // nobody wants to wait for the freeing
 }
 
 Figures Run(const fs::path& self, const char* what, int lines, bool plates) {
@@ -86,13 +84,21 @@ Figures Run(const fs::path& self, const char* what, int lines, bool plates) {
     return f;
 }
 
+/// The median of five processes.
+Figures RunFive(const fs::path& self, const char* what, int lines, bool plates) {
+    std::vector<Figures> runs;
+    for (int i = 0; i < 5; ++i) runs.push_back(Run(self, what, lines, plates));
+    std::sort(runs.begin(), runs.end(), [](const Figures& a, const Figures& b) { return a.seconds < b.seconds; });
+    return runs[2];
+}
+
 int Table(const fs::path& self) {
     std::printf("| lines | nodes | plates | MB | save s | MB/s (goal 200) | open s (goal 4) | us a line | to 100000 (goal 1.3) |\n|---|---|---|---|---|---|---|---|---|\n");
     for (const bool plates : {false, true}) {
         double perLine[2] = {};
         int row = 0;
         for (const int lines : {100000, 1000000}) {
-            const Figures save = Run(self, "save", lines, plates), open = Run(self, "open", lines, plates);
+            const Figures save = Run(self, "save", lines, plates), open = RunFive(self, "open", lines, plates);
             perLine[row] = open.seconds * 1e6 / lines;
             std::printf("| %d | %d | %d | %.1f | %.3f | %.0f | %.3f | %.2f | %.2f |\n", save.lines, save.nodes, save.plates, save.megabytes,
                         save.seconds, save.megabytes / save.seconds, open.seconds, perLine[row], perLine[row] / perLine[0]);
