@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <memory>
 #include <new>
+#include <vector>
 
 #include "host/failure.h"
 #include "host/models/model_host.h"
@@ -31,9 +32,9 @@ public:
     ModelBuilder(ModelPlan& plan, CGridDataBase& db, const ModelHost& host) : m_plan(plan), m_db(db), m_host(host) {}
 
     BuiltModel Build() {
-        for (const PlannedBlocks& section : m_plan.nodes) m_built.nodes += AddBlocks<CGjNetNode>(section, kNodeBlockSize);
-        for (const PlannedBlocks& section : m_plan.lines) m_built.lines += AddBlocks<CGjNetLine>(section, kLineBlockSize);
-        for (const PlannedBlocks& section : m_plan.plates) m_built.plates += AddBlocks<CMianGouJian>(section, 0);
+        AddSections<CGjNetNode>(m_plan.nodes, kNodeBlockSize, m_built.nodes);
+        AddSections<CGjNetLine>(m_plan.lines, kLineBlockSize, m_built.lines);
+        AddSections<CMianGouJian>(m_plan.plates, 0, m_built.plates);
         m_built.unresolvedPlates += static_cast<std::size_t>(m_plan.unresolvedPlates);
         AddOthers();
         return m_built;
@@ -41,6 +42,16 @@ public:
 
 private:
     static std::uint32_t IdentityOf(std::string_view block) { return WordAt(block, 4); }
+
+    template <class Component>
+    void AddSections(const std::vector<PlannedBlocks>& sections, std::size_t blockSize, std::size_t& added) {
+        for (const PlannedBlocks& section : sections) {
+            added += AddBlocks<Component>(section, blockSize);
+            // Nobody will ask what changed. Said early, it takes no memory for as many records as there are components.
+            m_db.UndoInit();
+            m_db.m_mapBanBianInsert.RemoveAll();
+        }
+    }
 
     template <class Component>
     std::size_t AddBlocks(const PlannedBlocks& section, std::size_t blockSize) {
@@ -158,7 +169,6 @@ BuiltModel BuildModel(ModelPlan& plan, const std::optional<ModelHeader>& header,
         RestoreCounters(plan, db);
         db.SetCurCeng(settings.currentStorey);
         ReadHostData(plan.hostData, db, host, built);
-        db.m_mapBanBianInsert.RemoveAll();  // nothing has changed since the plates were formed
         db.m_mapBanBianRemove.RemoveAll();
         db.UndoInit();
         db.GetContain().SetModifiedFlag(0);
