@@ -226,6 +226,7 @@ private:
     bool HasStraightLine(CGjNetNode* a, CGjNetNode* b);
     CGjNetLine* FindEqualLine(CGjNetNode* a, CGjNetNode* b, int arc, float bulge);
     void LetGoOfNet(CGouJianEx* obj);
+    void GatherTouchedPlates(CWeiBan& work, CMap<unsigned long, unsigned long, CGouJianEx*, CGouJianEx*>& touched);
     void GatherStridePlates(CGjNetLine* line, CWeiBan& probe, std::unordered_set<CGjNetLine*>& passed,
                             CMap<unsigned long, unsigned long, CGouJianEx*, CGouJianEx*>& out);
     bool IsStridden(CMianGouJian* plate, CGjNetLine* line);

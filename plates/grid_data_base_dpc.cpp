@@ -1,6 +1,8 @@
 // CGridDataBase: plates follow a batch of edits.
 #include <algorithm>
 #include <cmath>
+#include <compare>
+#include <optional>
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
@@ -66,22 +68,30 @@ private:
 /// Which sides of lines the standing plates have on their borders.
 class StandingSides {
 public:
-    /// An anticlockwise plate has a side of the new one: a line walked in the same direction.
-    bool Shares(const CMianGouJian& standing, const CMianGouJian& fresh) {
-        const auto [at, first] = m_sides.try_emplace(&standing);
-        if (first && IsNiShiZhen(standing.m_region))
-            for (int i = 0; i < standing.m_arrBoundery.GetSize(); ++i) at->second.insert(SideOf(standing, i));
-        for (int i = 0; i < fresh.m_arrBoundery.GetSize() && !at->second.empty(); ++i)
-            if (at->second.contains(SideOf(fresh, i))) return true;
-        return false;
+    /// The plate walks the line in this direction.
+    bool Has(const CMianGouJian& plate, CGjNetLine* line, int dir) {
+        Known& known = m_plates[&plate];
+        if (++known.asked < kFew) {
+            for (int i = 0; i < plate.m_arrBoundery.GetSize(); ++i)
+                if (plate.m_arrBoundery[i] == line && plate.m_arrBounderyDir[i] == dir) return true;
+            return false;
+        }
+        if (known.sides.empty())
+            for (int i = 0; i < plate.m_arrBoundery.GetSize(); ++i)
+                known.sides.insert(SideOf(plate.m_arrBoundery[i], plate.m_arrBounderyDir[i]));
+        return known.sides.contains(SideOf(line, dir));
     }
 
 private:
-    using Side = std::uintptr_t;  // only ever compared
-    static Side SideOf(const CMianGouJian& plate, int i) {
-        return reinterpret_cast<Side>(plate.m_arrBoundery[i]) | static_cast<Side>(plate.m_arrBounderyDir[i] & 1);
+    static constexpr int kFew = 8;  // questions about a plate that are answered by a look at all of its border
+    static std::uintptr_t SideOf(CGjNetLine* line, int dir) {
+        return reinterpret_cast<std::uintptr_t>(line) | static_cast<std::uintptr_t>(dir & 1);  // only ever compared
     }
-    std::unordered_map<const CMianGouJian*, std::unordered_set<Side>> m_sides;
+    struct Known {
+        int asked = 0;
+        std::unordered_set<std::uintptr_t> sides;
+    };
+    std::unordered_map<const CMianGouJian*, Known> m_plates;
 };
 
 /// The plates that were taken away, by place.
@@ -94,30 +104,95 @@ public:
     };
 
     void Add(CMianGouJian* plate, CGouJianEx* dependent) {
-        // A centroid that is no number is nobody's neighbour.
-        if (!std::isnan(plate->m_fCenterX)) m_byX.push_back(m_old.size());
+        m_places.push_back({CellOf(plate->GetCentroid().x), plate->GetCentroid().y, m_old.size()});
         m_old.push_back({plate, dependent, false});
     }
     void Sort() {
-        std::sort(m_byX.begin(), m_byX.end(), [&](std::size_t a, std::size_t b) { return X(a) != X(b) ? X(a) < X(b) : a < b; });
+        // A centroid that is no number is nobody's neighbour.
+        std::erase_if(m_places, [](const Place& p) { return std::isnan(p.column) || std::isnan(p.y); });
+        std::sort(m_places.begin(), m_places.end());
     }
     /// Those whose centroid lies about a plate's, in order of entry.
-    std::vector<std::size_t> Near(const CMianGouJian& plate) const {
-        const float x = plate.m_fCenterX, y = plate.m_fCenterY, reach = kSameCentroid + std::fabs(x) * 1e-6f;
+    std::vector<std::size_t> Near(CMianGouJian& plate) const {
+        const CFPoint at = plate.GetCentroid();
+        const auto reach = [](float v) { return kSameCentroid + std::fabs(v) * 1e-6f; };  // far out, floats are rounded
+        const double first = CellOf(at.x - reach(at.x)), last = CellOf(at.x + reach(at.x));
         std::vector<std::size_t> near;
-        auto at = std::lower_bound(m_byX.begin(), m_byX.end(), x - reach, [&](std::size_t i, float v) { return X(i) < v; });
-        for (; at != m_byX.end() && X(*at) <= x + reach; ++at)
-            if (std::fabs(m_old[*at].plate->m_fCenterY - y) <= kSameCentroid + std::fabs(y) * 1e-6f) near.push_back(*at);
+        for (auto p = std::lower_bound(m_places.begin(), m_places.end(), Place{first, at.y - reach(at.y), 0});
+             p != m_places.end() && p->column <= last;) {
+            if (p->y > at.y + reach(at.y)) {  // on to the next column
+                p = std::lower_bound(p, m_places.end(), Place{std::nextafter(p->column, HUGE_VAL), -HUGE_VALF, 0});
+                if (p != m_places.end() && p->column <= last)
+                    p = std::lower_bound(p, m_places.end(), Place{p->column, at.y - reach(at.y), 0});
+                continue;
+            }
+            near.push_back((p++)->old);
+        }
         std::sort(near.begin(), near.end());
         return near;
     }
     std::vector<Old>& All() { return m_old; }
 
 private:
-    float X(std::size_t i) const { return m_old[i].plate->m_fCenterX; }
+    struct Place {
+        double column;  // of cells twice as wide as the reach
+        float y;
+        std::size_t old;
+        auto operator<=>(const Place&) const = default;
+    };
+    static double CellOf(float x) { return std::floor(static_cast<double>(x) / (2 * static_cast<double>(kSameCentroid))); }
     std::vector<Old> m_old;
-    std::vector<std::size_t> m_byX;
+    std::vector<Place> m_places;
 };
+
+bool AreSame(CGridDataBase& db, CMianGouJian& fresh, CMianGouJian& other) {
+    const unsigned char main = db.QueryMainGouJianType();
+    return fresh.get_Gjlx() == main && other.get_Gjlx() == main && db.IsSamePlate(&fresh, &other, kSameCentroid, kSameArea);
+}
+
+// The new plate repeats one that was not touched. Or it lays over one: a side belongs to one plate, but a walk that
+// closed early, at a node that holds two pieces of net together, has sides of another.
+bool StandsAlready(CGridDataBase& db, CMianGouJian& fresh, StandingSides& sides) {
+    CArray<CMianGouJian*> around;
+    db.GetBanAround(&fresh, around);
+    if (std::any_of(around.begin(), around.end(), [&](CMianGouJian* plate) { return AreSame(db, fresh, *plate); })) return true;
+    const unsigned char main = db.QueryMainGouJianType();
+    if (!db.m_bWeiBanWholeNet || fresh.get_Gjlx() != main) return false;
+    for (int i = 0; i < fresh.m_arrBoundery.GetSize(); ++i) {
+        CArray<CMianGouJian*> bordered;
+        db.GetBounderyPlate(fresh.m_arrBoundery[i], bordered);
+        for (const CMianGouJian* plate : bordered)
+            if (plate->get_Gjlx() == main && sides.Has(*plate, fresh.m_arrBoundery[i], fresh.m_arrBounderyDir[i]) &&
+                IsNiShiZhen(plate->m_region))
+                return true;
+    }
+    return false;
+}
+
+// The new plate takes over the figures of the old ones that stood where it stands, and what hangs on them. An old plate
+// on which nothing hangs may be taken over by several: meant.
+void TakeOver(CGridDataBase& db, CMianGouJian& fresh, OldPlates& old) {
+    std::optional<TracedBorder> traced;
+    std::size_t next = 0;
+    for (bool taken = true; taken;) {
+        taken = false;
+        for (const std::size_t i : old.Near(fresh)) {
+            OldPlates::Old& before = old.All()[i];
+            if (i < next || before.passedOn || !AreSame(db, fresh, *before.plate)) continue;
+            if (!traced) traced.emplace(fresh);
+            fresh.CopyData(before.plate);
+            if (before.dependent) {
+                db.CreateGouJianDependentOnMianGouJian(before.plate, before.dependent, &fresh);
+                db.DeleteGouJianDependentOnMianGouJian(before.plate);
+                before.passedOn = true;
+            }
+            // The next ones are compared with the figures that have come in.
+            next = i + 1;
+            taken = true;
+            break;
+        }
+    }
+}
 
 }  // namespace
 
@@ -128,14 +203,49 @@ void CGridDataBase::PrepareDPC() {
 
 void CGridDataBase::CompleteDPC() {
     const unsigned char main = QueryMainGouJianType();
-    CWeiBan work, probe;
+    CWeiBan work;
     work.SetData(this, g_pFrame);
-    probe.SetData(this, g_pFrame);
-    probe.PrepareData();
-
-    // Which plates are touched. None is taken away meanwhile: the first deletion may drop an old part of the log, and
-    // free lines that the two maps name.
     ComponentMap touched;
+    GatherTouchedPlates(work, touched);
+
+    OldPlates old;
+    for (CMianGouJian* plate : PlatesOf(touched)) {
+        if (plate->get_Gjlx() != main) continue;
+        // A line that has left may be freed by the deletion below.
+        for (CGjNetLine* line : plate->m_arrBoundery)
+            if (FindGouJian(line->get_m_dwGouJianID()) == line) work.AddElement(line);
+        CGouJianEx* dependent = QueryGouJianDependentOnMianGouJian(plate);
+        DeleteGouJian(plate);
+        old.Add(plate, dependent);
+    }
+    old.Sort();
+
+    // The walks start from touched lines alone, but pass over the whole net; so they also come round plates beyond
+    // a touched line that stand as they were.
+    work.DoWeiBan();
+    StandingSides sides;
+    CArray<CMianGouJian*> made;  // added at the end: one must not be taken for a repetition of another
+    for (CMianGouJian* fresh : work.m_arrBan) {
+        if (StandsAlready(*this, *fresh, sides)) {
+            delete fresh;
+            continue;
+        }
+        TakeOver(*this, *fresh, old);
+        made.Add(fresh);
+    }
+    for (CMianGouJian* fresh : made) AddMianGouJian(fresh);
+    for (CMianGouJian* outer : work.m_arrOuterBan) AddMianGouJian(outer);
+    for (const OldPlates::Old& left : old.All())
+        if (!left.passedOn) DeleteGouJianDependentOnMianGouJian(left.plate);
+    m_mapBanBianInsert.RemoveAll();
+    m_mapBanBianRemove.RemoveAll();
+}
+
+// None is taken away meanwhile: the first deletion may drop an old part of the log, and free lines that the maps name.
+void CGridDataBase::GatherTouchedPlates(CWeiBan& work, ComponentMap& touched) {
+    CWeiBan probe;
+    probe.SetData(this, nullptr);
+    probe.PrepareData();
     std::unordered_set<CGjNetLine*> passed;
     for (const auto& [id, obj] : ByKey(m_mapBanBianInsert)) {
         if (FindGouJian(id) != obj || probe.IsCi(obj)) continue;
@@ -149,57 +259,6 @@ void CGridDataBase::CompleteDPC() {
     for (const auto& [id, plate] : ByKey(m_mapStalePlate))
         if (FindGouJian(id) == plate) touched.SetAt(id, plate);
     m_mapStalePlate.RemoveAll();
-
-    OldPlates old;
-    for (CMianGouJian* plate : PlatesOf(touched)) {
-        if (plate->get_Gjlx() != main) continue;
-        for (CGjNetLine* line : plate->m_arrBoundery) work.AddElement(line);
-        CGouJianEx* dependent = QueryGouJianDependentOnMianGouJian(plate);
-        DeleteGouJian(plate);
-        old.Add(plate, dependent);
-    }
-    old.Sort();
-
-    // The walks start from touched lines alone, but pass over the whole net; so they also come round plates beyond
-    // a touched line that stand as they were.
-    work.DoWeiBan();
-    StandingSides sides;
-    CArray<CMianGouJian*> made;  // added at the end: one must not be taken for a repetition of another
-    for (CMianGouJian* fresh : work.m_arrBan) {
-        CArray<CMianGouJian*> around;
-        GetBanAround(fresh, around);
-        const auto repeats = [&](CMianGouJian* plate) {
-            return fresh->get_Gjlx() == main && plate->get_Gjlx() == main && IsSamePlate(fresh, plate, kSameCentroid, kSameArea);
-        };
-        // A side belongs to one plate. A walk that closed early, at a node that holds two pieces of net together, would
-        // lay its plate over one that was not touched.
-        const auto overlays = [&](CMianGouJian* plate) {
-            return m_bWeiBanWholeNet && fresh->get_Gjlx() == main && plate->get_Gjlx() == main && sides.Shares(*plate, *fresh);
-        };
-        if (std::any_of(around.begin(), around.end(), repeats) || std::any_of(around.begin(), around.end(), overlays)) {
-            delete fresh;
-            continue;
-        }
-        {
-            const TracedBorder border(*fresh);
-            for (const std::size_t i : old.Near(*fresh)) {
-                OldPlates::Old& before = old.All()[i];
-                if (before.passedOn || !repeats(before.plate)) continue;
-                fresh->CopyData(before.plate);
-                if (!before.dependent) continue;  // its turn may come again: meant
-                CreateGouJianDependentOnMianGouJian(before.plate, before.dependent, fresh);
-                DeleteGouJianDependentOnMianGouJian(before.plate);
-                before.passedOn = true;
-            }
-        }
-        made.Add(fresh);
-    }
-    for (CMianGouJian* fresh : made) AddMianGouJian(fresh);
-    for (CMianGouJian* outer : work.m_arrOuterBan) AddMianGouJian(outer);
-    for (const OldPlates::Old& left : old.All())
-        if (!left.passedOn) DeleteGouJianDependentOnMianGouJian(left.plate);
-    m_mapBanBianInsert.RemoveAll();
-    m_mapBanBianRemove.RemoveAll();
 }
 
 // --- which plates a line touches ----------------------------------------------------------------------------
@@ -247,13 +306,15 @@ void CGridDataBase::GatherStridePlates(CGjNetLine* line, CWeiBan& probe, std::un
             auto* met = static_cast<CGjNetLine*>(obj);
             if (m_mapPlateWay.Contains(met))
                 GetBounderyPlate(met, bordered);
-            else if (!probe.IsCi(met))
+            else if (probe.CanBorder(met))
                 pass(met);
         }
         ComponentMap near;
         for (CMianGouJian* plate : bordered) near.SetAt(plate->get_m_dwGouJianID(), plate);
-        for (CMianGouJian* plate : PlatesOf(near))
-            if (IsStridden(plate, at)) out.SetAt(plate->get_m_dwGouJianID(), plate);
+        for (CMianGouJian* plate : PlatesOf(near)) {
+            CGouJianEx** entered = out.Find(plate->get_m_dwGouJianID());
+            if (!(entered && *entered == plate) && IsStridden(plate, at)) out.SetAt(plate->get_m_dwGouJianID(), plate);
+        }
     }
 }
 

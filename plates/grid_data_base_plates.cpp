@@ -113,7 +113,10 @@ void CGridDataBase::Withdraw(CMianGouJian& plate) {
 void CGridDataBase::MaintainPlate(CGouJianEx* obj, int op) {
     auto* plate = static_cast<CMianGouJian*>(obj);
     MainGouJianMaintain(plate, op);
-    if (op == 1) return;
+    if (op == 1) {  // one that has lost a line in the log comes back to be replaced
+        if (plate->HasLostLines()) m_mapStalePlate.SetAt(plate->get_m_dwGouJianID(), plate);
+        return;
+    }
     ForEachBorderLine(*plate, [&](CGjNetLine* line) {
         if (CObjectUndoContainEx::IsHeld(line)) return;
         AddToWay(m_mapGoneWay, line, plate);
@@ -128,7 +131,8 @@ void CGridDataBase::LetGoOfBorder(CGjNetLine* line) {
         CPlateWay* way = *found;
         ways->RemoveKey(line);
         for (CMianGouJian* plate : way->m_arrPlate) {
-            plate->LetGoOf(line);
+            Withdraw(*plate);
+            plate->LetGoOfLines();
             if (ways == &m_mapPlateWay) m_mapStalePlate.SetAt(plate->get_m_dwGouJianID(), plate);
         }
         delete way;

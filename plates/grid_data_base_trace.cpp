@@ -57,7 +57,7 @@ void CGridDataBase::DoWeiBan() {
     CArray<CGouJianEx*> standing;
     GetGouJianArray(main, &standing);
     for (CGouJianEx* obj : standing) {
-        DeleteGouJianDependentOnMianGouJian(static_cast<CMianGouJian*>(obj));
+        if (obj->QueryBasicType() == kBasicPlate) DeleteGouJianDependentOnMianGouJian(static_cast<CMianGouJian*>(obj));
         DeleteGouJian(obj);
     }
     CWeiBan walker;
@@ -92,5 +92,6 @@ int CGridDataBase::CombineMianGouJian(CArray<CMianGouJian*>& in, CArray<CMianGou
     for (CGouJianEx* obj : formed)
         if (obj->m_dwTag == m_dwCombineTag && obj->QueryBasicType() == kBasicPlate) out.Add(static_cast<CMianGouJian*>(obj));
     m_bCombineMode = m_bCombineFilter = 0;
+    m_mapCombineLine.RemoveAll();  // the lines may go any time now
     return out.GetSize();
 }

@@ -73,21 +73,16 @@ void CMianGouJian::BorderChanged() {
     if (db) db->MainGouJianMaintain(this, 1);
 }
 
-void CMianGouJian::LetGoOf(CGjNetLine* line) {
-    for (int i = m_arrEntered.GetUpperBound(); i >= 0; --i)
-        if (m_arrEntered[i] == line) m_arrEntered.RemoveAt(i);
+void CMianGouJian::LetGoOfLines() {
     for (CGjXingZhuangBian& shape : m_arrXingZhuangBian)
-        for (CJainTuBanBian& side : shape.m_arrBian)
-            if (side.m_pNetLine == line) side.m_pNetLine = nullptr;
-    // A vertex goes with the line that leaves it; the nodes of the lines that stay are theirs to keep alive.
-    for (int i = m_arrBoundery.GetUpperBound(); i >= 0; --i) {
-        if (m_arrBoundery[i] != line) continue;
-        m_arrBoundery.RemoveAt(i);
-        m_arrBounderyDir.RemoveAt(i);
-        m_arrVertex.RemoveAt(i);
-    }
+        for (CJainTuBanBian& side : shape.m_arrBian) side.m_pNetLine = nullptr;
+    m_arrBoundery.RemoveAll();
+    m_arrBounderyDir.RemoveAll();
+    m_arrVertex.RemoveAll();
     DropSideLines();
 }
+
+bool CMianGouJian::HasLostLines() const { return StateOfBorder() == BorderState::kLineMissing; }
 
 // --- lists ------------------------------------------------------------------------------------------------
 

@@ -71,9 +71,10 @@ public:
     /// Every border line is there, and the border closes. False for a plate read from a file that doesn't fit
     /// the net; such a plate has empty figures.
     bool HasWholeBorder() const;
-    /// A border line is about to be freed. The plate keeps its figures and the other lines, and forgets this one with
-    /// the vertex that it leaves, and all synthetic lines.
-    void LetGoOf(CGjNetLine* line);
+    /// A border line is about to be freed. The plate keeps its figures, and forgets its lines, vertices and synthetic
+    /// lines.
+    void LetGoOfLines();
+    bool HasLostLines() const;  // a side has no line
 
     int m_nXingZhuangBian = 0;                       // number of shape sides
     CArray<CGjXingZhuangBian> m_arrXingZhuangBian;   // in walk order

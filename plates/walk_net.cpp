@@ -167,36 +167,49 @@ bool CWalkNet::SearchThorn(std::uint32_t line) {
         return true;
     }
     m_search += 2;
-    std::size_t head[2] = {0, 0};
+    std::uint32_t head[2] = {0, 0};
     bool alive[2] = {false, false};
-    for (int side = 0; side < 2; ++side) {
-        m_queue[side].assign(1, {ends[side], line});
-        m_gathered[ends[side]].mark = m_search + static_cast<std::uint32_t>(side);
+    // Steps at which a search came upon something that closes. If the line is no thorn, neither is the way to them.
+    std::vector<std::uint32_t> contacts[2];
+    for (std::uint32_t side = 0; side < 2; ++side) {
+        m_queue[side].assign(1, {ends[side], line, kNone});
+        m_gathered[ends[side]].mark = m_search + side;
+        m_gathered[ends[side]].step = 0;
     }
-    for (int side = 0;; side = alive[1 - side] ? side : 1 - side) {
-        if (alive[side]) return false;  // then both are
+    bool met = false;  // the line lies on something closed
+    for (std::uint32_t side = 0; !met; side = alive[1 - side] ? side : 1 - side) {
+        if (alive[side]) break;  // then both are
         if (head[side] == m_queue[side].size()) {
             for (const Step& step : m_queue[side]) m_lines[step.via].kind = Kind::Thorn;  // all that hangs on this end
             return true;
         }
-        const Step at = m_queue[side][head[side]++];
+        const std::uint32_t index = head[side]++;
+        const Step at = m_queue[side][index];
+        // A node that a host took away under its lines holds them as they are.
+        alive[side] = !m_gathered[at.node].node->m_pStar;
         for (const std::uint32_t next : Raw(at.node)) {
             if (next == at.via || m_lines[next].kind == Kind::Thorn) continue;
-            if (m_lines[next].kind == Kind::Core || m_lines[next].loop) {
-                alive[side] = true;
+            const std::uint32_t node = OtherEnd(next, at.node), mark = m_gathered[node].mark;
+            const bool same = mark == m_search + side;
+            met = mark == m_search + 1 - side;
+            alive[side] = same || m_lines[next].loop || m_lines[next].kind == Kind::Core;
+            if (met || alive[side]) {
+                if (met || same) {
+                    m_lines[next].kind = m_lines[next].loop ? m_lines[next].kind : Kind::Core;
+                    contacts[met ? 1 - side : side].push_back(m_gathered[node].step);
+                }
                 break;
             }
-            const std::uint32_t node = OtherEnd(next, at.node);
-            const std::uint32_t mark = m_gathered[node].mark;
-            if (mark == m_search + static_cast<std::uint32_t>(1 - side)) return false;  // the line lies on something closed
-            if (mark == m_search + static_cast<std::uint32_t>(side)) {
-                alive[side] = true;
-                break;
-            }
-            m_gathered[node].mark = m_search + static_cast<std::uint32_t>(side);
-            m_queue[side].push_back({node, next});
+            m_gathered[node].mark = m_search + side;
+            m_gathered[node].step = static_cast<std::uint32_t>(m_queue[side].size());
+            m_queue[side].push_back({node, next, index});
         }
+        if (met || alive[side]) contacts[side].push_back(index);
     }
+    for (int side = 0; side < 2; ++side)
+        for (std::uint32_t index : contacts[side])
+            for (; index != kNone; index = m_queue[side][index].from) m_lines[m_queue[side][index].via].kind = Kind::Core;
+    return false;
 }
 
 // The lines are read in the order in which they lie in memory, and once. Each leaves a note of its entry, and so does

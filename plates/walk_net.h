@@ -87,6 +87,7 @@ private:
         CGjNetNode* node;
         std::uint32_t rawFirst = 0, rawCount = 0;  // all its lines that count; after StripAll their number alone
         std::uint32_t mark = 0;                    // search and side that came by last
+        std::uint32_t step = 0;                    // and the step of it
         bool made = false, rawMade = false;
     };
     struct Span {
@@ -120,11 +121,12 @@ private:
     std::vector<Gathered> m_gathered;  // the rest
     std::vector<Spoke> m_spokes;
     std::vector<std::uint32_t> m_raw;
-    // One more than the place of an entry. After StripAll only what was looked for in vain at the line or node itself.
+    // One more than the place of an entry. After StripAll not made until the note at a line or node is somebody else's.
     CMap<std::uint32_t, std::uint32_t> m_lineByIdentity, m_nodeByIdentity;
 
     struct Step {
         std::uint32_t node, via;
+        std::uint32_t from;  // the step before, kNone for the first
     };
     std::vector<Step> m_queue[2];  // of the search at hand, one per end
     std::uint32_t m_search = 0;

@@ -103,6 +103,11 @@ int CWeiBan::IsCi(CGouJianEx* line) {
     return 1;
 }
 
+bool CWeiBan::CanBorder(CGjNetLine* line) {
+    const std::uint32_t entry = m_net ? m_net->Find(line) : CWalkNet::kNone;
+    return entry != CWalkNet::kNone && !m_net->IsThorn(entry);
+}
+
 void CWeiBan::DoWeiBan() {
     PrepareData();
     // From the lines between nodes where nothing branches off to those between two where something does. A walk that
@@ -118,11 +123,12 @@ void CWeiBan::DoWeiBan() {
     std::stable_sort(elements.begin(), elements.end(), [](const Element& a, const Element& b) { return a.branching < b.branching; });
 
     const bool tell = m_pFrame && m_bShowProgress;
+    const auto total = static_cast<float>(m_mapElement.GetCount());
     int plates = 1, outers = 1;  // the counters go on when the data base refuses the plate
     Walk walk;
     CArray<CGjNetLine*> lines;
     for (std::size_t i = 0; i < elements.size(); ++i) {
-        if (tell) m_pFrame->ShowProgress(static_cast<int>(static_cast<float>(i + 1) * 100.0f / static_cast<float>(elements.size())));
+        if (tell) m_pFrame->ShowProgress(static_cast<int>(static_cast<float>(i + 1) * 100.0f / total));
         for (int side = 0; side < 2; ++side) {
             TakeWalk(*m_net, elements[i].line, walk);
             // A walk that begins on a line between two pieces of net comes back over it, and is none.
@@ -145,16 +151,18 @@ void CWeiBan::PrintWeiBanData(const char* file) {
     const auto number = [](const CGouJianEx* obj) { return static_cast<int>(obj->get_m_dwGouJianNO()); };
     for (const CGouJianEx* line : ByIdentity(m_mapElement)) std::fprintf(f, "NetLine:%d\n", number(line));
     std::fprintf(f, "STAR\n");
-    if (m_net)
-        for (POSITION p = m_pDataBase->m_mapStar.GetStartPosition(); p;) {
-            CGjNetNode* node = m_pDataBase->m_mapStar.GetNext(p)->m_pNode;
-            const std::uint32_t entry = m_net->NodeFor(node);
-            int lines = 0;
-            m_net->ForEachAt(entry, [&](const CGjNetLine*) { ++lines; });
-            if (lines == 0 && m_net->HasLines(entry)) continue;  // the star fell with its thorns
-            std::fprintf(f, "Node%-3d:\t", number(node));
-            m_net->ForEachAt(entry, [&](const CGjNetLine* line) { std::fprintf(f, "L%-3d ", number(line)); });
-            std::fprintf(f, "\n");
-        }
+    std::vector<CGjNetNode*> nodes;
+    for (POSITION p = m_net ? m_pDataBase->m_mapStar.GetStartPosition() : nullptr; p;)
+        nodes.push_back(m_pDataBase->m_mapStar.GetNext(p)->m_pNode);
+    std::sort(nodes.begin(), nodes.end(), [](const CGjNetNode* a, const CGjNetNode* b) { return a->get_m_dwGouJianID() < b->get_m_dwGouJianID(); });
+    for (CGjNetNode* node : nodes) {
+        const std::uint32_t entry = m_net->NodeFor(node);
+        int lines = 0;
+        m_net->ForEachAt(entry, [&](const CGjNetLine*) { ++lines; });
+        if (lines == 0 && m_net->HasLines(entry)) continue;  // the star fell with its thorns
+        std::fprintf(f, "Node%-3d:\t", number(node));
+        m_net->ForEachAt(entry, [&](const CGjNetLine* line) { std::fprintf(f, "L%-3d ", number(line)); });
+        std::fprintf(f, "\n");
+    }
     std::fclose(f);
 }

@@ -41,6 +41,8 @@ public:
     void DoWeiBan();
     /// Non-zero when the line is a thorn. After PrepareData.
     int IsCi(CGouJianEx* line);
+    /// The line counts and is no thorn. After PrepareData.
+    bool CanBorder(CGjNetLine* line);
     /// Debugging dump of the elements and of the stars without thorns. Silently nothing if the file can't be written.
     void PrintWeiBanData(const char* file);
 
@@ -49,9 +51,9 @@ public:
     CMap<unsigned long, unsigned long, CGouJianEx*, CGouJianEx*> m_mapElement;  // lines from which walks start
     CArray<CMianGouJian*> m_arrBan;       // result: plates of the anticlockwise walks; the caller's
     CArray<CMianGouJian*> m_arrOuterBan;  // result: plates of the clockwise walks; the caller's
-    int m_bShowProgress = 1;              // 0: m_pFrame is told nothing
     /// The thorns that IsCi has named so far, by identity.
     CMap<unsigned long, unsigned long, CGouJianEx*, CGouJianEx*> m_mapCi;
+    int m_bShowProgress = 1;              // 0: m_pFrame is told nothing
 
 private:
     std::vector<std::uint32_t> m_aElement;  // entries of the elements in m_net, by ascending identity

@@ -264,10 +264,10 @@ TEST(Plate, LetsGoOfALineThatIsFreed) {
     EXPECT_EQ(Sides(*plate), "");
     CArray<CGjNetLine*> lines;
     CArray<CGjNetNode*> nodes;
-    EXPECT_EQ(plate->GetBoundery(lines), 3);
-    EXPECT_EQ(plate->GetVertex(nodes), 3);
+    EXPECT_EQ(plate->GetBoundery(lines), 0);
+    EXPECT_EQ(plate->GetVertex(nodes), 0);
     EXPECT_EQ(plate->GetBounderyByXingZhuangBian(lines), 0);
-    EXPECT_EQ(plate->BorderedBy(net.m_lines[0]), 1);
+    EXPECT_EQ(plate->BorderedBy(net.m_lines[0]), 0);
     plate->ReGen(nullptr);
     plate->m_bParamCalculated = 0;
     plate->ReGen(nullptr);
