@@ -1,17 +1,86 @@
 // The data base of tvo, the reference host.
 #pragma once
+#include <cstdint>
+#include <set>
+#include <unordered_map>
+
 #include "net/grid_data_base.h"
 
-/// A net that merges the pieces of a line once nothing meets at the node between them any more, and takes nodes
-/// without lines for superfluous.
+class CGridIndexServiceObject;
+class CTvoLoad;
+
+/// A net that merges the pieces of a line once nothing meets at the node between them any more, takes nodes without
+/// lines for superfluous, and whose plates, once there are any, follow each edit. Outer contours are no plates. A load
+/// may hang on a plate; it stays while the plate is replaced by one of the same place and size.
 class CTvoHostDataBase : public CGridDataBase {
 public:
-    /// Agrees when merging is on and nothing rides on either line: what happens to riders is for hosts that have some.
+    void OnDestroyData() override;
+    void OnAddGouJian(CGouJianEx* obj) override;
+    void OnDelGouJian(CGouJianEx* obj) override;
+    void BeforeUndo(CList<CGouJianEx*>&) override { m_bUndoing = true; }
+    void AfterUndo(CList<CGouJianEx*>&) override { m_bUndoing = false; }
+
+    // --- plates ---
+    /// A plate of the main type; while combining with the tag. Null for an outer contour, unless m_bOuterPlates.
+    CMianGouJian* InstanceMianGouJian(int type) override;
+    CGouJianEx* QueryGouJianDependentOnMianGouJian(CMianGouJian* plate) override;
+    void DeleteGouJianDependentOnMianGouJian(CMianGouJian* plate) override;
+    void CreateGouJianDependentOnMianGouJian(CMianGouJian* old, CGouJianEx* dependent, CMianGouJian* replacement) override;
+
+    /// DoWeiBan. Loads stay on the plates that come out as they were.
+    void FormPlates();
+
+    // --- lines and nodes ---
+    /// Agrees when merging is on and the riders of both lines are of one kind: none on either, or one type byte on both.
     int CanMergeNetLineTogetherWithGouJian(CGjNetLine* l1, CArray<CGouJianEx*>& riders1, CGjNetLine* l2,
                                            CArray<CGouJianEx*>& riders2, int mode, CGjNetNode* shared) override;
-
     /// A node is independent when its star holds no line.
     int IsIndependentNetNode(CGjNetNode* node) override;
 
-    int m_bMerge = 1;  // 0: no line is ever merged
+    // --- loads ---
+    /// Puts a load on a plate, in the place of one that hangs there.
+    void SetLoad(CMianGouJian* plate, double value);
+    CTvoLoad* FindLoad(std::uint32_t plateId) const;  // null when nothing hangs on that plate
+
+    // --- edits ---
+    /// Does an edit of the net. Once plates stand they are made to follow it, and then the nodes go that it left without
+    /// lines, except those of KeepNode. Inside a batch the edit is just done, since EndBatch looks after all.
+    template <class Edit>
+    void DoEdit(Edit edit) {
+        const bool bracket = PlatesFollow() && !m_bBatch;
+        if (bracket) BeginBatch();
+        try {
+            edit();
+        } catch (...) {
+            if (bracket) EndBatch();
+            throw;
+        }
+        if (bracket) EndBatch();
+    }
+    /// A bracket about several edits, whatever stands: plates and nodes are seen to at its end.
+    void BeginBatch();
+    void EndBatch();
+    bool InBatch() const { return m_bBatch; }
+    /// This node stays, also when it has no line.
+    void KeepNode(const CGjNetNode* node) { m_aKept.insert(node->get_m_dwGouJianID()); }
+    /// Do plates follow the net? They do from the moment when the first is formed until that is undone; also while the
+    /// last of them is gone because its border is open.
+    bool PlatesFollow() const { return m_nPlatesFormed > 0; }
+
+    /// The spatial index, nothing pending: finer than GetInterRect.
+    const CGridIndexServiceObject& Index() { return ReadyIndex(); }
+
+    int m_bMerge = 1;        // 0: no line is ever merged
+    int m_bOuterPlates = 0;  // 1: outer contours are plates too
+
+private:
+    CMianGouJian* FindSamePlate(CMianGouJian* plate);  // in its place, of its type; null when there is none
+
+    std::unordered_map<std::uint32_t, CTvoLoad*> m_mapLoad;  // load by identity of the plate; only looked up
+    std::set<std::uint32_t> m_aKept;     // identities of nodes that stay without lines
+    std::set<std::uint32_t> m_aTouched;  // identities of nodes that the batch may have left without lines
+    bool m_bBatch = false;               // between BeginBatch and EndBatch
+    bool m_bUndoing = false;
+    // Plates formed in the history that is done: an undone forming doesn't count, a deletion doesn't change it.
+    long long m_nPlatesFormed = 0;
 };

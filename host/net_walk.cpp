@@ -4,24 +4,33 @@
 #include <cmath>
 #include <numbers>
 
-#include "model/goujian.h"
+#include "host/tvo_load.h"
 #include "net/gj_net_line.h"
 #include "net/gj_net_node.h"
 #include "net/grid_data_base.h"
+#include "plates/mian_goujian.h"
+#include "plates/wei_ban.h"
 
 namespace {
 
 template <class Component>
-std::vector<Component*> ByIdentity(CGridDataBase& db, CArray<unsigned char>& types) {
+std::vector<Component*> ByIdentity(CGridDataBase& db, const CArray<unsigned char>& types) {
     std::vector<Component*> all;
-    for (int t = 0; t < static_cast<int>(types.GetSize()); ++t) {
+    for (const unsigned char type : types) {
         CArray<CGouJianEx*> family;
-        db.GetGouJianArray(types[t], &family);
-        for (int i = 0; i < static_cast<int>(family.GetSize()); ++i) all.push_back(static_cast<Component*>(family[i]));
+        db.GetGouJianArray(type, &family);
+        for (CGouJianEx* component : family) all.push_back(static_cast<Component*>(component));
     }
     std::sort(all.begin(), all.end(),
               [](const auto* a, const auto* b) { return a->m_dwGouJianID < b->m_dwGouJianID; });
     return all;
+}
+
+template <class Component>
+std::vector<Component*> ByIdentity(CGridDataBase& db, unsigned char type) {
+    CArray<unsigned char> types;
+    types.Add(type);
+    return ByIdentity<Component>(db, types);
 }
 
 void AddLine(Extent& extent, const CGjNetLine& line) {
@@ -39,6 +48,37 @@ void AddLine(Extent& extent, const CGjNetLine& line) {
 
 std::vector<CGjNetNode*> NetNodes(CGridDataBase& db) { return ByIdentity<CGjNetNode>(db, db.m_aNetNodeTypes); }
 std::vector<CGjNetLine*> NetLines(CGridDataBase& db) { return ByIdentity<CGjNetLine>(db, db.m_aNetLineTypes); }
+std::vector<CMianGouJian*> NetPlates(CGridDataBase& db) { return ByIdentity<CMianGouJian>(db, db.QueryMainGouJianType()); }
+std::vector<CTvoLoad*> AllLoads(CGridDataBase& db) { return ByIdentity<CTvoLoad>(db, kTvoLoadType); }
+
+std::vector<CMianGouJian*> AllPlates(CGridDataBase& db) {
+    CArray<unsigned char> types;
+    for (int type = 0; type < kTypeCount; ++type) {
+        const auto& family = db.m_mapFamily[type];
+        if (POSITION first = family.GetStartPosition()) {
+            unsigned long id = 0;
+            CGouJianEx* component = nullptr;
+            family.GetNextAssoc(first, id, component);
+            if (component->QueryBasicType() == kBasicPlate) types.Add(static_cast<unsigned char>(type));
+        }
+    }
+    return ByIdentity<CMianGouJian>(db, types);
+}
+
+std::vector<CGjNetLine*> DanglingLines(CGridDataBase& db) {
+    CWeiBan walker;
+    walker.SetData(&db, nullptr);
+    walker.PrepareData();
+    std::vector<CGjNetLine*> lines = NetLines(db);
+    std::erase_if(lines, [&](CGjNetLine* line) { return walker.IsCi(line) == 0; });
+    return lines;
+}
+
+double PlateArea(CGridDataBase& db) {
+    double area = 0;
+    for (const CMianGouJian* plate : NetPlates(db)) area += plate->GetArea();
+    return area;
+}
 
 void Extent::Add(double x, double y) {
     if (!std::isfinite(x) || !std::isfinite(y)) return;

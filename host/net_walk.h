@@ -1,14 +1,27 @@
-// The net as a picture or a report needs it: nodes and lines by ascending identity, and their extent.
+// The net as a picture or a report needs it: its components by ascending identity, their extent and figures.
 #pragma once
 #include <vector>
 
 class CGjNetLine;
 class CGjNetNode;
 class CGridDataBase;
+class CMianGouJian;
+class CTvoLoad;
 
 /// All nodes and all lines of every storey, borrowed, by ascending identity.
 std::vector<CGjNetNode*> NetNodes(CGridDataBase& db);
 std::vector<CGjNetLine*> NetLines(CGridDataBase& db);
+
+/// The plates of the main type, which follow the net, and all of any type, both by ascending identity.
+std::vector<CMianGouJian*> NetPlates(CGridDataBase& db);
+std::vector<CMianGouJian*> AllPlates(CGridDataBase& db);
+std::vector<CTvoLoad*> AllLoads(CGridDataBase& db);
+
+/// The thorns among the lines: those that no closed walk can use. By ascending identity.
+std::vector<CGjNetLine*> DanglingLines(CGridDataBase& db);
+
+/// Square millimetres of the plates of the main type, summed.
+double PlateArea(CGridDataBase& db);
 
 /// A box in model units that starts out empty.
 struct Extent {

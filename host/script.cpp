@@ -16,9 +16,11 @@
 #include "host/script_command.h"
 #include "host/script_line.h"
 #include "host/svg_writer.h"
+#include "host/tvo_load.h"
 #include "model/profile.h"
 #include "net/gj_net_line.h"
 #include "net/gj_net_node.h"
+#include "plates/mian_goujian.h"
 
 namespace {
 
@@ -36,8 +38,9 @@ void PrintResult(Script& script, const CGjNetLine* line) { PrintJsonLine(script.
 // ---- drawing --------------------------------------------------------------------------------------
 
 void RunNode(Script& script, const Words& words) {
-    script.m_db.AddNetNode(static_cast<float>(ScriptNumber(words[1], "X")),
-                           static_cast<float>(ScriptNumber(words[2], "Y")));
+    const float x = static_cast<float>(ScriptNumber(words[1], "X"));
+    const float y = static_cast<float>(ScriptNumber(words[2], "Y"));
+    script.m_db.KeepNode(script.m_db.AddNetNode(x, y));
 }
 
 void RunLine(Script& script, const Words& words) {
@@ -108,6 +111,8 @@ void RunSet(Script& script, const Words& words) {
         {"autobreak", &script.m_db.m_bAutoBreak, 0, 1},
         {"automerge", &script.m_db.m_bAutoMerge, 0, 1},
         {"merge", &script.m_db.m_bMerge, 0, 1},
+        {"outer", &script.m_db.m_bOuterPlates, 0, 1},
+        {"wholenet", &script.m_db.m_bWeiBanWholeNet, 0, 1},
         {"direction", &g_cTvoProfile.m_bShowLineDirection, 0, 1},
         {"tolerance", &g_cTvoProfile.m_nNetTolerance, 1, kMaxTolerance},
         {"storey", &storey, -1, 1000000},
@@ -139,12 +144,16 @@ void RunRect(Script& script, const Words& words) {
 
 void RunDump(Script& script, const Words& words) {
     const std::string what = words.size() > 1 ? words[1] : "";
-    if (!what.empty() && what != "nodes" && what != "lines")
-        throw ScriptFailure{"dump knows nodes and lines, not '" + what + "'"};
-    if (what != "lines")
-        for (const CGjNetNode* node : NetNodes(script.m_db)) PrintJsonLine(script.m_out, NodeJson(*node));
-    if (what != "nodes")
-        for (const CGjNetLine* line : NetLines(script.m_db)) PrintJsonLine(script.m_out, LineJson(*line));
+    const auto dump = [&](const char* kind, const auto& components, auto json) {
+        if (!what.empty() && what != kind) return false;
+        for (const auto* component : components(script.m_db)) PrintJsonLine(script.m_out, json(*component));
+        return true;
+    };
+    bool known = dump("nodes", NetNodes, NodeJson);
+    known |= dump("lines", NetLines, LineJson);
+    known |= dump("plates", AllPlates, PlateJson);
+    known |= dump("loads", AllLoads, LoadJson);
+    if (!known) throw ScriptFailure{"dump knows nodes, lines, plates and loads, not '" + what + "'"};
 }
 
 void RunStat(Script& script, const Words&) { PrintJsonLine(script.m_out, StatJson(script.m_db)); }
@@ -171,29 +180,30 @@ void RunPng(Script& script, const Words& words) {
 constexpr ScriptCommand kCommands[] = {
     {"start", "", 0, 0, RunStart, "begin a new undo step"},
     {"node", "X Y", 2, 2, RunNode, "add a node, unless one stands within the tolerance"},
-    {"line", "X1 Y1 X2 Y2", 4, 4, RunLine, "add a straight line and break it and others where they cross"},
-    {"getline", "X1 Y1 X2 Y2", 4, 4, RunGetLine, "add a straight line without breaking"},
+    {"line", "X1 Y1 X2 Y2", 4, 4, RunLine, "add a straight line and break it and others where they cross", true},
+    {"getline", "X1 Y1 X2 Y2", 4, 4, RunGetLine, "add a straight line without breaking", true},
     {"bulge", "X1 Y1 X2 Y2 DEGREES", 5, 5, RunBulge,
-     "add an arc by its ends and minus half its angle (-180 to 0, anticlockwise)"},
-    {"arc", "CX CY R START END", 5, 5, RunArc, "add an arc, anticlockwise from START to END in degrees"},
-    {"arc3", "X1 Y1 X2 Y2 X3 Y3", 6, 6, RunArc3, "add an arc by its ends, then a point between"},
-    {"delete", "ID...", 1, -1, RunDelete, "delete lines by identity, all at once"},
+     "add an arc by its ends and minus half its angle (-180 to 0, anticlockwise)", true},
+    {"arc", "CX CY R START END", 5, 5, RunArc, "add an arc, anticlockwise from START to END in degrees", true},
+    {"arc3", "X1 Y1 X2 Y2 X3 Y3", 6, 6, RunArc3, "add an arc by its ends, then a point between", true},
+    {"delete", "ID...", 1, -1, RunDelete, "delete lines by identity, all at once", true},
     {"cleannodes", "", 0, 0, RunCleanNodes, "delete nodes without lines"},
     {"undo", "", 0, 0, RunUndo, "take back the last step; nothing if there is none"},
     {"redo", "", 0, 0, RunRedo, "do it again; nothing if there is none"},
     {"set", "NAME N", 2, 2, RunSet,
-     "autobreak, automerge, merge, direction: 0 or 1; tolerance: from 1; storey: from -1"},
+     "autobreak, automerge, merge, outer, wholenet, direction: 0 or 1; tolerance: from 1; storey: from -1"},
     {"rect", "X1 Y1 X2 Y2", 4, 4, RunRect, "identities that the index offers for a box, and those that touch it"},
     {"number", "", 0, 0, RunNumber, "number all nodes and lines by rows"},
-    {"import", "FILE LAYER", 2, 2, RunImport, "start a step and add a layer of a DXF drawing; prints the report"},
-    {"dump", "[nodes|lines]", 0, 1, RunDump, "print nodes, then lines, by identity"},
-    {"stat", "", 0, 0, RunStat, "print the numbers of nodes and lines"},
+    {"import", "FILE LAYER", 2, 2, RunImport, "start a step and add a layer of a DXF drawing; prints the report",
+     true},
+    {"dump", "[nodes|lines|plates|loads]", 0, 1, RunDump, "print nodes, lines, plates and loads, each by identity"},
+    {"stat", "", 0, 0, RunStat, "print the numbers of nodes, lines, plates and dangling lines, and the plates' area"},
     {"svg", "FILE", 1, 1, RunSvg, "draw the net as SVG"},
     {"png", "FILE W H", 3, 3, RunPng, "draw the model as PNG, W by H pixels"},
 };
 
 // The families, in the order in which the help tells them.
-const std::span<const ScriptCommand> kFamilies[] = {kCommands, ModelCommands()};
+const std::span<const ScriptCommand> kFamilies[] = {kCommands, PlateCommands(), ModelCommands()};
 
 const ScriptCommand& FindCommand(const std::string& name) {
     for (const auto& family : kFamilies)
@@ -217,7 +227,10 @@ void Script::Run(std::string_view line) {
     const ScriptCommand& command = FindCommand(words[0]);
     CheckCount(command, static_cast<int>(words.size()) - 1);
     try {
-        command.run(*this, words);
+        if (command.edits)
+            m_db.DoEdit([&] { command.run(*this, words); });
+        else
+            command.run(*this, words);
     } catch (const DataFailure& failure) {
         throw ScriptFailure{failure.what()};
     }

@@ -16,7 +16,9 @@ struct ScriptCommand {
     int least, most;
     void (*run)(Script& script, const ScriptWords& words);
     const char* help;
+    bool edits = false;  // changes lines of the net, so that plates have to follow
 };
 
 // The families, each in the order of the help.
+std::span<const ScriptCommand> PlateCommands();
 std::span<const ScriptCommand> ModelCommands();  // saving and opening
