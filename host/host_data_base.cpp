@@ -101,7 +101,7 @@ void CTvoHostDataBase::FormPlates() {
 CMianGouJian* CTvoHostDataBase::FindSamePlate(CMianGouJian* plate) {
     std::vector<CGouJianEx*> near;
     const CFPoint c = plate->GetCentroid();
-    Index().OthersIn(plate->GetFrect(), near);
+    Index().OthersIn(CFRect(c.x - kSamePlace, c.y - kSamePlace, c.x + kSamePlace, c.y + kSamePlace), near);
     for (CGouJianEx* obj : near) {
         if (obj->get_Gjlx() != plate->get_Gjlx()) continue;
         auto* candidate = static_cast<CMianGouJian*>(obj);

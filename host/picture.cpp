@@ -7,20 +7,24 @@
 #include "geometry/fcoor.h"
 #include "host/file_output.h"
 #include "host/glyphs/freetype_glyph_source.h"
+#include "host/host_data_base.h"
 #include "host/net_walk.h"
 #include "host/picture_style.h"
+#include "host/plate_look.h"
 #include "host/png/png_writer.h"
+#include "host/tvo_load.h"
 #include "model/goujian.h"
 #include "model/profile.h"
-#include "net/grid_data_base.h"
 #include "net/gj_net_line.h"
 #include "net/gj_net_node.h"
+#include "plates/mian_goujian.h"
 #include "platform/canvas/dc.h"
 
 namespace {
 
 constexpr COLORREF kPaper = RGB(255, 255, 255);
 constexpr COLORREF kInk = RGB(51, 51, 51);
+constexpr double kSmallestLetters = 9.5;  // pixels of an em that can still be read
 
 /// The colours of the drawing on paper while a picture is made; the profile's own come back afterwards.
 class PaperColors {
@@ -58,7 +62,7 @@ Extent ModelExtent(CGridDataBase& db, const std::vector<CGouJianEx*>& others) {
     return extent;
 }
 
-/// Physical components that are neither nodes nor lines, by identity.
+/// Physical components other than nodes, lines, plates and what hangs on these, by identity.
 std::vector<CGouJianEx*> OtherComponents(CGridDataBase& db) {
     CList<CGouJianEx*> all;
     db.GetGouJianListAll(all);
@@ -66,7 +70,8 @@ std::vector<CGouJianEx*> OtherComponents(CGridDataBase& db) {
     for (POSITION at = all.GetHeadPosition(); at;) {
         CGouJianEx* component = all.GetNext(at);
         const int kind = component->QueryBasicType();
-        if (kind != kBasicNode && kind != kBasicLine && component->IsPhysicalGouJian() == 1) others.push_back(component);
+        const bool shown = kind == kBasicNode || kind == kBasicLine || kind == kBasicPlate || component->get_Gjlx() == kTvoLoadType;
+        if (!shown && component->IsPhysicalGouJian() == 1) others.push_back(component);
     }
     std::sort(others.begin(), others.end(),
               [](const auto* a, const auto* b) { return a->m_dwGouJianID < b->m_dwGouJianID; });
@@ -84,6 +89,55 @@ CFCoor FittedCoor(const Extent& extent, int width, int height, int margin, int f
     coor.Init(CFPoint(static_cast<float>(left), static_cast<float>(top), 0), static_cast<float>(scale), 1);
     coor.m_rcClient = CRect(0, 0, width, height);
     return coor;
+}
+
+void DrawPlate(CDC& dc, const CFCoor& coor, const PlateFace& face) {
+    std::vector<CPoint> points;
+    for (const FlatPoint& p : FlatOutline(face.plate->m_region, 0.25 / static_cast<double>(coor.GetScale())))
+        points.push_back(coor.FPtoDP(CFPoint(static_cast<float>(p.x), static_cast<float>(p.y), 0)));
+    const PlateColor& color = PlateColorAt(face.color);
+    CBrush fill(color.fill), hatch(color.rising ? HS_BDIAGONAL : HS_FDIAGONAL, color.hatch);
+    for (CBrush* brush : {&fill, &hatch}) {
+        CBrush* const oldBrush = dc.SelectObject(brush);
+        dc.Polygon(points.data(), static_cast<int>(points.size()));
+        dc.SelectObject(oldBrush);
+    }
+}
+
+/// The lines of text, on a ground without hatch.
+void DrawLabel(CDC& dc, const CFCoor& coor, const PlateLabel& label) {
+    const PlateColor& color = PlateColorAt(label.color);
+    dc.SetTextColor(color.text);
+    CBrush ground(color.fill);
+    for (const bool text : {false, true})
+        for (const LabelLine& line : label.lines) {
+            const int height = static_cast<int>(std::lround(line.height * static_cast<double>(coor.GetScale())));
+            const int weight = &line == &label.lines[0] ? FW_BOLD : FW_NORMAL;
+            CFont font;
+            font.CreateFont(-height, 0, 0, 0, weight, 0, 0, 0, DEFAULT_CHARSET, 0, 0, DEFAULT_QUALITY, 0, "");
+            CFont* const oldFont = dc.SelectObject(&font);
+            const CPoint at = coor.FPtoDP(CFPoint(static_cast<float>(label.x), static_cast<float>(line.baseline), 0));
+            const int half = dc.GetTextExtent(CString(line.text)).cx / 2 + height / 4;
+            if (text)
+                dc.TextOut(at.x, at.y, CString(line.text));
+            else
+                dc.FillRect(CRect(at.x - half, at.y - height, at.x + half, at.y + height / 4), &ground);
+            dc.SelectObject(oldFont);
+        }
+}
+
+/// Faces and labels; a label that would be too small to read is left out.
+void DrawPlates(CDC& dc, const CFCoor& coor, CTvoHostDataBase& db, int width, int height) {
+    const auto faces = PlateFaces(db);
+    CPen none(PS_NULL, 1, kPaper);
+    CPen* const oldPen = dc.SelectObject(&none);
+    dc.SetBkMode(TRANSPARENT);
+    for (const PlateFace& face : faces) DrawPlate(dc, coor, face);
+    dc.SelectObject(oldPen);
+    dc.SetTextAlign(TA_CENTER | TA_BASELINE);
+    const double scale = static_cast<double>(coor.GetScale());
+    const double largest = std::max(kSmallestLetters, std::min(width, height) / 58.0);
+    for (const PlateLabel& label : PlateLabels(db, faces, largest / scale, kSmallestLetters / scale)) DrawLabel(dc, coor, label);
 }
 
 /// Scale bar and caption in the strip at the bottom.
@@ -114,7 +168,7 @@ void DrawFooter(CDC& dc, const CFCoor& coor, int width, int height, int margin, 
 
 }  // namespace
 
-void WritePngOfModel(const std::string& path, CGridDataBase& db, int width, int height, const std::string& caption) {
+void WritePngOfModel(const std::string& path, CTvoHostDataBase& db, int width, int height, const std::string& caption) {
     [[maybe_unused]] static const bool fonts = UseSystemFonts();  // looked for once, and only when text is drawn
     const PaperColors colors;
     const auto others = OtherComponents(db);
@@ -128,6 +182,7 @@ void WritePngOfModel(const std::string& path, CGridDataBase& db, int width, int 
     const int footer = std::min(width, height) >= 200 ? std::max(20, std::min(width, height) / 32) : 0;
     CFCoor coor = FittedCoor(extent, width, height, margin, footer);
 
+    DrawPlates(dc, coor, db, width, height);
     for (CGjNetLine* line : NetLines(db)) db.DrawOne(&dc, &coor, line);
     for (CGouJianEx* other : others) db.DrawOne(&dc, &coor, other);
     CPen rim(PS_NULL, 1, kPaper);  // a node is a plain disc
