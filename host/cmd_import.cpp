@@ -24,6 +24,7 @@ struct ImportOptions {
     std::string size = "1600x1000";
     int tolerance = 50;
     bool keepNodes = false;
+    bool noPlates = false;
     bool json = false;
 };
 
@@ -48,18 +49,12 @@ std::string CheckSize(const std::string& text) {
                                       std::to_string(kMaxPictureSide);
 }
 
-std::string CheckScale(const std::string& text) {
-    double scale = 0;
-    const auto [last, error] = std::from_chars(text.data(), text.data() + text.size(), scale);
-    const bool good = error == std::errc() && last == text.data() + text.size() && scale >= 1e-9 && scale <= 1e9;
-    return good ? "" : "'" + text + "' is no scale, a number from 1e-9 to 1e9";
-}
-
 int RunImport(const ImportOptions& options) {
     g_cTvoProfile.m_nNetTolerance = options.tolerance;
     CTvoHostDataBase db;
     ImportOutcome outcome = RunImportJob(options.job, db);
     if (!options.keepNodes) DeleteNodesWithoutLines(db, outcome);
+    if (!options.noPlates) FormPlates(db, outcome);
 
     const std::string caption = CaptionText(outcome);
     Stopwatch watch;
@@ -96,6 +91,7 @@ Command AddImportCommand(CLI::App& app) {
         ->check(CheckScale)
         ->type_name("F");
     command->add_flag("--keep-nodes", options->keepNodes, "leave nodes without lines in the net");
+    command->add_flag("--no-plates", options->noPlates, "leave the plates out");
     command->add_option("--svg", options->svg, "draw the net as SVG")->type_name("FILE");
     CLI::Option* png = command->add_option("--png", options->png, "draw the net as PNG")->type_name("FILE");
     command->add_option("--size", options->size, "pixels of the PNG (1600x1000)")
@@ -105,14 +101,17 @@ Command AddImportCommand(CLI::App& app) {
     command->add_flag("--json", options->json, "print the report as one JSON object");
     command->footer(
         "Lines, polylines, arcs and circles of the layer become a clean net: ends snap to nodes, crossings\n"
-        "break lines, duplicates go. The report tells what was read, taken, refused and skipped.\n"
+        "break lines, duplicates go. Its closed cells become plates. The report tells what was read, taken, refused\n"
+        "and skipped, how many plates there are, and how many lines dangle: no closed way passes them.\n"
         "The closing side of a closed polyline is not made; the report counts them. A drawing that says it is\n"
         "not in millimetres is taken as it stands unless --scale is given; the report tells.\n"
         "\nJSON:  {\"type\":\"import\",\"file\",\"layer\",\"version\",\"insunits\":N or null,\"scale\",\"tolerance\",\n"
         "        \"entities\":of the drawing,\"read\":of the layer,\"taken\":{KIND:N},\"skipped\":{KIND:N},\n"
         "        \"pieces\":{\"offered\",\"taken\",\"existed\"},\"refused\":{\"tooShort\",\"degenerate\",\"notFinite\"},\n"
-        "        \"closedNotMade\",\"nodes\",\"lines\",\"arcs\",\"nodesDeleted\",\"seconds\":{STAGE:F},\"notes\":[S]}\n"
-        "       pieces are what the net is offered: lines, sides of polylines, arcs, half circles\n"
+        "        \"closedNotMade\",\"nodes\",\"lines\",\"arcs\",\"nodesDeleted\",\"plates\":{\"count\",\"area\",\"dangling\"}\n"
+        "        or null,\"seconds\":{STAGE:F},\"notes\":[S]}\n"
+        "       pieces are what the net is offered: lines, sides of polylines, arcs, half circles;\n"
+        "       the area is that of all plates in square millimetres\n"
         "\nStatus: 0; 1 if the drawing can't be read, has no such layer, or a picture can't be written; 2 wrong\n"
         "usage.\n"
         "\nExample:  tvo import plan.dxf --layer AXIS --svg plan.svg --png plan.png --size 1200x800\n");

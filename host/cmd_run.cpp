@@ -27,7 +27,10 @@ const char* const kAbout =
     "Edits a net by commands, one a line, and prints the results as JSON, one object a line.\n"
     "# starts a comment; a word with spaces stands in double quotes. Coordinates and lengths are\n"
     "millimetres, angles degrees. Ends snap to nodes within the tolerance (50 at start), crossings\n"
-    "break lines. Everything up to the next start is one undo step.";
+    "break lines. Everything up to the next start is one undo step. Once plates stand they follow each\n"
+    "edit, and nodes that it leaves without lines go, except those that node placed; between begin and\n"
+    "end this waits for the end. Outer contours are no plates unless outer is set. A load stays while\n"
+    "its plate keeps its place and size.";
 
 std::string Footer() {
     return std::string(kAbout) + "\n\nCommands:\n" + Script::Help() +
@@ -39,7 +42,19 @@ std::string Footer() {
            "  dump:   {\"type\":\"node\",\"id\":N,\"no\":N,\"x\":F,\"y\":F,\"storey\":N}\n"
            "          {\"type\":\"line\",\"id\":N,\"no\":N,\"start\":ID,\"end\":ID,\"arc\":0 or 1,\"bulge\":F,"
            "\"length\":F,\"storey\":N}\n"
-           "  stat:   {\"type\":\"stat\",\"nodes\":N,\"lines\":N,\"canUndo\":B,\"canRedo\":B}\n"
+           "          {\"type\":\"plate\",\"id\":N,\"no\":N,\"tag\":N,\"area\":F,\"perimeter\":F,\"cx\":F,\"cy\":F,\n"
+           "           \"sides\":[[[LINEID,DIRECTION],...],...]}\n"
+           "          {\"type\":\"load\",\"id\":N,\"no\":N,\"plate\":ID,\"value\":F}\n"
+           "    a side is a straight line or an arc, of one net line or several; direction 1: along the net line\n"
+           "  stat:   {\"type\":\"stat\",\"nodes\":N,\"lines\":N,\"plates\":N,\"dangling\":N,\"area\":F,"
+           "\"canUndo\":B,\"canRedo\":B}\n"
+           "    dangling lines are those that no closed way can use; the area is that of all plates counted\n"
+           "  combine:        {\"type\":\"combine\",\"plates\":[ID...]}\n"
+           "  embrace:        {\"type\":\"embrace\",\"plate\":ID,\"by\":ID or null}\n"
+           "  inside, around: {\"type\":\"inside\",\"plate\":ID,\"plates\":[ID...]}\n"
+           "  stride:         {\"type\":\"stride\",\"line\":ID,\"plates\":[ID...]}\n"
+           "  isrect:         {\"type\":\"isrect\",\"plate\":ID,\"rect\":B,\"width\":F,\"height\":F,\"angle\":F,\n"
+           "                   \"corners\":[[X,Y]*4]}; without the sizes when it is none\n"
            "  import: the report of tvo import --json\n"
            "  save, open, savetext, loadtext:\n"
            "          {\"type\":\"save\",\"file\":NAME,\"nodes\":N,\"lines\":N,\"plates\":N,...}; open and loadtext tell\n"

@@ -14,6 +14,7 @@ struct Command {
 };
 
 Command AddLayersCommand(CLI::App& app);
+Command AddCheckCommand(CLI::App& app);
 Command AddImportCommand(CLI::App& app);
 Command AddInfoCommand(CLI::App& app);
 Command AddRecoverCommand(CLI::App& app);

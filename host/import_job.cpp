@@ -1,14 +1,15 @@
 #include "host/import_job.h"
 
 #include <algorithm>
+#include <charconv>
 
 #include "host/drawing.h"
 #include "host/failure.h"
 #include "host/file_output.h"
+#include "host/host_data_base.h"
 #include "host/net_walk.h"
 #include "host/progress.h"
 #include "host/stopwatch.h"
-#include "net/grid_data_base.h"
 
 namespace {
 
@@ -68,4 +69,19 @@ void DeleteNodesWithoutLines(CGridDataBase& db, ImportOutcome& outcome) {
     CountNet(db, outcome);
     outcome.nodesDeleted = before - outcome.nodes;
     outcome.stages.push_back({"clean", watch.Lap()});
+}
+
+void FormPlates(CTvoHostDataBase& db, ImportOutcome& outcome) {
+    Stopwatch watch;
+    db.FormPlates();
+    db.SortBianHao(db.QueryMainGouJianType());
+    outcome.plates = PlateFigures{NetPlates(db).size(), PlateArea(db), DanglingLines(db).size()};
+    outcome.stages.push_back({"plates", watch.Lap()});
+}
+
+std::string CheckScale(const std::string& text) {
+    double scale = 0;
+    const auto [last, error] = std::from_chars(text.data(), text.data() + text.size(), scale);
+    const bool good = error == std::errc() && last == text.data() + text.size() && scale >= 1e-9 && scale <= 1e9;
+    return good ? "" : "'" + text + "' is no scale, a number from 1e-9 to 1e9";
 }

@@ -8,6 +8,7 @@
 #include "fields/dxf_import.h"
 
 class CGridDataBase;
+class CTvoHostDataBase;
 
 inline constexpr int kMaxTolerance = 1000000;  // mm
 
@@ -23,11 +24,18 @@ struct ImportStage {
     double seconds = 0;
 };
 
+struct PlateFigures {
+    std::size_t count = 0;
+    double area = 0;           // of all, square millimetres
+    std::size_t dangling = 0;  // lines that no closed walk can use
+};
+
 struct ImportOutcome {
     ImportJob job;
     DxfImportReport report;
     std::size_t nodes = 0, lines = 0, arcs = 0;  // in the net afterwards; arcs are among the lines
     std::size_t nodesDeleted = 0;                // since no line met there
+    std::optional<PlateFigures> plates;          // none: they were not formed
     std::vector<ImportStage> stages;             // in order
 };
 
@@ -38,3 +46,9 @@ ImportOutcome RunImportJob(const ImportJob& job, CGridDataBase& db);
 
 /// Deletes the nodes where no line meets, numbers again and notes it in the outcome.
 void DeleteNodesWithoutLines(CGridDataBase& db, ImportOutcome& outcome);
+
+/// Forms the plates of the whole net, numbers them and notes it in the outcome.
+void FormPlates(CTvoHostDataBase& db, ImportOutcome& outcome);
+
+/// The reason why a text is no scale; empty when it is one.
+std::string CheckScale(const std::string& text);

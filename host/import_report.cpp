@@ -7,6 +7,7 @@
 #include <ostream>
 
 #include "host/drawing.h"
+#include "host/plate_look.h"
 #include "model/profile.h"
 
 namespace {
@@ -84,6 +85,13 @@ std::uint64_t RefusedPieces(const DxfPieceCounts& pieces) {
     return pieces.tooShort + pieces.degenerate + pieces.notFinite;
 }
 
+Json PlatesJson(const ImportOutcome& outcome) {
+    if (!outcome.plates) return nullptr;
+    return {{"count", outcome.plates->count},
+            {"area", JsonNumber(outcome.plates->area)},
+            {"dangling", outcome.plates->dangling}};
+}
+
 }  // namespace
 
 std::vector<std::string> ImportNotes(const ImportOutcome& outcome) {
@@ -130,6 +138,7 @@ Json ImportJson(const ImportOutcome& outcome) {
             {"lines", outcome.lines},
             {"arcs", outcome.arcs},
             {"nodesDeleted", outcome.nodesDeleted},
+            {"plates", PlatesJson(outcome)},
             {"seconds", seconds},
             {"notes", ImportNotes(outcome)}};
 }
@@ -151,6 +160,11 @@ void PrintImportReport(std::ostream& out, const ImportOutcome& outcome) {
     out << "skipped   " << Sum(report.skipped) << (report.skipped.empty() ? "" : ": " + Text(report.skipped)) << "\n";
     out << "net       " << Counted(outcome.nodes, "node") << ", " << Counted(outcome.lines, "line") << " ("
         << Counted(outcome.arcs, "arc") << "); " << Counted(outcome.nodesDeleted, "node") << " without lines deleted\n";
+    if (const auto& plates = outcome.plates) {
+        out << "plates    " << plates->count;
+        if (plates->count) out << ", " << AreaText(plates->area) << " in all";
+        out << "; " << Counted(plates->dangling, "line") << (plates->dangling == 1 ? " dangles\n" : " dangle\n");
+    }
     out << "time      ";
     for (std::size_t i = 0; i < outcome.stages.size(); ++i)
         out << (i ? ", " : "") << outcome.stages[i].name << " " << SecondsText(outcome.stages[i].seconds);
@@ -160,5 +174,5 @@ void PrintImportReport(std::ostream& out, const ImportOutcome& outcome) {
 
 std::string CaptionText(const ImportOutcome& outcome) {
     return PlainText(outcome.job.layer) + "  ·  " + Counted(outcome.nodes, "node") + ", " + Counted(outcome.lines, "line") +
-           "  ·  " + PlainText(std::filesystem::path(outcome.job.file).filename().string());
+           (outcome.plates ? ", " + Counted(outcome.plates->count, "plate") : "") + "  ·  " + PlainText(std::filesystem::path(outcome.job.file).filename().string());
 }
