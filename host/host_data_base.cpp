@@ -71,6 +71,12 @@ CMianGouJian* CTvoHostDataBase::InstanceMianGouJian(int type) {
     return plate;
 }
 
+// Numbers of plates are never higher than the sequence numbers given out so far.
+void CTvoHostDataBase::AddMianGouJian(CMianGouJian* plate) {
+    if (m_bBatch) plate->set_m_dwGouJianNO(plate->get_m_dwGouJianID() & 0xFFFFFF);
+    CGridDataBase::AddMianGouJian(plate);
+}
+
 CGouJianEx* CTvoHostDataBase::QueryGouJianDependentOnMianGouJian(CMianGouJian* plate) {
     return FindLoad(plate->get_m_dwGouJianID());
 }

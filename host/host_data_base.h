@@ -23,6 +23,8 @@ public:
     // --- plates ---
     /// A plate of the main type; while combining with the tag. Null for an outer contour, unless m_bOuterPlates.
     CMianGouJian* InstanceMianGouJian(int type) override;
+    /// A plate that follows an edit gets a number of its own: each walk counts from 1 anew.
+    void AddMianGouJian(CMianGouJian* plate) override;
     CGouJianEx* QueryGouJianDependentOnMianGouJian(CMianGouJian* plate) override;
     void DeleteGouJianDependentOnMianGouJian(CMianGouJian* plate) override;
     void CreateGouJianDependentOnMianGouJian(CMianGouJian* old, CGouJianEx* dependent, CMianGouJian* replacement) override;

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
-#include <iterator>
 #include <numbers>
 #include <unordered_map>
+#include <utility>
 
 #include "host/host_data_base.h"
 #include "host/net_walk.h"
@@ -99,11 +99,16 @@ bool Meets(const Box& box, FlatPoint a, FlatPoint b) {
     return clip(a.x, b.x - a.x, box.minX, box.maxX) && clip(a.y, b.y - a.y, box.minY, box.maxY);
 }
 
-bool Meets(const Box& box, const CGjNetLine& line, double sag) {
+std::vector<FlatPoint> FlatLine(const CGjNetLine& line, double sag) {
     std::vector<FlatPoint> points;
     const FlatPoint end{line.m_fEndX, line.m_fEndY};
     AppendEdge(points, {line.m_fStartX, line.m_fStartY}, end, line.m_nArc ? line.GetFShoot(0).c : 0, sag);
     points.push_back(end);
+    return points;
+}
+
+bool Meets(const Box& box, const CGjNetLine& line, double sag) {
+    const auto points = FlatLine(line, sag);
     for (std::size_t i = 1; i < points.size(); ++i)
         if (Meets(box, points[i - 1], points[i])) return true;
     return false;
@@ -113,45 +118,49 @@ std::size_t Characters(const std::string& text) {
     return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char c) { return (c & 0xC0) != 0x80; }));
 }
 
-class LabelWriter {
-public:
-    LabelWriter(CTvoHostDataBase& db, const PlateFace& face, double sag)
-        : m_db(db), m_face(face), m_plate(*face.plate), m_sag(sag), m_outline(FlatOutline(m_plate.m_region, sag)) {}
-
-    /// The label with letters of that height, if it fits.
-    bool Fits(double height, bool numberOnly, PlateLabel& label) const {
-        label = {m_plate.m_fCenterX, m_face.color, {}};
-        label.lines.push_back({std::to_string(m_plate.m_dwGouJianNO), height, 0});
-        if (!numberOnly) {
-            label.lines.push_back({AreaText(m_plate.m_fArea), height * 0.8, 0});
-            if (const CTvoLoad* load = m_db.FindLoad(m_plate.m_dwGouJianID)) {
-                char text[40];
-                std::snprintf(text, sizeof text, "q = %.6g", load->m_dValue);
-                label.lines.push_back({text, height * 0.8, 0});
-            }
-        }
-        double width = 0, tall = 0;
-        for (const LabelLine& line : label.lines) {
-            width = std::max(width, line.height * kDigitWidth * static_cast<double>(Characters(line.text)));
-            tall += line.height * kLineStep;
-        }
-        double y = m_plate.m_fCenterY + tall / 2;
-        for (LabelLine& line : label.lines) {
-            line.baseline = y - line.height;  // letters reach 0.73 up from it
-            y -= line.height * kLineStep;
-        }
-        const double pad = height * kPadding;
-        return IsFree({m_plate.m_fCenterX - width / 2 - pad, m_plate.m_fCenterY - tall / 2 - pad,
-                       m_plate.m_fCenterX + width / 2 + pad, m_plate.m_fCenterY + tall / 2 + pad});
+PlateLabel LabelOf(CTvoHostDataBase& db, const PlateFace& face, double height, bool numberOnly) {
+    const CMianGouJian& plate = *face.plate;
+    PlateLabel label;
+    label.color = face.color;
+    label.lines.push_back({std::to_string(plate.m_dwGouJianNO), height, 0});
+    if (numberOnly) return label;
+    label.lines.push_back({AreaText(plate.m_fArea), height * 0.8, 0});
+    if (const CTvoLoad* load = db.FindLoad(plate.m_dwGouJianID)) {
+        char text[40];
+        std::snprintf(text, sizeof text, "q = %.6g", load->m_dValue);
+        label.lines.push_back({text, height * 0.8, 0});
     }
+    return label;
+}
 
-private:
+/// Sets the lines about a place; the box that they take, with some room around.
+Box SetAt(PlateLabel& label, FlatPoint at) {
+    label.x = at.x;
+    label.y = at.y;
+    double width = 0, tall = 0;
+    for (const LabelLine& line : label.lines) {
+        width = std::max(width, line.height * kDigitWidth * static_cast<double>(Characters(line.text)));
+        tall += line.height * kLineStep;
+    }
+    double top = at.y + tall / 2;
+    for (LabelLine& line : label.lines) {
+        line.baseline = top - line.height;
+        top -= line.height * kLineStep;
+    }
+    const double pad = label.lines[0].height * kPadding;
+    return {at.x - width / 2 - pad, at.y - tall / 2 - pad, at.x + width / 2 + pad, at.y + tall / 2 + pad};
+}
+
+/// The free space of one plate.
+class Room {
+public:
+    Room(CTvoHostDataBase& db, const CMianGouJian& plate, double sag)
+        : m_db(db), m_plate(plate), m_sag(sag), m_outline(FlatOutline(plate.m_region, sag)) {}
+
     bool IsFree(const Box& box) const {
-        const FlatPoint centre{m_plate.m_fCenterX, m_plate.m_fCenterY};
+        const FlatPoint centre{(box.minX + box.maxX) / 2, (box.minY + box.maxY) / 2};
         if (!Contains(m_outline, centre)) return false;
-        std::vector<CGouJianEx*> near;
-        m_db.Index().OthersIn(CFRect(static_cast<float>(box.minX), static_cast<float>(box.minY),
-                                     static_cast<float>(box.maxX), static_cast<float>(box.maxY)), near);
+        const auto near = Near(box);
         return std::none_of(near.begin(), near.end(), [&](CGouJianEx* obj) {
             if (obj->QueryBasicType() == kBasicLine) return Meets(box, *static_cast<CGjNetLine*>(obj), m_sag);
             if (obj->get_Gjlx() != m_plate.get_Gjlx() || obj == &m_plate) return false;
@@ -161,12 +170,73 @@ private:
         });
     }
 
+    /// Middles of stretches that no line crosses, on some levels of the plate; the widest first.
+    std::vector<FlatPoint> WidePlaces() const {
+        std::vector<std::pair<double, FlatPoint>> found;  // with the stretch's width
+        const CFRect& extent = m_plate.m_rect;
+        for (const double level : {0.5, 0.35, 0.65, 0.2, 0.8}) {
+            const double y = extent.m_fMinY + level * (extent.m_fMaxY - extent.m_fMinY);
+            const std::vector<double> cuts = CutsAt(y);
+            for (std::size_t i = 1; i < cuts.size(); ++i) {
+                const FlatPoint middle{(cuts[i - 1] + cuts[i]) / 2, y};
+                if (Contains(m_outline, middle)) found.emplace_back(cuts[i] - cuts[i - 1], middle);
+            }
+        }
+        std::stable_sort(found.begin(), found.end(), [](const auto& a, const auto& b) { return a.first > b.first; });
+        std::vector<FlatPoint> places;
+        for (std::size_t i = 0; i < std::min<std::size_t>(found.size(), 6); ++i) places.push_back(found[i].second);
+        return places;
+    }
+
+private:
+    std::vector<CGouJianEx*> Near(const Box& box) const {
+        std::vector<CGouJianEx*> near;
+        m_db.Index().OthersIn(CFRect(static_cast<float>(box.minX), static_cast<float>(box.minY),
+                                     static_cast<float>(box.maxX), static_cast<float>(box.maxY)), near);
+        return near;
+    }
+
+    /// Where lines cross a level within the plate's extent, in order.
+    std::vector<double> CutsAt(double y) const {
+        std::vector<double> cuts;
+        for (CGouJianEx* obj : Near({m_plate.m_rect.m_fMinX, y, m_plate.m_rect.m_fMaxX, y})) {
+            if (obj->QueryBasicType() != kBasicLine) continue;
+            const auto points = FlatLine(*static_cast<CGjNetLine*>(obj), m_sag);
+            for (std::size_t i = 1; i < points.size(); ++i) {
+                const FlatPoint &a = points[i - 1], &b = points[i];
+                if ((a.y > y) != (b.y > y)) cuts.push_back(a.x + (b.x - a.x) * (y - a.y) / (b.y - a.y));
+            }
+        }
+        std::sort(cuts.begin(), cuts.end());
+        return cuts;
+    }
+
     CTvoHostDataBase& m_db;
-    const PlateFace& m_face;
     const CMianGouJian& m_plate;
     double m_sag;
     std::vector<FlatPoint> m_outline;
 };
+
+/// Everything in letters as large as fit, rather than at the centroid; the number alone when all else fails.
+bool PutLabel(CTvoHostDataBase& db, const PlateFace& face, double largest, double smallest, PlateLabel& label) {
+    const Room room(db, *face.plate, smallest / 8);
+    const FlatPoint centroid{face.plate->m_fCenterX, face.plate->m_fCenterY};
+    std::vector<FlatPoint> elsewhere;
+    bool looked = false;
+    for (const bool numberOnly : {false, true}) {
+        const auto fits = [&](FlatPoint at) {
+            for (double height = largest; height >= smallest * 0.999; height *= 0.8) {
+                label = LabelOf(db, face, height, numberOnly);
+                if (room.IsFree(SetAt(label, at))) return true;
+            }
+            return false;
+        };
+        if (fits(centroid)) return true;
+        if (!std::exchange(looked, true)) elsewhere = room.WidePlaces();
+        if (std::any_of(elsewhere.begin(), elsewhere.end(), fits)) return true;
+    }
+    return false;
+}
 
 }  // namespace
 
@@ -198,13 +268,8 @@ std::vector<FlatPoint> FlatOutline(const CFRegion& region, double sag) {
 std::vector<PlateLabel> PlateLabels(CTvoHostDataBase& db, const std::vector<PlateFace>& faces, double largest, double smallest) {
     std::vector<PlateLabel> labels;
     for (const PlateFace& face : faces) {
-        const LabelWriter writer(db, face, smallest / 8);
         PlateLabel label;
-        bool fits = false;
-        for (const bool numberOnly : {false, true})
-            for (double height = largest; !fits && height >= smallest * 0.999; height *= 0.8)
-                fits = writer.Fits(height, numberOnly, label);
-        if (fits) labels.push_back(std::move(label));
+        if (PutLabel(db, face, largest, smallest, label)) labels.push_back(std::move(label));
     }
     return labels;
 }

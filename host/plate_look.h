@@ -41,15 +41,16 @@ struct LabelLine {
     double baseline = 0;  // y
 };
 
-/// What stands at a plate's centroid: its number, its area and the load on it, or the number alone.
+/// What stands on a plate: its number, its area and the load on it, or the number alone.
 struct PlateLabel {
-    double x = 0;  // the lines are centred here
+    double x = 0, y = 0;  // the middle of all lines, each of which is centred there
     int color = 0;
     std::vector<LabelLine> lines;  // from top to bottom
 };
 
-/// Labels for those of the faces in which one fits without touching a line or another label's plate. Letters are
-/// `largest` high where there is room, and never lower than `smallest`.
+/// Labels for those of the faces in which one fits without touching a line or a plate inside: at the centroid or, where
+/// it doesn't fit there, in the middle of a wide stretch of the plate. Letters are `largest` high where there is room,
+/// and never lower than `smallest`.
 std::vector<PlateLabel> PlateLabels(CTvoHostDataBase& db, const std::vector<PlateFace>& faces, double largest, double smallest);
 
 /// "20.3 m²": an area in square millimetres, in the unit that suits it.
