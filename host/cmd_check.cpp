@@ -24,15 +24,16 @@ struct CheckOptions {
 
 struct KindText {
     const char* type;
-    const char* title;
+    const char* one;   // in words
+    const char* many;
 };
 
 constexpr KindText kKinds[kFaultKindCount] = {
-    {"dangling", "dangling ends"},
-    {"gap", "gaps between two ends"},
-    {"near", "nodes beside a line that they don't join"},
-    {"short", "lines shorter than the tolerance"},
-    {"duplicate", "duplicates"},
+    {"dangling", "dangling end", "dangling ends"},
+    {"gap", "gap between two ends", "gaps between two ends"},
+    {"near", "node beside a line that it doesn't join", "nodes beside a line that they don't join"},
+    {"short", "line shorter than the tolerance", "lines shorter than the tolerance"},
+    {"duplicate", "duplicate", "duplicates"},
 };
 
 bool IsLine(std::uint32_t id) { return id >> 24 == GJLX_NET_LINE; }
@@ -81,7 +82,9 @@ std::string FaultText(const NetFault& fault) {
 void PrintFaults(const std::vector<NetFault>& faults, const std::size_t (&counts)[kFaultKindCount]) {
     const NetFault* last = nullptr;
     for (const NetFault& fault : faults) {
-        if (!last || last->kind != fault.kind) std::cout << counts[fault.kind] << " " << kKinds[fault.kind].title << "\n";
+        const KindText& kind = kKinds[fault.kind];
+        if (!last || last->kind != fault.kind)
+            std::cout << counts[fault.kind] << " " << (counts[fault.kind] == 1 ? kind.one : kind.many) << "\n";
         std::cout << "  " << FaultText(fault) << "\n";
         last = &fault;
     }

@@ -173,6 +173,34 @@ TEST(TvoImport, DrawsTheSamplePlan) {
     EXPECT_EQ(ReadWholeFile(folder.File("b.svg")), svg);
 }
 
+TEST(TvoImport, FormsPlatesUnlessToldNotTo) {
+    const ScratchFolder folder;
+    // Two cells and a stub; the corner at (0, 3) misses by a little.
+    const std::string plan = folder.Write("cells.dxf", Drawing(Units(4))
+                                                           .Line("A", "0", "0", "8000", "0")
+                                                           .Line("A", "8000", "0", "8000", "3000")
+                                                           .Line("A", "8000", "3000", "20", "3000")
+                                                           .Line("A", "0", "3010", "0", "0")
+                                                           .Line("A", "5000", "0", "5000", "3000")
+                                                           .Line("A", "6000", "0", "6000", "1000")
+                                                           .End());
+    const std::string svg = folder.File("a.svg");
+    const json report = ImportReport(RunTvo({"import", plan, "--layer", "A", "--svg", svg, "--json"}));
+    EXPECT_EQ(report["plates"]["count"], 2);
+    EXPECT_EQ(report["plates"]["dangling"], 1);
+    EXPECT_NEAR(report["plates"]["area"].get<double>(), 24e6, 1e5);
+    EXPECT_TRUE(report["seconds"].contains("plates"));
+    const std::string picture = ReadWholeFile(svg);
+    EXPECT_LT(picture.find("<g id=\"plates\""), picture.find("<g id=\"lines\""));
+    EXPECT_NE(picture.find("15.0 m²"), std::string::npos) << picture;
+    EXPECT_NE(RunTvo({"import", plan, "--layer", "A"}).out.find("plates    2, 24.0 m² in all; 1 line dangles\n"), std::string::npos);
+
+    const json without = ImportReport(RunTvo({"import", plan, "--layer", "A", "--no-plates", "--svg", svg, "--json"}));
+    EXPECT_TRUE(without["plates"].is_null());
+    EXPECT_FALSE(without["seconds"].contains("plates"));
+    EXPECT_EQ(ReadWholeFile(svg).find("plates"), std::string::npos);
+}
+
 TEST(TvoImport, SaysWhyItCannot) {
     const ScratchFolder folder;
     const std::string plan = folder.Write("plan.dxf", MixedPlan());
@@ -222,14 +250,18 @@ TEST(Tvo, HelpTellsAllOptions) {
         std::vector<std::string> arguments;
         std::vector<const char*> parts;
     } const rows[] = {
-        {{"--help"}, {"layers", "import", "run", "Status:"}},
+        {{"--help"}, {"layers", "import", "check", "run", "Status:"}},
         {{"layers", "--help"}, {"PLAN.dxf", "--json", "extent"}},
         {{"import", "--help"},
-         {"PLAN.dxf", "--layer", "--tolerance", "--scale", "--keep-nodes", "--svg", "--png", "--size", "--json"}},
+         {"PLAN.dxf", "--layer", "--tolerance", "--scale", "--keep-nodes", "--no-plates", "--svg", "--png", "--size",
+          "--json"}},
+        {{"check", "--help"}, {"FILE", "--layer", "--tolerance", "--scale", "--json", "dangling", "duplicate", "Status:"}},
         {{"run", "--help"},
          {"SCRIPT", "--keep-going", "start", "node X Y", "line X1 Y1 X2 Y2", "getline", "bulge", "arc CX CY R START END",
           "arc3", "delete ID...", "cleannodes", "undo", "redo", "autobreak", "automerge", "tolerance", "storey", "rect",
-          "number", "import FILE LAYER", "dump [nodes|lines]", "stat", "svg FILE", "png FILE W H"}},
+          "number", "import FILE LAYER", "dump [nodes|lines|plates|loads]", "stat", "plates",
+          "begin", "end", "combine TYPE TAG ID...", "embrace ID", "inside ID", "around ID", "stride LINEID",
+          "isrect ID TOL_DEG", "load PLATEID VALUE", "outer", "wholenet", "svg FILE", "png FILE W H"}},
     };
     for (const auto& row : rows) {
         const TvoRun run = RunTvo(row.arguments);

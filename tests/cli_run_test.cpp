@@ -141,7 +141,7 @@ TEST(TvoRun, PrintsTheFormsThatItPromises) {
 {"type":"node","id":16777219,"no":3,"x":0.100000001,"y":9000.0,"storey":-1}
 {"type":"line","id":33554433,"no":1,"start":16777218,"end":16777217,"arc":0,"bulge":0.0,"length":6000.0,"storey":-1}
 {"type":"line","id":33554434,"no":2,"start":16777218,"end":16777219,"arc":0,"bulge":0.0,"length":9000.0,"storey":-1}
-{"type":"stat","nodes":3,"lines":2,"canUndo":true,"canRedo":false}
+{"type":"stat","nodes":3,"lines":2,"plates":0,"dangling":2,"area":0.0,"canUndo":true,"canRedo":false}
 )");
 }
 
@@ -182,7 +182,15 @@ TEST(TvoRun, TellsWhatIsWrongWithALine) {
         {"a setting out of range", "set merge 2", "merge: '2' is out of range, 0 to 1"},
         {"half a tolerance", "set tolerance 0.5", "tolerance: '0.5' is not a whole number"},
         {"no tolerance", "set tolerance 0", "tolerance: '0' is out of range"},
-        {"a dump of what is not there", "dump plates", "not 'plates'"},
+        {"a dump of what is not there", "dump walls", "not 'walls'"},
+        {"no such plate", "around 50331649", "ID: there is no plate with the identity 50331649"},
+        {"a line that is none", "stride 16777217", "LINEID: there is no line with the identity 16777217"},
+        {"a load in the air", "load 50331649 3.5", "PLATEID: there is no plate"},
+        {"a type that plates can't have", "combine 2 7 50331649", "TYPE: '2' is no type for plates"},
+        {"the type of loads", "combine 254 7 50331649", "TYPE: '254' is no type for plates"},
+        {"a tag that is none", "combine 11 -1 50331649", "TAG: '-1' is out of range"},
+        {"an end without a begin", "end", "no batch is open"},
+        {"outer of what", "set outer 2", "outer: '2' is out of range, 0 to 1"},
         {"a quote left open", "svg \"a b.svg", "a quote is not closed"},
         {"missing drawing", "import nowhere.dxf 0", "nowhere.dxf: No such file or directory"},
         {"a picture that can't be written", "svg /nowhere/a.svg", "cannot write /nowhere/a.svg: No such file or directory"},
