@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <iostream>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "host/commands.h"
@@ -11,8 +12,11 @@
 #include "host/host_data_base.h"
 #include "host/import_job.h"
 #include "host/json_text.h"
+#include "host/models/model_build.h"
 #include "host/net_check.h"
+#include "host/tvo_model_host.h"
 #include "model/profile.h"
+#include "platform/string.h"
 
 namespace {
 
@@ -91,9 +95,22 @@ void PrintFaults(const std::vector<NetFault>& faults, const std::size_t (&counts
     if (faults.empty()) std::cout << "nothing keeps a cell open\n";
 }
 
+bool IsDrawing(const std::string& file) {
+    const std::string end = file.size() < 4 ? "" : file.substr(file.size() - 4);
+    return CString(end).CompareNoCase(".dxf") == 0;
+}
+
 void Load(const CheckOptions& options, CTvoHostDataBase& db) {
+    const ImportJob& job = options.job;
+    if (job.layer.empty()) {
+        if (IsDrawing(job.file)) throw UsageFailure(job.file + " is a drawing; --layer says which layer to take");
+        const std::string remarks = OpenModel(job.file, db, TvoModelHost()).Remarks();
+        if (!remarks.empty()) std::cerr << "warning: " << remarks << '\n';
+        if (options.tolerance) g_cTvoProfile.m_nNetTolerance = *options.tolerance;
+        return;
+    }
     g_cTvoProfile.m_nNetTolerance = options.tolerance.value_or(50);
-    ImportOutcome outcome = RunImportJob(options.job, db);
+    ImportOutcome outcome = RunImportJob(job, db);
     DeleteNodesWithoutLines(db, outcome);
 }
 

@@ -11,16 +11,18 @@
 #include "host/file_output.h"
 #include "host/host_data_base.h"
 #include "host/import_report.h"
+#include "host/models/model_writer.h"
 #include "host/picture.h"
 #include "host/stopwatch.h"
 #include "host/svg_writer.h"
+#include "host/tvo_model_host.h"
 #include "model/profile.h"
 
 namespace {
 
 struct ImportOptions {
     ImportJob job;
-    std::string svg, png;
+    std::string out, svg, png;
     std::string size = "1600x1000";
     int tolerance = 50;
     bool keepNodes = false;
@@ -58,6 +60,11 @@ int RunImport(const ImportOptions& options) {
 
     const std::string caption = CaptionText(outcome);
     Stopwatch watch;
+    if (!options.out.empty()) {
+        outcome.modelBytes = SaveModel(options.out, db, TvoModelHost()).bytes;
+        outcome.modelFile = options.out;
+        outcome.stages.push_back({"save", watch.Lap()});
+    }
     if (!options.svg.empty()) {
         ReplaceFile(options.svg, SvgOfNet(db, caption));
         outcome.stages.push_back({"svg", watch.Lap()});
@@ -92,6 +99,7 @@ Command AddImportCommand(CLI::App& app) {
         ->type_name("F");
     command->add_flag("--keep-nodes", options->keepNodes, "leave nodes without lines in the net");
     command->add_flag("--no-plates", options->noPlates, "leave the plates out");
+    command->add_option("--out", options->out, "save the model; a file before is kept as MODEL.tvo~")->type_name("MODEL.tvo");
     command->add_option("--svg", options->svg, "draw the net as SVG")->type_name("FILE");
     CLI::Option* png = command->add_option("--png", options->png, "draw the net as PNG")->type_name("FILE");
     command->add_option("--size", options->size, "pixels of the PNG (1600x1000)")
@@ -109,11 +117,11 @@ Command AddImportCommand(CLI::App& app) {
         "        \"entities\":of the drawing,\"read\":of the layer,\"taken\":{KIND:N},\"skipped\":{KIND:N},\n"
         "        \"pieces\":{\"offered\",\"taken\",\"existed\"},\"refused\":{\"tooShort\",\"degenerate\",\"notFinite\"},\n"
         "        \"closedNotMade\",\"nodes\",\"lines\",\"arcs\",\"nodesDeleted\",\"plates\":{\"count\",\"area\",\"dangling\"}\n"
-        "        or null,\"seconds\":{STAGE:F},\"notes\":[S]}\n"
+        "        or null,\"model\":{\"file\",\"bytes\"} or null,\"seconds\":{STAGE:F},\"notes\":[S]}\n"
         "       pieces are what the net is offered: lines, sides of polylines, arcs, half circles;\n"
         "       the area is that of all plates in square millimetres\n"
-        "\nStatus: 0; 1 if the drawing can't be read, has no such layer, or a picture can't be written; 2 wrong\n"
+        "\nStatus: 0; 1 if the drawing can't be read, has no such layer, or a file can't be written; 2 wrong\n"
         "usage.\n"
-        "\nExample:  tvo import plan.dxf --layer AXIS --svg plan.svg --png plan.png --size 1200x800\n");
+        "\nExample:  tvo import plan.dxf --layer AXIS --out plan.tvo --png plan.png --size 1200x800\n");
     return {command, [options] { return RunImport(*options); }};
 }

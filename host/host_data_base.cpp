@@ -1,6 +1,7 @@
 #include "host/host_data_base.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 #include <vector>
 
@@ -150,6 +151,12 @@ void CTvoHostDataBase::SetLoad(CMianGouJian* plate, double value) {
 }
 
 // --- edits ------------------------------------------------------------------------------------------------
+
+std::vector<std::uint32_t> CTvoHostDataBase::KeptNodes() {
+    std::vector<std::uint32_t> standing;
+    std::copy_if(m_aKept.begin(), m_aKept.end(), std::back_inserter(standing), [&](std::uint32_t id) { return FindGouJian(id); });
+    return standing;
+}
 
 void CTvoHostDataBase::BeginBatch() {
     PrepareDPC();

@@ -1,8 +1,10 @@
 // The data base of tvo, the reference host.
 #pragma once
+#include <algorithm>
 #include <cstdint>
 #include <set>
 #include <unordered_map>
+#include <vector>
 
 #include "net/grid_data_base.h"
 
@@ -65,9 +67,11 @@ public:
     bool InBatch() const { return m_bBatch; }
     /// This node stays, also when it has no line.
     void KeepNode(const CGjNetNode* node) { m_aKept.insert(node->get_m_dwGouJianID()); }
+    std::vector<std::uint32_t> KeptNodes();  // those that stand, by identity
     /// Do plates follow the net? They do from the moment when the first is formed until that is undone; also while the
     /// last of them is gone because its border is open.
     bool PlatesFollow() const { return m_nPlatesFormed > 0; }
+    void FollowWithPlates() { m_nPlatesFormed = std::max(m_nPlatesFormed, 1LL); }
 
     /// The spatial index, nothing pending: finer than GetInterRect.
     const CGridIndexServiceObject& Index() { return ReadyIndex(); }

@@ -1,6 +1,7 @@
 // One import of a layer into a net, as tvo does it, and what came of it.
 #pragma once
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -36,6 +37,8 @@ struct ImportOutcome {
     std::size_t nodes = 0, lines = 0, arcs = 0;  // in the net afterwards; arcs are among the lines
     std::size_t nodesDeleted = 0;                // since no line met there
     std::optional<PlateFigures> plates;          // none: they were not formed
+    std::string modelFile;                       // empty: not saved
+    std::uint64_t modelBytes = 0;
     std::vector<ImportStage> stages;             // in order
 };
 

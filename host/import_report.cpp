@@ -139,6 +139,7 @@ Json ImportJson(const ImportOutcome& outcome) {
             {"arcs", outcome.arcs},
             {"nodesDeleted", outcome.nodesDeleted},
             {"plates", PlatesJson(outcome)},
+            {"model", outcome.modelFile.empty() ? Json(nullptr) : Json{{"file", outcome.modelFile}, {"bytes", outcome.modelBytes}}},
             {"seconds", seconds},
             {"notes", ImportNotes(outcome)}};
 }
@@ -165,6 +166,8 @@ void PrintImportReport(std::ostream& out, const ImportOutcome& outcome) {
         if (plates->count) out << ", " << AreaText(plates->area) << " in all";
         out << "; " << Counted(plates->dangling, "line") << (plates->dangling == 1 ? " dangles\n" : " dangle\n");
     }
+    if (!outcome.modelFile.empty())
+        out << "saved     " << PlainText(outcome.modelFile) << ", " << outcome.modelBytes << " bytes\n";
     out << "time      ";
     for (std::size_t i = 0; i < outcome.stages.size(); ++i)
         out << (i ? ", " : "") << outcome.stages[i].name << " " << SecondsText(outcome.stages[i].seconds);

@@ -1,8 +1,10 @@
 #include "host/tvo_load.h"
 
 #include <bit>
+#include <cmath>
 #include <cstdio>
 
+#include "host/little_endian.h"
 #include "model/draw_graph.h"
 #include "model/profile.h"
 #include "model/tvo_data_base.h"
@@ -14,22 +16,6 @@ namespace {
 constexpr float kArrow = 600.0f;       // length of the mark, model units
 constexpr float kTextHeight = 300.0f;
 constexpr int kLoadColor = 30;         // orange
-
-template <class Word>
-void Put(std::FILE* file, Word word) {
-    unsigned char bytes[sizeof word];
-    for (std::size_t i = 0; i < sizeof word; ++i) bytes[i] = static_cast<unsigned char>(word >> (8 * i));
-    std::fwrite(bytes, 1, sizeof bytes, file);
-}
-
-template <class Word>
-bool Take(std::FILE* file, Word& word) {
-    unsigned char bytes[sizeof word];
-    if (std::fread(bytes, 1, sizeof bytes, file) != sizeof bytes) return false;
-    word = 0;
-    for (std::size_t i = 0; i < sizeof word; ++i) word |= static_cast<Word>(bytes[i]) << (8 * i);
-    return true;
-}
 
 }  // namespace
 
@@ -60,18 +46,18 @@ void CTvoLoad::GetDrawInfo(unsigned char status, char, unsigned long& colour, in
 }
 
 int CTvoLoad::WriteBinary(std::FILE* file) {
-    Put(file, m_dwGouJianNO);
-    Put(file, m_dwGouJianID);
-    Put(file, m_dwPlateID);
-    Put(file, std::bit_cast<std::uint64_t>(m_dValue));
+    PutLittleEndian(file, m_dwGouJianNO);
+    PutLittleEndian(file, m_dwGouJianID);
+    PutLittleEndian(file, m_dwPlateID);
+    PutLittleEndian(file, std::bit_cast<std::uint64_t>(m_dValue));
     return std::ferror(file) == 0;
 }
 
 int CTvoLoad::ReadBinary(std::FILE* file) {
     std::uint32_t number = 0, id = 0, plate = 0;
     std::uint64_t value = 0;
-    if (!Take(file, number) || !Take(file, id) || !Take(file, plate) || !Take(file, value)) return 0;
-    if (id >> 24 != kTvoLoadType) return 0;
+    if (!TakeLittleEndian(file, number) || !TakeLittleEndian(file, id) || !TakeLittleEndian(file, plate) || !TakeLittleEndian(file, value)) return 0;
+    if (id >> 24 != kTvoLoadType || !std::isfinite(std::bit_cast<double>(value))) return 0;
     m_dwGouJianNO = number;
     m_dwGouJianID = id;
     m_dwPlateID = plate;

@@ -23,8 +23,8 @@ public:
     int DrawGraph(CDrawGraph* g) override;
     void GetDrawInfo(unsigned char status, char part, unsigned long& colour, int& lineType) override;
     /// Number, identity and the plate's identity as 32-bit words, then the value as a 64-bit float, little-endian.
-    /// The reader gives 0 at the end of the file and for an identity of another type; the place follows from the plate,
-    /// which has to be there by then.
+    /// The reader gives 0 at the end of the file, for an identity of another type and a value that is not finite; the
+    /// place follows from the plate, which has to be there by then.
     int WriteBinary(std::FILE* file) override;
     int ReadBinary(std::FILE* file) override;
 

@@ -195,6 +195,10 @@ TEST(TvoImport, FormsPlatesUnlessToldNotTo) {
     EXPECT_NE(picture.find("15.0 m²"), std::string::npos) << picture;
     EXPECT_NE(RunTvo({"import", plan, "--layer", "A"}).out.find("plates    2, 24.0 m² in all; 1 line dangles\n"), std::string::npos);
 
+    // The saved model holds them, and opens.
+    const json saved = ImportReport(RunTvo({"import", plan, "--layer", "A", "--out", folder.File("cells.tvo"), "--json"}));
+    EXPECT_EQ(saved["model"]["bytes"], ReadWholeFile(folder.File("cells.tvo")).size());
+    EXPECT_EQ(RunTvo({"run"}, "open cells.tvo\nstat\n", folder.Path()).Json().back()["plates"], 2);
     const json without = ImportReport(RunTvo({"import", plan, "--layer", "A", "--no-plates", "--svg", svg, "--json"}));
     EXPECT_TRUE(without["plates"].is_null());
     EXPECT_FALSE(without["seconds"].contains("plates"));
@@ -206,6 +210,7 @@ TEST(TvoImport, SaysWhyItCannot) {
     const std::string plan = folder.Write("plan.dxf", MixedPlan());
     const std::string cut = folder.Write("cut.dxf", Drawing().Line("A", "0", "0", "6000", "0").CutShort());
     const std::string letter = folder.Write("letter.dxf", "Dear Sir,\nplease find enclosed\n");
+    const std::string note = folder.Write("note.txt", "Dear Sir,\n");
     const std::string empty = folder.Write("empty.dxf", "");
     struct {
         const char* name;
@@ -231,6 +236,10 @@ TEST(TvoImport, SaysWhyItCannot) {
         {"scale that is none", {"import", plan, "--layer", "A", "--scale", "nan"}, 2, "--scale"},
         {"size of one number", {"import", plan, "--layer", "A", "--png", "a.png", "--size", "800"}, 2, "--size"},
         {"size of nothing", {"import", plan, "--layer", "A", "--png", "a.png", "--size", "0x10"}, 2, "--size"},
+        {"a model that can't be written", {"import", plan, "--layer", "axis", "--out", "/nowhere/a.tvo"}, 1,
+         "cannot write /nowhere/a.tvo: No such file or directory"},
+        {"a check of a drawing without a layer", {"check", plan}, 2, "--layer"},
+        {"a check of what is no model", {"check", note}, 1, "note.txt"},
         {"size without a picture", {"import", plan, "--layer", "A", "--size", "80x80"}, 2, "--png"},
         {"unknown option", {"import", plan, "--layer", "A", "--fast"}, 2, "--fast"},
         {"unknown command", {"export"}, 2, "export"},
@@ -253,7 +262,7 @@ TEST(Tvo, HelpTellsAllOptions) {
         {{"--help"}, {"layers", "import", "check", "run", "Status:"}},
         {{"layers", "--help"}, {"PLAN.dxf", "--json", "extent"}},
         {{"import", "--help"},
-         {"PLAN.dxf", "--layer", "--tolerance", "--scale", "--keep-nodes", "--no-plates", "--svg", "--png", "--size",
+         {"PLAN.dxf", "--layer", "--tolerance", "--scale", "--keep-nodes", "--no-plates", "--out", "--svg", "--png", "--size",
           "--json"}},
         {{"check", "--help"}, {"FILE", "--layer", "--tolerance", "--scale", "--json", "dangling", "duplicate", "Status:"}},
         {{"run", "--help"},

@@ -302,6 +302,27 @@ TEST(TvoPlates, LoadsStayWithTheirPlate) {
     }
 }
 
+TEST(TvoPlates, ModelsKeepWhatHangsOnThem) {
+    const ScratchFolder folder;
+    const std::string cell = Rectangle(0, 0, 8000, 6000) + "node 4000 -3000\nline 4000 -3000 4000 -500\nplates\nload 50331649 2.5\n";
+    const std::string goOn = "start\nline 4000 -500 4000 0\ndump\nsave b.tvo\n";
+    const TvoRun through = RunTvo({"run"}, cell + goOn, folder.Path());
+    const std::string bytes = ReadWholeFile(folder.File("b.tvo"));
+    ASSERT_EQ(RunTvo({"run"}, cell + "save a.tvo\n", folder.Path()).status, 0);
+    const TvoRun later = RunTvo({"run"}, "open a.tvo\n" + goOn, folder.Path());
+    EXPECT_EQ(OfType(later, "load").size(), 1u) << later.out << later.err;
+    for (const char* type : {"node", "line", "plate", "load"}) EXPECT_EQ(OfType(later, type), OfType(through, type)) << type;
+    EXPECT_EQ(ReadWholeFile(folder.File("b.tvo")), bytes);
+    // The node that was placed by hand stays, also after opening.
+    const std::string stub = LineBetween(cell, 4000, -3000, 4000, -500);
+    EXPECT_EQ(Counts(RunTvo({"run"}, "open a.tvo\ndelete " + stub + "\nstat\n", folder.Path())), "5/4/1");
+    // Plates follow where none stands for the moment.
+    const std::string wall = LineBetween(cell, 0, 0, 8000, 0);
+    ASSERT_EQ(RunTvo({"run"}, "open a.tvo\ndelete " + wall + "\nsave c.tvo\n", folder.Path()).status, 0);
+    EXPECT_EQ(Counts(RunTvo({"run"}, "open c.tvo\nline 0 0 8000 0\nstat\n", folder.Path())), "6/5/1");
+    EXPECT_EQ(RunTvo({"check", "a.tvo"}, "", folder.Path()).status, 1);
+}
+
 // ---- questions ------------------------------------------------------------------------------------
 
 TEST(TvoPlates, AnswersQuestions) {
