@@ -93,6 +93,14 @@ CMianGouJian* MakePlate(CGridDataBase& db, int type, std::vector<CGjNetLine*> li
     return plate;
 }
 
+// The two have a side of a line in common, which belongs to one plate alone.
+bool ShareASide(CMianGouJian* a, CMianGouJian* b) {
+    for (int i = 0; i < a->m_arrBoundery.GetSize(); ++i)
+        for (int k = 0; k < b->m_arrBoundery.GetSize(); ++k)
+            if (a->m_arrBoundery[i] == b->m_arrBoundery[k] && a->m_arrBounderyDir[i] == b->m_arrBounderyDir[k]) return true;
+    return false;
+}
+
 // A plate's own border, out of the way while it takes over figures of old plates.
 struct Border {
     int count = 0;
@@ -142,9 +150,13 @@ void Walker::CopyStars() {
         m_db.m_mapStar.GetNextAssoc(p, node, star);
         auto copy = std::make_unique<CStar>(*star);
         for (const auto& [id, line] : LinesOf(*star))
-            if (!m_db.CanJionWeiBan(line) || (!m_db.m_bWeiBanWholeNet && !m_db.m_mapBanBianInsert.Contains(id))) copy->RemoveMapElement(line);
+            if (!Counts(line)) copy->RemoveMapElement(line);
         m_stars[node] = std::move(copy);
     }
+}
+
+bool Walker::Counts(CGjNetLine* line) const {
+    return m_db.CanJionWeiBan(line) && (m_db.m_bWeiBanWholeNet || m_db.m_mapBanBianInsert.Contains(line->get_m_dwGouJianID()));
 }
 
 CStar* Walker::StarAt(CGjNetNode* node) {
@@ -280,7 +292,7 @@ PlateMap StridePlates(CGridDataBase& db, CGjNetLine* line, const Walker& thorns)
         for (CGouJianEx* obj : met) {
             auto* other = static_cast<CGjNetLine*>(obj);
             for (CMianGouJian* plate : PlatesOfLine(db, other)) plates[plate->get_m_dwGouJianID()] = plate;
-            if (!WayOf(db, other) && !thorns.IsCi(other) && std::find(cutting.begin(), cutting.end(), other) == cutting.end())
+            if (!WayOf(db, other) && thorns.CanBorder(other) && std::find(cutting.begin(), cutting.end(), other) == cutting.end())
                 cutting.push_back(other);
         }
         for (const auto& [id, plate] : plates) {
@@ -382,8 +394,11 @@ void CompleteDPC(CGridDataBase& db) {
     for (std::size_t i = 0; i < work.m_plates.size();) {
         CMianGouJian* plate = work.m_plates[i];
         bool repeated = false;
-        for (const auto& [id, standing] : BanAround(db, plate))
-            repeated = repeated || (plate->get_Gjlx() == type && standing->get_Gjlx() == type && IsSamePlate(plate, standing));
+        for (const auto& [id, standing] : BanAround(db, plate)) {
+            if (plate->get_Gjlx() != type || standing->get_Gjlx() != type) continue;
+            repeated = repeated || IsSamePlate(plate, standing) ||
+                       (db.m_bWeiBanWholeNet && IsNiShiZhen(standing->m_region) && ShareASide(plate, standing));
+        }
         if (repeated) {
             delete plate;
             work.m_plates.erase(work.m_plates.begin() + static_cast<std::ptrdiff_t>(i));

@@ -25,12 +25,15 @@ public:
     void DoWeiBan();
     bool IsCi(CGouJianEx* line) const { return m_thorns.count(line->get_m_dwGouJianID()) != 0; }
 
+    bool CanBorder(CGjNetLine* line) const { return Counts(line) && !IsCi(line); }
+
     Plates m_plates, m_outer;                           // results, the caller's
     std::map<std::uint32_t, CGjNetLine*> m_elements;
     std::map<std::uint32_t, CGouJianEx*> m_thorns;
 
 private:
     struct Walk;
+    bool Counts(CGjNetLine* line) const;
     void CopyStars();
     bool StripOneBranch();
     CStar* StarAt(CGjNetNode* node);
