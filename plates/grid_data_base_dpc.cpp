@@ -116,17 +116,15 @@ public:
     std::vector<std::size_t> Near(CMianGouJian& plate) const {
         const CFPoint at = plate.GetCentroid();
         const auto reach = [](float v) { return kSameCentroid + std::fabs(v) * 1e-6f; };  // far out, floats are rounded
-        const double first = CellOf(at.x - reach(at.x)), last = CellOf(at.x + reach(at.x));
+        const double last = CellOf(at.x + reach(at.x));
         std::vector<std::size_t> near;
-        for (auto p = std::lower_bound(m_places.begin(), m_places.end(), Place{first, at.y - reach(at.y), 0});
-             p != m_places.end() && p->column <= last;) {
-            if (p->y > at.y + reach(at.y)) {  // on to the next column
-                p = std::lower_bound(p, m_places.end(), Place{std::nextafter(p->column, HUGE_VAL), -HUGE_VALF, 0});
-                if (p != m_places.end() && p->column <= last)
-                    p = std::lower_bound(p, m_places.end(), Place{p->column, at.y - reach(at.y), 0});
-                continue;
-            }
-            near.push_back((p++)->old);
+        double column = CellOf(at.x - reach(at.x));
+        for (auto p = m_places.begin(); p != m_places.end() && column <= last;) {
+            p = std::lower_bound(p, m_places.end(), Place{column, at.y - reach(at.y), 0});
+            for (; p != m_places.end() && p->column == column && p->y <= at.y + reach(at.y); ++p) near.push_back(p->old);
+            // The next column in which there is anything.
+            p = std::lower_bound(p, m_places.end(), Place{std::nextafter(column, HUGE_VAL), -HUGE_VALF, 0});
+            if (p != m_places.end()) column = p->column;
         }
         std::sort(near.begin(), near.end());
         return near;
