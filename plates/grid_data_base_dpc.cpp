@@ -34,11 +34,13 @@ CArray<CMianGouJian*> PlatesOf(const ComponentMap& map) {
     return plates;
 }
 
-/// A plate's border as it was traced. Taking over the figures of the plate before must not bring that one's border
-/// along: its lines may be gone (a T on one of its sides is enough).
+/// A plate's border as it was traced. Taking over the figures of the plate before must not bring that one's
+/// border along: its lines may be gone (a T on one of its sides is enough).
 class TracedBorder {
 public:
-    explicit TracedBorder(CMianGouJian& plate) : m_plate(plate), m_shapes(plate.m_nXingZhuangBian) { Exchange(); }
+    explicit TracedBorder(CMianGouJian& plate) : m_plate(plate), m_shapes(plate.m_nXingZhuangBian) {
+        Exchange();
+    }
     TracedBorder(const TracedBorder&) = delete;
     TracedBorder& operator=(const TracedBorder&) = delete;
     ~TracedBorder() {
@@ -83,9 +85,11 @@ public:
     }
 
 private:
-    static constexpr int kFew = 8;  // questions about a plate that are answered by a look at all of its border
+    static constexpr int kFew =
+        8;  // questions about a plate that are answered by a look at all of its border
     static std::uintptr_t SideOf(CGjNetLine* line, int dir) {
-        return reinterpret_cast<std::uintptr_t>(line) | static_cast<std::uintptr_t>(dir & 1);  // only ever compared
+        return reinterpret_cast<std::uintptr_t>(line) |
+               static_cast<std::uintptr_t>(dir & 1);  // only ever compared
     }
     struct Known {
         int asked = 0;
@@ -115,13 +119,16 @@ public:
     /// Those whose centroid lies about a plate's, in order of entry.
     std::vector<std::size_t> Near(CMianGouJian& plate) const {
         const CFPoint at = plate.GetCentroid();
-        const auto reach = [](float v) { return kSameCentroid + std::fabs(v) * 1e-6f; };  // far out, floats are rounded
+        const auto reach = [](float v) {
+            return kSameCentroid + std::fabs(v) * 1e-6f;
+        };  // far out, floats are rounded
         const double last = CellOf(at.x + reach(at.x));
         std::vector<std::size_t> near;
         double column = CellOf(at.x - reach(at.x));
         for (auto p = m_places.begin(); p != m_places.end() && column <= last;) {
             p = std::lower_bound(p, m_places.end(), Place{column, at.y - reach(at.y), 0});
-            for (; p != m_places.end() && p->column == column && p->y <= at.y + reach(at.y); ++p) near.push_back(p->old);
+            for (; p != m_places.end() && p->column == column && p->y <= at.y + reach(at.y); ++p)
+                near.push_back(p->old);
             // The next column in which there is anything.
             p = std::lower_bound(p, m_places.end(), Place{std::nextafter(column, HUGE_VAL), -HUGE_VALF, 0});
             if (p != m_places.end()) column = p->column;
@@ -138,37 +145,43 @@ private:
         std::size_t old;
         auto operator<=>(const Place&) const = default;
     };
-    static double CellOf(float x) { return std::floor(static_cast<double>(x) / (2 * static_cast<double>(kSameCentroid))); }
+    static double CellOf(float x) {
+        return std::floor(static_cast<double>(x) / (2 * static_cast<double>(kSameCentroid)));
+    }
     std::vector<Old> m_old;
     std::vector<Place> m_places;
 };
 
 bool AreSame(CGridDataBase& db, CMianGouJian& fresh, CMianGouJian& other) {
     const unsigned char main = db.QueryMainGouJianType();
-    return fresh.get_Gjlx() == main && other.get_Gjlx() == main && db.IsSamePlate(&fresh, &other, kSameCentroid, kSameArea);
+    return fresh.get_Gjlx() == main && other.get_Gjlx() == main &&
+           db.IsSamePlate(&fresh, &other, kSameCentroid, kSameArea);
 }
 
-// The new plate repeats one that was not touched. Or it lays over one: a side belongs to one plate, but a walk that
-// closed early, at a node that holds two pieces of net together, has sides of another.
+// The new plate repeats one that was not touched. Or it lays over one: a side belongs to one plate, but a
+// walk that closed early, at a node that holds two pieces of net together, has sides of another.
 bool StandsAlready(CGridDataBase& db, CMianGouJian& fresh, StandingSides& sides) {
     CArray<CMianGouJian*> around;
     db.GetBanAround(&fresh, around);
-    if (std::any_of(around.begin(), around.end(), [&](CMianGouJian* plate) { return AreSame(db, fresh, *plate); })) return true;
+    if (std::any_of(around.begin(), around.end(),
+                    [&](CMianGouJian* plate) { return AreSame(db, fresh, *plate); }))
+        return true;
     const unsigned char main = db.QueryMainGouJianType();
     if (!db.m_bWeiBanWholeNet || fresh.get_Gjlx() != main) return false;
     for (int i = 0; i < fresh.m_arrBoundery.GetSize(); ++i) {
         CArray<CMianGouJian*> bordered;
         db.GetBounderyPlate(fresh.m_arrBoundery[i], bordered);
         for (const CMianGouJian* plate : bordered)
-            if (plate->get_Gjlx() == main && sides.Has(*plate, fresh.m_arrBoundery[i], fresh.m_arrBounderyDir[i]) &&
+            if (plate->get_Gjlx() == main &&
+                sides.Has(*plate, fresh.m_arrBoundery[i], fresh.m_arrBounderyDir[i]) &&
                 IsNiShiZhen(plate->m_region))
                 return true;
     }
     return false;
 }
 
-// The new plate takes over the figures of the old ones that stood where it stands, and what hangs on them. An old plate
-// on which nothing hangs may be taken over by several: meant.
+// The new plate takes over the figures of the old ones that stood where it stands, and what hangs on them. An
+// old plate on which nothing hangs may be taken over by several: meant.
 void TakeOver(CGridDataBase& db, CMianGouJian& fresh, OldPlates& old) {
     std::optional<TracedBorder> traced;
     std::size_t next = 0;
@@ -218,8 +231,8 @@ void CGridDataBase::CompleteDPC() {
     }
     old.Sort();
 
-    // The walks start from touched lines alone, but pass over the whole net; so they also come round plates beyond
-    // a touched line that stand as they were.
+    // The walks start from touched lines alone, but pass over the whole net; so they also come round plates
+    // beyond a touched line that stand as they were.
     work.DoWeiBan();
     StandingSides sides;
     CArray<CMianGouJian*> made;  // added at the end: one must not be taken for a repetition of another
@@ -239,7 +252,8 @@ void CGridDataBase::CompleteDPC() {
     m_mapBanBianRemove.RemoveAll();
 }
 
-// None is taken away meanwhile: the first deletion may drop an old part of the log, and free lines that the maps name.
+// None is taken away meanwhile: the first deletion may drop an old part of the log, and free lines that the
+// maps name.
 void CGridDataBase::GatherTouchedPlates(CWeiBan& work, ComponentMap& touched) {
     CWeiBan probe;
     probe.SetData(this, nullptr);
@@ -252,14 +266,16 @@ void CGridDataBase::GatherTouchedPlates(CWeiBan& work, ComponentMap& touched) {
         GatherStridePlates(line, probe, passed, touched);
     }
     CArray<CMianGouJian*> bordered;
-    for (const auto& [id, line] : ByKey(m_mapBanBianRemove)) GetBounderyPlate(static_cast<CGjNetLine*>(line), bordered);
+    for (const auto& [id, line] : ByKey(m_mapBanBianRemove))
+        GetBounderyPlate(static_cast<CGjNetLine*>(line), bordered);
     for (CMianGouJian* plate : bordered) touched.SetAt(plate->get_m_dwGouJianID(), plate);
     for (const auto& [id, plate] : ByKey(m_mapStalePlate))
         if (FindGouJian(id) == plate) touched.SetAt(id, plate);
     m_mapStalePlate.RemoveAll();
 }
 
-// --- which plates a line touches ----------------------------------------------------------------------------
+// --- which plates a line touches
+// ----------------------------------------------------------------------------
 
 int CGridDataBase::GetBanAround(CMianGouJian* plate, CArray<CMianGouJian*>& out) {
     ComponentMap found;
@@ -284,9 +300,10 @@ int CGridDataBase::GetStridePlate(CGjNetLine* line, ComponentMap& out) {
     return out.GetCount();
 }
 
-// A chord between two stubs cuts the plate that they stand in, and touches no line that borders it: so the search goes
-// on through lines that border nothing and have become part of something closed.
-void CGridDataBase::GatherStridePlates(CGjNetLine* line, CWeiBan& probe, std::unordered_set<CGjNetLine*>& passed, ComponentMap& out) {
+// A chord between two stubs cuts the plate that they stand in, and touches no line that borders it: so the
+// search goes on through lines that border nothing and have become part of something closed.
+void CGridDataBase::GatherStridePlates(CGjNetLine* line, CWeiBan& probe,
+                                       std::unordered_set<CGjNetLine*>& passed, ComponentMap& out) {
     if (m_mapPlateWay.IsEmpty()) return;  // no plate can be found
     std::vector<CGjNetLine*> due;
     const auto pass = [&](CGjNetLine* l) {
@@ -302,16 +319,15 @@ void CGridDataBase::GatherStridePlates(CGjNetLine* line, CWeiBan& probe, std::un
         CArray<CMianGouJian*> bordered;
         for (CGouJianEx* obj : meeting) {
             auto* met = static_cast<CGjNetLine*>(obj);
-            if (m_mapPlateWay.Contains(met))
-                GetBounderyPlate(met, bordered);
-            else if (probe.CanBorder(met))
-                pass(met);
+            if (m_mapPlateWay.Contains(met)) GetBounderyPlate(met, bordered);
+            else if (probe.CanBorder(met)) pass(met);
         }
         ComponentMap near;
         for (CMianGouJian* plate : bordered) near.SetAt(plate->get_m_dwGouJianID(), plate);
         for (CMianGouJian* plate : PlatesOf(near)) {
             CGouJianEx** entered = out.Find(plate->get_m_dwGouJianID());
-            if (!(entered && *entered == plate) && IsStridden(plate, at)) out.SetAt(plate->get_m_dwGouJianID(), plate);
+            if (!(entered && *entered == plate) && IsStridden(plate, at))
+                out.SetAt(plate->get_m_dwGouJianID(), plate);
         }
     }
 }

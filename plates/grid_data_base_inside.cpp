@@ -19,9 +19,11 @@ bool EachVertex(const CFRegion& region, Test test) {
 bool StrictlyInside(const CMianGouJian& inner, const CMianGouJian& outer) {
     // The extent spares most candidates the exact test. Far out, floats are rounded.
     const CFRect& rect = outer.m_rect;
-    const float farthest = std::max({std::fabs(rect.m_fMinX), std::fabs(rect.m_fMinY), std::fabs(rect.m_fMaxX), std::fabs(rect.m_fMaxY)});
+    const float farthest = std::max(
+        {std::fabs(rect.m_fMinX), std::fabs(rect.m_fMinY), std::fabs(rect.m_fMaxX), std::fabs(rect.m_fMaxY)});
     return EachVertex(inner.m_region, [&](const CFShoot& v) {
-        return rect.FpInFRect(v, 1.0f + 1e-6f * farthest) && Point_Inside_Region(outer.m_region, v.x, v.y, kTol);
+        return rect.FpInFRect(v, 1.0f + 1e-6f * farthest) &&
+               Point_Inside_Region(outer.m_region, v.x, v.y, kTol);
     });
 }
 
@@ -30,8 +32,8 @@ bool StrictlyInside(const CMianGouJian& inner, const CMianGouJian& outer) {
 CMianGouJian* CGridDataBase::GetEmbracingPlate(CMianGouJian* plate, unsigned char type) {
     CArray<CGouJianEx*> candidates;
     GetGouJianArray(type == 0 ? plate->get_Gjlx() : type, &candidates);
-    // The plate itself needs no exclusion: its vertices lie on its border. Of the candidates it is the last one smaller
-    // than the first, not always the smallest: meant.
+    // The plate itself needs no exclusion: its vertices lie on its border. Of the candidates it is the last
+    // one smaller than the first, not always the smallest: meant.
     constexpr float kSquareMetre = 1e6f;
     CMianGouJian* best = nullptr;
     float firstArea = 0;
@@ -65,6 +67,7 @@ int CGridDataBase::GetPlateInPlate(CMianGouJian* plate, CArray<CMianGouJian*>& o
 
 int CGridDataBase::IsPlateInsidePlate(CMianGouJian* outer, CMianGouJian* inner) {
     return EachVertex(inner->m_region, [&](const CFShoot& v) {
-        return Point_Bordering_Region(outer->m_region, v.x, v.y, kTol) || Point_Inside_Region(outer->m_region, v.x, v.y, kTol);
+        return Point_Bordering_Region(outer->m_region, v.x, v.y, kTol) ||
+               Point_Inside_Region(outer->m_region, v.x, v.y, kTol);
     });
 }

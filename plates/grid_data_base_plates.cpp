@@ -34,7 +34,8 @@ void CGridDataBase::AddMianGouJian(CMianGouJian* plate) { AddGouJian(plate); }
 int CGridDataBase::IsSamePlate(CMianGouJian* a, CMianGouJian* b, float fDist, float fArea) {
     const CFPoint ca = a->GetCentroid(), cb = b->GetCentroid();
     const float smaller = std::min(a->GetArea(), b->GetArea());
-    return get_dist(ca.x, ca.y, cb.x, cb.y) < fDist && std::fabs(a->GetArea() - b->GetArea()) / smaller < fArea;
+    return get_dist(ca.x, ca.y, cb.x, cb.y) < fDist &&
+           std::fabs(a->GetArea() - b->GetArea()) / smaller < fArea;
 }
 
 int CGridDataBase::IsSamePlateByBorder(CMianGouJian* a, CMianGouJian* b) {
@@ -108,8 +109,8 @@ void CGridDataBase::Withdraw(CMianGouJian& plate) {
     plate.m_arrEntered.RemoveAll();
 }
 
-// A plate that leaves after one of its lines stays in the log longer than the line does: the line is freed first, and
-// the plate has to hear of it. One that leaves before its lines is freed before them.
+// A plate that leaves after one of its lines stays in the log longer than the line does: the line is freed
+// first, and the plate has to hear of it. One that leaves before its lines is freed before them.
 void CGridDataBase::MaintainPlate(CGouJianEx* obj, int op) {
     auto* plate = static_cast<CMianGouJian*>(obj);
     MainGouJianMaintain(plate, op);

@@ -21,7 +21,8 @@ void CGridDataBase::AdjustBanBianOrder(CArray<CGjNetLine*>& lines, CArray<int>& 
     std::rotate(flags.begin(), flags.end() - k, flags.end());
 }
 
-CMianGouJian* CGridDataBase::CreateBanObject(int type, CArray<CGjNetLine*>& lines, CArray<int>& flags, int number) {
+CMianGouJian* CGridDataBase::CreateBanObject(int type, CArray<CGjNetLine*>& lines, CArray<int>& flags,
+                                             int number) {
     AdjustBanBianOrder(lines, flags, kSameSide);
     CMianGouJian* plate = InstanceMianGouJian(type);
     if (!plate) return nullptr;
@@ -57,7 +58,8 @@ void CGridDataBase::DoWeiBan() {
     CArray<CGouJianEx*> standing;
     GetGouJianArray(main, &standing);
     for (CGouJianEx* obj : standing) {
-        if (obj->QueryBasicType() == kBasicPlate) DeleteGouJianDependentOnMianGouJian(static_cast<CMianGouJian*>(obj));
+        if (obj->QueryBasicType() == kBasicPlate)
+            DeleteGouJianDependentOnMianGouJian(static_cast<CMianGouJian*>(obj));
         DeleteGouJian(obj);
     }
     CWeiBan walker;
@@ -73,9 +75,10 @@ void CGridDataBase::DoWeiBan() {
     for (CMianGouJian* plate : walker.m_arrOuterBan) AddMianGouJian(plate);
 }
 
-// DoWeiBan asks what counts: while the two flags are set, the border lines of `in` and the plates of the type.
-int CGridDataBase::CombineMianGouJian(CArray<CMianGouJian*>& in, CArray<CMianGouJian*>& out, unsigned char type,
-                                      unsigned long tag) {
+// DoWeiBan asks what counts: while the two flags are set, the border lines of `in` and the plates of the
+// type.
+int CGridDataBase::CombineMianGouJian(CArray<CMianGouJian*>& in, CArray<CMianGouJian*>& out,
+                                      unsigned char type, unsigned long tag) {
     m_bCombineMode = m_bCombineFilter = 1;
     m_byteCombineType = type;
     m_dwCombineTag = static_cast<std::uint32_t>(tag & 0xFFFFFFFF);
@@ -90,7 +93,8 @@ int CGridDataBase::CombineMianGouJian(CArray<CMianGouJian*>& in, CArray<CMianGou
     GetGouJianArray(type, &formed);
     out.RemoveAll();
     for (CGouJianEx* obj : formed)
-        if (obj->m_dwTag == m_dwCombineTag && obj->QueryBasicType() == kBasicPlate) out.Add(static_cast<CMianGouJian*>(obj));
+        if (obj->m_dwTag == m_dwCombineTag && obj->QueryBasicType() == kBasicPlate)
+            out.Add(static_cast<CMianGouJian*>(obj));
     m_bCombineMode = m_bCombineFilter = 0;
     m_mapCombineLine.RemoveAll();  // the lines may go any time now
     return out.GetSize();

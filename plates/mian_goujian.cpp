@@ -10,8 +10,8 @@
 #include "net/gj_net_line.h"
 #include "net/gj_net_node.h"
 #include "net/grid_data_base.h"
-#include "platform/intersection.h"
 #include "plates/side_line.h"
+#include "platform/intersection.h"
 
 namespace {
 
@@ -87,7 +87,9 @@ bool CMianGouJian::HasLostLines() const { return StateOfBorder() == BorderState:
 // --- lists ------------------------------------------------------------------------------------------------
 
 int CMianGouJian::GetBoundery(CArray<CGjNetLine*>& lines) const { return CopyTo(lines, m_arrBoundery); }
-int CMianGouJian::GetBounderyByXingZhuangBian(CArray<CGjNetLine*>& lines) const { return CopyTo(lines, m_arrXingZhuangLine); }
+int CMianGouJian::GetBounderyByXingZhuangBian(CArray<CGjNetLine*>& lines) const {
+    return CopyTo(lines, m_arrXingZhuangLine);
+}
 int CMianGouJian::GetVertex(CArray<CGjNetNode*>& nodes) const { return CopyTo(nodes, m_arrVertex); }
 
 // --- questions --------------------------------------------------------------------------------------------
@@ -101,11 +103,15 @@ int CMianGouJian::HasCommonBorder(CMianGouJian* other) const {
 
 int CMianGouJian::StrideNetNode(CGjNetLine* line) const {
     if (!line) return 0;
-    const auto times = [this](CGjNetNode* node) { return std::count(m_arrVertex.begin(), m_arrVertex.end(), node); };
+    const auto times = [this](CGjNetNode* node) {
+        return std::count(m_arrVertex.begin(), m_arrVertex.end(), node);
+    };
     return times(line->m_pStartNode) + times(line->m_pEndNode) >= 2;
 }
 
-int CMianGouJian::Contain(CMianGouJian* other) const { return other && m_region.Intersect(other->m_region, 0); }
+int CMianGouJian::Contain(CMianGouJian* other) const {
+    return other && m_region.Intersect(other->m_region, 0);
+}
 
 bool CMianGouJian::HasWholeBorder() const { return StateOfBorder() == BorderState::kWhole; }
 
@@ -134,13 +140,15 @@ namespace {
 
 bool StraightLiesOn(const CGjNetLine& line, const CGjNetLine& border, float tol) {
     const auto apart = [&](float x, float y) {
-        return JH_GetMinDist_PointToLineSection(x, y, border.m_fStartX, border.m_fStartY, border.m_fEndX, border.m_fEndY);
+        return JH_GetMinDist_PointToLineSection(x, y, border.m_fStartX, border.m_fStartY, border.m_fEndX,
+                                                border.m_fEndY);
     };
     return apart(line.m_fStartX, line.m_fStartY) < tol && apart(line.m_fEndX, line.m_fEndY) < tol;
 }
 
 bool SameCircle(const CGjNetLine& a, const CGjNetLine& b, float tol) {
-    return get_dist(a.m_fCenterX, a.m_fCenterY, b.m_fCenterX, b.m_fCenterY) < tol && std::fabs(a.m_fR - b.m_fR) < tol;
+    return get_dist(a.m_fCenterX, a.m_fCenterY, b.m_fCenterX, b.m_fCenterY) < tol &&
+           std::fabs(a.m_fR - b.m_fR) < tol;
 }
 
 // The span of `inner` lies in that of `outer`, but for half a degree at either end.
@@ -153,7 +161,8 @@ bool SpanLiesIn(const CGjNetLine& inner, const CGjNetLine& outer) {
     return within(degrees(inner.m_fStartDir)) && within(degrees(inner.m_fEndDir));
 }
 
-// A straight line has to lie within the border line. For arcs it is the other way round: meant, callers count on it.
+// A straight line has to lie within the border line. For arcs it is the other way round: meant, callers count
+// on it.
 bool LiesAlong(const CGjNetLine& line, const CGjNetLine& border, float tol) {
     if ((line.m_nArc != 0) != (border.m_nArc != 0)) return false;
     if (!line.m_nArc) return StraightLiesOn(line, border, tol);

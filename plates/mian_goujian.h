@@ -12,8 +12,8 @@ class CGjNetNode;
 
 /// A surface component ("MianGouJian"; in files and function names also "JianTuBan" and "Ban"). It borrows the
 /// net lines on its border, in two levels: shape sides, and in each the lines of one straight side or one arc.
-/// From these it derives its geometry, once: its lines never change, and a plate that has to change is replaced
-/// by another. Its lines may leave the net before it does; the log keeps them.
+/// From these it derives its geometry, once: a plate that has to change is replaced by another. Its lines may leave the
+/// net before it does; the log keeps them, and tells the plate before it frees one.
 ///
 /// Plates come from CGridDataBase::CreateBanObject or from a file, the lines first. They have no picture of
 /// their own.

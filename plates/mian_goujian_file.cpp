@@ -22,7 +22,8 @@ enum class Outcome {
 };
 
 CGjNetLine* FindLine(int identity) {
-    CGouJianEx* found = g_pGridDataBase ? g_pGridDataBase->FindGouJian(static_cast<std::uint32_t>(identity)) : nullptr;
+    CGouJianEx* found =
+        g_pGridDataBase ? g_pGridDataBase->FindGouJian(static_cast<std::uint32_t>(identity)) : nullptr;
     return found && found->QueryBasicType() == kBasicLine ? static_cast<CGjNetLine*>(found) : nullptr;
 }
 
@@ -82,7 +83,8 @@ Outcome ReadText(CGjXingZhuangBian& shape, std::FILE* file) {
     int count = -1;
     data >> count;
     const Outcome outcome = ReadSides(
-        shape, count, [&](CJainTuBanBian& side) { return ReadText(side, file); }, [](Outcome) { return true; });
+        shape, count, [&](CJainTuBanBian& side) { return ReadText(side, file); },
+        [](Outcome) { return true; });
     return outcome == Outcome::kBroken ? outcome : Outcome::kDone;
 }
 
@@ -97,23 +99,30 @@ Outcome ReadBlock(CGjXingZhuangBian& shape, std::FILE* file) {
 
 }  // namespace
 
-// --- a border line ------------------------------------------------------------------------------------------
+// --- a border line
+// ------------------------------------------------------------------------------------------
 
 int CJainTuBanBian::SaveData(std::FILE* file) {
-    const std::uint32_t number = m_pNetLine ? m_pNetLine->get_m_dwGouJianNO() : static_cast<std::uint32_t>(m_nLineNO);
-    const std::uint32_t identity = m_pNetLine ? m_pNetLine->get_m_dwGouJianID() : static_cast<std::uint32_t>(m_nLineID);
+    const std::uint32_t number =
+        m_pNetLine ? m_pNetLine->get_m_dwGouJianNO() : static_cast<std::uint32_t>(m_nLineNO);
+    const std::uint32_t identity =
+        m_pNetLine ? m_pNetLine->get_m_dwGouJianID() : static_cast<std::uint32_t>(m_nLineID);
     const int written = WriteLine(file, "#####Bian" + std::to_string(m_nIndex)) &&
                         WriteLine(file, Joined({number, identity, static_cast<std::uint32_t>(m_nDirection)}));
     return written && m_pNetLine;
 }
 int CJainTuBanBian::LoadData(std::FILE* file) { return ReadText(*this, file) == Outcome::kDone; }
-int CJainTuBanBian::WriteBinary(std::FILE* file) { return WriteWords(file, m_nLineNO, m_nLineID, m_nDirection); }
+int CJainTuBanBian::WriteBinary(std::FILE* file) {
+    return WriteWords(file, m_nLineNO, m_nLineID, m_nDirection);
+}
 int CJainTuBanBian::ReadBinary(std::FILE* file) { return ReadBlock(*this, file) == Outcome::kDone; }
 
-// --- a shape side -------------------------------------------------------------------------------------------
+// --- a shape side
+// -------------------------------------------------------------------------------------------
 
 int CGjXingZhuangBian::SaveData(std::FILE* file) {
-    int whole = WriteLine(file, "####XingZhuangBian" + std::to_string(m_nIndex)) && WriteLine(file, std::to_string(m_nBian));
+    int whole = WriteLine(file, "####XingZhuangBian" + std::to_string(m_nIndex)) &&
+                WriteLine(file, std::to_string(m_nBian));
     for (CJainTuBanBian& side : m_arrBian) whole &= side.SaveData(file);
     return whole;
 }
@@ -126,11 +135,14 @@ int CGjXingZhuangBian::WriteBinary(std::FILE* file) {
 }
 int CGjXingZhuangBian::ReadBinary(std::FILE* file) { return ReadBlock(*this, file) == Outcome::kDone; }
 
-// --- a plate ------------------------------------------------------------------------------------------------
+// --- a plate
+// ------------------------------------------------------------------------------------------------
 
 int CMianGouJian::SaveData(std::FILE* file) {
-    int whole = WriteLine(file, "###JianTuBan" + Joined({m_dwGouJianNO})) &&
-                WriteLine(file, Joined({m_dwGouJianNO, m_dwGouJianID, static_cast<std::uint32_t>(m_nXingZhuangBian)}));
+    int whole =
+        WriteLine(file, "###JianTuBan" + Joined({m_dwGouJianNO})) &&
+        WriteLine(file,
+                  Joined({m_dwGouJianNO, m_dwGouJianID, static_cast<std::uint32_t>(m_nXingZhuangBian)}));
     for (CGjXingZhuangBian& shape : m_arrXingZhuangBian) whole &= shape.SaveData(file);
     return whole;
 }
@@ -140,7 +152,8 @@ int CMianGouJian::LoadData(std::FILE* file) {
     Line data(file, 290);
     int count = -1;
     data >> m_dwGouJianNO >> m_dwGouJianID >> count;
-    return ReadBorder(count, [file](CGjXingZhuangBian& shape) { return ReadText(shape, file) != Outcome::kBroken; });
+    return ReadBorder(count,
+                      [file](CGjXingZhuangBian& shape) { return ReadText(shape, file) != Outcome::kBroken; });
 }
 
 int CMianGouJian::WriteBinary(std::FILE* file) {
@@ -152,7 +165,8 @@ int CMianGouJian::WriteBinary(std::FILE* file) {
 int CMianGouJian::ReadBinary(std::FILE* file) {
     int count = -1;
     ReadWords(file, m_dwGouJianNO, m_dwGouJianID, count);
-    return ReadBorder(count, [file](CGjXingZhuangBian& shape) { return ReadBlock(shape, file) != Outcome::kBroken; });
+    return ReadBorder(
+        count, [file](CGjXingZhuangBian& shape) { return ReadBlock(shape, file) != Outcome::kBroken; });
 }
 
 // Whether a shape side found its lines isn't asked: a plate with a gap has no figures, and says so.

@@ -23,8 +23,8 @@ CGjNetNode* ExitOf(const CJainTuBanBian& side) {
 
 }  // namespace
 
-// A border that isn't whole gives nothing: a plate that was read keeps its empty figures, and one that has let go of
-// a line those that it had.
+// A border that isn't whole gives nothing: a plate that was read keeps its empty figures, and one that has
+// let go of a line those that it had.
 void CMianGouJian::CalcGeographicData() {
     if (m_bParamCalculated) return;
     if (HasWholeBorder()) {
@@ -59,7 +59,9 @@ void CMianGouJian::__FormDomainEdge() {
         }
 }
 
-void CMianGouJian::__CalcCenterPoint() { CPointInDomain().Get_Centroid(m_nDomainEdge, m_pDomainEdge, m_fCenterX, m_fCenterY); }
+void CMianGouJian::__CalcCenterPoint() {
+    CPointInDomain().Get_Centroid(m_nDomainEdge, m_pDomainEdge, m_fCenterX, m_fCenterY);
+}
 void CMianGouJian::__CalcArea() { m_fArea = CPointInDomain().Get_Area(m_nDomainEdge, m_pDomainEdge); }
 
 namespace {
@@ -101,7 +103,8 @@ void CMianGouJian::__CalcZhouChang() {
         for (const CJainTuBanBian& side : shape.m_arrBian) m_fZhouChang += side.m_pNetLine->GetLength();
 }
 
-// --- border lists and synthetic lines -----------------------------------------------------------------------
+// --- border lists and synthetic lines
+// -----------------------------------------------------------------------
 
 namespace {
 
@@ -118,8 +121,8 @@ SideLine StraightSide(CGridDataBase* db, CGjNetNode* from, CGjNetNode* to) {
     return {side_line::Make(db, from, to, 0, 0), against ? 0 : 1};
 }
 
-// Runs anticlockwise as the lines do. One that comes back to its own start is a full circle, whether its directions
-// meet at one value or a turn apart; so is one that is flatter than 0.01 radian: meant.
+// Runs anticlockwise as the lines do. One that comes back to its own start is a full circle, whether its
+// directions meet at one value or a turn apart; so is one that is flatter than 0.01 radian: meant.
 SideLine ArcSide(CGridDataBase* db, const CJainTuBanBian& first, const CJainTuBanBian& last) {
     const int dir = first.m_nDirection ? 1 : 0;
     const CGjNetLine& f = *first.m_pNetLine;
@@ -160,13 +163,15 @@ void CMianGouJian::__CalcGeographic() {
     for (const CGjXingZhuangBian& shape : m_arrXingZhuangBian) {
         const CJainTuBanBian& first = shape.m_arrBian[0];
         const CJainTuBanBian& last = shape.m_arrBian[shape.m_arrBian.GetUpperBound()];
-        const SideLine made = first.m_pNetLine->m_nArc ? ArcSide(db, first, last) : StraightSide(db, EntryOf(first), ExitOf(last));
+        const SideLine made = first.m_pNetLine->m_nArc ? ArcSide(db, first, last)
+                                                       : StraightSide(db, EntryOf(first), ExitOf(last));
         m_arrXingZhuangLine.Add(made.line);
         m_arrXingZhuangDir.Add(made.dir);
     }
 }
 
-// --- making synthetic lines ---------------------------------------------------------------------------------
+// --- making synthetic lines
+// ---------------------------------------------------------------------------------
 
 namespace side_line {
 

@@ -9,14 +9,17 @@
 
 namespace {
 
-// The corners of a rectangle, in order. Vertices that turn by a straight angle are no corners; false when another
-// one is neither, or the corners are not four.
+// The corners of a rectangle, in order. Vertices that turn by a straight angle are no corners; false when
+// another one is neither, or the corners are not four.
 template <class VertexAt>
 bool FindCorners(int n, VertexAt vertexAt, float tolerance, CFPoint* corners) {
-    const auto is = [tolerance](float angle, float wanted) { return angle >= wanted - tolerance && angle <= wanted + tolerance; };
+    const auto is = [tolerance](float angle, float wanted) {
+        return angle >= wanted - tolerance && angle <= wanted + tolerance;
+    };
     int count = 0;
     for (int i = 0; i < n; ++i) {
-        const CFPoint before = vertexAt(i > 0 ? i - 1 : n - 1), at = vertexAt(i), after = vertexAt(i + 1 < n ? i + 1 : 0);
+        const CFPoint before = vertexAt(i > 0 ? i - 1 : n - 1), at = vertexAt(i),
+                      after = vertexAt(i + 1 < n ? i + 1 : 0);
         float first, angle, third;
         get_triangle_inter_angle(before.x, before.y, at.x, at.y, after.x, after.y, first, angle, third);
         if (is(angle, 90)) {
@@ -30,7 +33,8 @@ bool FindCorners(int n, VertexAt vertexAt, float tolerance, CFPoint* corners) {
 }
 
 template <class VertexAt>
-int IsRectangle(int n, VertexAt vertexAt, float& width, float& height, float& angle, float tolerance, CFPoint* corners) {
+int IsRectangle(int n, VertexAt vertexAt, float& width, float& height, float& angle, float tolerance,
+                CFPoint* corners) {
     CFPoint c[4];
     if (!FindCorners(n, vertexAt, tolerance, c)) return 0;
     width = get_dist(c[0].x, c[0].y, c[1].x, c[1].y);
@@ -42,15 +46,16 @@ int IsRectangle(int n, VertexAt vertexAt, float& width, float& height, float& an
 
 }  // namespace
 
-int IsRectangleRegion(CFRegion& region, float& width, float& height, float& angle, float tolerance, CFPoint* corners) {
+int IsRectangleRegion(CFRegion& region, float& width, float& height, float& angle, float tolerance,
+                      CFPoint* corners) {
     for (const CFShoot& vertex : region)
         if (vertex.IsArc()) return 0;
     const auto vertexAt = [&region](int i) -> CFPoint { return region[i]; };
     return IsRectangle(region.GetSize(), vertexAt, width, height, angle, tolerance, corners);
 }
 
-int IsRectanglePlate(CGridDataBase*, CMianGouJian* plate, float& width, float& height, float& angle, float tolerance,
-                     CFPoint* corners) {
+int IsRectanglePlate(CGridDataBase*, CMianGouJian* plate, float& width, float& height, float& angle,
+                     float tolerance, CFPoint* corners) {
     if (!plate) return 0;
     for (const CGjNetLine* line : plate->m_arrXingZhuangLine)
         if (line->m_nArc) return 0;
@@ -58,5 +63,6 @@ int IsRectanglePlate(CGridDataBase*, CMianGouJian* plate, float& width, float& h
         const CGjNetLine* line = plate->m_arrXingZhuangLine[i];
         return plate->m_arrXingZhuangDir[i] ? line->GetStartPoint() : line->GetEndPoint();
     };
-    return IsRectangle(plate->m_arrXingZhuangLine.GetSize(), vertexAt, width, height, angle, tolerance, corners);
+    return IsRectangle(plate->m_arrXingZhuangLine.GetSize(), vertexAt, width, height, angle, tolerance,
+                       corners);
 }

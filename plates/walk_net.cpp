@@ -25,14 +25,17 @@ std::vector<CGjNetLine*> LinesOf(CGridDataBase& db) {
         db.m_mapFamily[type].ForEach([&](unsigned long, CGouJianEx* obj) {
             if (obj->QueryBasicType() == kBasicLine) lines.push_back(static_cast<CGjNetLine*>(obj));
         });
-    const auto earlier = [](const CGjNetLine* a, const CGjNetLine* b) { return a->get_m_dwGouJianID() < b->get_m_dwGouJianID(); };
+    const auto earlier = [](const CGjNetLine* a, const CGjNetLine* b) {
+        return a->get_m_dwGouJianID() < b->get_m_dwGouJianID();
+    };
     if (!std::is_sorted(lines.begin(), lines.end(), earlier)) std::sort(lines.begin(), lines.end(), earlier);
     return lines;
 }
 
 }  // namespace
 
-// --- entries ------------------------------------------------------------------------------------------------
+// --- entries
+// ------------------------------------------------------------------------------------------------
 
 bool CWalkNet::Counts(CGjNetLine* line) const {
     return m_db.CanJionWeiBan(line) &&
@@ -41,8 +44,12 @@ bool CWalkNet::Counts(CGjNetLine* line) const {
 
 std::uint32_t CWalkNet::Append(CGjNetLine* line) {
     const auto entry = static_cast<std::uint32_t>(m_lines.size());
-    m_lines.push_back({line, {kNone, kNone}, {line->m_fStartTangent, line->m_fEndTangent},
-                       line->m_nArc ? line->m_fChordLength : line->m_fLength, Kind::Unknown, line->m_nArc != 0,
+    m_lines.push_back({line,
+                       {kNone, kNone},
+                       {line->m_fStartTangent, line->m_fEndTangent},
+                       line->m_nArc ? line->m_fChordLength : line->m_fLength,
+                       Kind::Unknown,
+                       line->m_nArc != 0,
                        line->m_pStartNode == line->m_pEndNode});
     m_sides.push_back(kNeither);
     return entry;
@@ -66,13 +73,16 @@ std::uint32_t CWalkNet::Find(CGjNetLine* line) {
         const std::uint32_t noted = line->m_nWalk;
         if (noted < m_lines.size() && m_lines[noted].line == line) return noted;
         if (m_lineByIdentity.IsEmpty())
-            for (std::uint32_t i = 0; i < m_lines.size(); ++i) m_lineByIdentity.SetAt(m_lines[i].line->get_m_dwGouJianID(), i + 1);
+            for (std::uint32_t i = 0; i < m_lines.size(); ++i)
+                m_lineByIdentity.SetAt(m_lines[i].line->get_m_dwGouJianID(), i + 1);
     }
     if (const std::uint32_t* entry = m_lineByIdentity.Find(line->get_m_dwGouJianID()))
         return m_lines[*entry - 1].line == line ? *entry - 1 : kNone;
     if (m_stripped) return kNone;
     CStar* star = nullptr;
-    CGouJianEx** at = m_db.m_mapStar.Lookup(line->m_pStartNode, star) ? star->m_mapLine.Find(line->get_m_dwGouJianID()) : nullptr;
+    CGouJianEx** at = m_db.m_mapStar.Lookup(line->m_pStartNode, star)
+                          ? star->m_mapLine.Find(line->get_m_dwGouJianID())
+                          : nullptr;
     return at && *at == line && Counts(line) ? Enter(line) : kNone;
 }
 
@@ -86,9 +96,11 @@ std::uint32_t CWalkNet::FindElement(CGjNetLine* line) {
 }
 
 std::uint32_t CWalkNet::NodeFor(CGjNetNode* node) {
-    if (m_stripped && node->m_nWalk < m_nodes.size() && m_gathered[node->m_nWalk].node == node) return node->m_nWalk;
+    if (m_stripped && node->m_nWalk < m_nodes.size() && m_gathered[node->m_nWalk].node == node)
+        return node->m_nWalk;
     if (m_stripped && m_nodeByIdentity.IsEmpty())
-        for (std::uint32_t i = 0; i < m_nodes.size(); ++i) m_nodeByIdentity.SetAt(m_gathered[i].node->get_m_dwGouJianID(), i + 1);
+        for (std::uint32_t i = 0; i < m_nodes.size(); ++i)
+            m_nodeByIdentity.SetAt(m_gathered[i].node->get_m_dwGouJianID(), i + 1);
     std::uint32_t& entry = m_nodeByIdentity[node->get_m_dwGouJianID()];
     if (entry == 0) entry = AppendNode(node) + 1;
     return entry - 1;
@@ -146,7 +158,8 @@ void CWalkNet::GatherRaw(std::uint32_t node) {
     m_gathered[node].rawCount = static_cast<std::uint32_t>(m_raw.size()) - first;
 }
 
-// --- thorns -------------------------------------------------------------------------------------------------
+// --- thorns
+// -------------------------------------------------------------------------------------------------
 
 bool CWalkNet::IsThorn(std::uint32_t line) {
     if (m_lines[line].kind == Kind::Unknown) {
@@ -169,7 +182,8 @@ bool CWalkNet::SearchThorn(std::uint32_t line) {
     m_search += 2;
     std::uint32_t head[2] = {0, 0};
     bool alive[2] = {false, false};
-    // Steps at which a search came upon something that closes. If the line is no thorn, neither is the way to them.
+    // Steps at which a search came upon something that closes. If the line is no thorn, neither is the way to
+    // them.
     std::vector<std::uint32_t> contacts[2];
     for (std::uint32_t side = 0; side < 2; ++side) {
         m_queue[side].assign(1, {ends[side], line, kNone});
@@ -180,7 +194,8 @@ bool CWalkNet::SearchThorn(std::uint32_t line) {
     for (std::uint32_t side = 0; !met; side = alive[1 - side] ? side : 1 - side) {
         if (alive[side]) break;  // then both are
         if (head[side] == m_queue[side].size()) {
-            for (const Step& step : m_queue[side]) m_lines[step.via].kind = Kind::Thorn;  // all that hangs on this end
+            for (const Step& step : m_queue[side])
+                m_lines[step.via].kind = Kind::Thorn;  // all that hangs on this end
             return true;
         }
         const std::uint32_t index = head[side]++;
@@ -208,13 +223,14 @@ bool CWalkNet::SearchThorn(std::uint32_t line) {
     }
     for (int side = 0; side < 2; ++side)
         for (std::uint32_t index : contacts[side])
-            for (; index != kNone; index = m_queue[side][index].from) m_lines[m_queue[side][index].via].kind = Kind::Core;
+            for (; index != kNone; index = m_queue[side][index].from)
+                m_lines[m_queue[side][index].via].kind = Kind::Core;
     return false;
 }
 
-// The lines are read in the order in which they lie in memory, and once. Each leaves a note of its entry, and so does
-// each node; a note is believed if the entry says the same. `left` counts the lines at a node, `through` is their
-// exclusive or, which of a node with a single line left is that line.
+// The lines are read in the order in which they lie in memory, and once. Each leaves a note of its entry, and
+// so does each node; a note is believed if the entry says the same. `left` counts the lines at a node,
+// `through` is their exclusive or, which of a node with a single line left is that line.
 void CWalkNet::GatherAll(std::vector<std::uint32_t>& left, std::vector<std::uint32_t>& through) {
     const std::vector<CGjNetLine*> lines = LinesOf(m_db);
     m_lines.reserve(lines.size());
@@ -280,10 +296,8 @@ void CWalkNet::PlaceSpokes(const std::vector<std::uint32_t>& left) {
             if (left[line.nodes[end]] == 0) continue;
             Spoke& spoke = m_spokes[node.first + node.count++];
             spoke = {entry, line.nodes[1 - end], 0, end == 0, line.loop, line.arc};
-            if (line.arc)
-                hasArc[line.nodes[end]] = true;
-            else
-                spoke.angle = LeavingAngle(line, end == 0, 0);
+            if (line.arc) hasArc[line.nodes[end]] = true;
+            else spoke.angle = LeavingAngle(line, end == 0, 0);
         }
     }
     for (std::uint32_t node = 0; node < m_nodes.size(); ++node)
@@ -298,7 +312,8 @@ void CWalkNet::StripAll() {
     PlaceSpokes(left);
 }
 
-// --- walking ------------------------------------------------------------------------------------------------
+// --- walking
+// ------------------------------------------------------------------------------------------------
 
 void CWalkNet::Make(std::uint32_t node) {
     if (m_gathered[node].made) return;
@@ -309,7 +324,8 @@ void CWalkNet::Make(std::uint32_t node) {
     for (std::uint32_t i = rawFirst; i < rawLast; ++i) IsThorn(m_raw[i]);
     m_nodes[node].first = static_cast<std::uint32_t>(m_spokes.size());
     for (std::uint32_t i = rawFirst; i < rawLast; ++i)
-        if (m_lines[m_raw[i]].kind != Kind::Thorn) m_spokes.push_back(SpokeOf(m_raw[i], m_lines[m_raw[i]].nodes[0] == node));
+        if (m_lines[m_raw[i]].kind != Kind::Thorn)
+            m_spokes.push_back(SpokeOf(m_raw[i], m_lines[m_raw[i]].nodes[0] == node));
     m_nodes[node].count = static_cast<std::uint32_t>(m_spokes.size()) - m_nodes[node].first;
     SetAngles(node);
 }
@@ -318,13 +334,15 @@ void CWalkNet::SetAngles(std::uint32_t node) {
     float shortest = 100000.0f;
     Spoke* const first = m_spokes.data() + m_nodes[node].first;
     Spoke* const last = first + m_nodes[node].count;
-    for (const Spoke* spoke = first; spoke != last; ++spoke) shortest = std::min(shortest, m_lines[spoke->line].reach);
+    for (const Spoke* spoke = first; spoke != last; ++spoke)
+        shortest = std::min(shortest, m_lines[spoke->line].reach);
     const float r = shortest * 2 / 3;
-    for (Spoke* spoke = first; spoke != last; ++spoke) spoke->angle = LeavingAngle(m_lines[spoke->line], spoke->leavesStart, r);
+    for (Spoke* spoke = first; spoke != last; ++spoke)
+        spoke->angle = LeavingAngle(m_lines[spoke->line], spoke->leavesStart, r);
 }
 
-// An arc is not compared by its tangent but by the chord to a point `r` along it. So a straight line and an arc, or
-// two arcs, that leave the node in the same direction are told apart, and on the right side.
+// An arc is not compared by its tangent but by the chord to a point `r` along it. So a straight line and an
+// arc, or two arcs, that leave the node in the same direction are told apart, and on the right side.
 float CWalkNet::LeavingAngle(const Line& line, bool leavesStart, float r) {
     if (!line.arc) return line.tangents[leavesStart ? 0 : 1] * kPi / 180.0f;
     float start = 0, end = 0;

@@ -25,8 +25,8 @@ struct Walk {
 // The whole net is looked at once a walk is to begin at every eighth node or so.
 constexpr int kMuch = 8;
 
-// A line of which one side was walked is walked on the other; a fresh one from its start, or from the node that was
-// reached. Sides stay walked also when the walk does not close.
+// A line of which one side was walked is walked on the other; a fresh one from its start, or from the node
+// that was reached. Sides stay walked also when the walk does not close.
 void TakeWalk(CWalkNet& net, std::uint32_t element, Walk& walk) {
     walk.lines.clear();
     walk.flags.RemoveAll();
@@ -39,8 +39,8 @@ void TakeWalk(CWalkNet& net, std::uint32_t element, Walk& walk) {
     for (std::uint32_t at = begin; spoke.line != CWalkNet::kNone; spoke = net.Next(at, spoke.line)) {
         const CWalkNet::Side walked = net.SideOf(spoke.line);
         const bool along = walked == CWalkNet::kNeither ? spoke.leavesStart : walked == CWalkNet::kBackward;
-        // The side that is left leads to the node that the walk stands on, where it has been before: at a node that
-        // holds two pieces of the net together. The side belongs to another walk.
+        // The side that is left leads to the node that the walk stands on, where it has been before: at a
+        // node that holds two pieces of the net together. The side belongs to another walk.
         if (along != spoke.leavesStart && !spoke.loop) return;
         const CWalkNet::Side once = along ? CWalkNet::kForward : CWalkNet::kBackward;
         net.SetSide(spoke.line, walked == CWalkNet::kNeither ? once : CWalkNet::kBoth);
@@ -110,9 +110,9 @@ bool CWeiBan::CanBorder(CGjNetLine* line) {
 
 void CWeiBan::DoWeiBan() {
     PrepareData();
-    // From the lines between nodes where nothing branches off to those between two where something does. A walk that
-    // begins on a line that holds two pieces of net together fails, and leaves its sides walked: this way the pieces
-    // come first.
+    // From the lines between nodes where nothing branches off to those between two where something does. A
+    // walk that begins on a line that holds two pieces of net together fails, and leaves its sides walked:
+    // this way the pieces come first.
     struct Element {
         int branching;
         std::uint32_t line;
@@ -120,7 +120,8 @@ void CWeiBan::DoWeiBan() {
     std::vector<Element> elements;
     elements.reserve(m_aElement.size());
     for (const std::uint32_t line : m_aElement) elements.push_back({m_net->BranchingEnds(line), line});
-    std::stable_sort(elements.begin(), elements.end(), [](const Element& a, const Element& b) { return a.branching < b.branching; });
+    std::stable_sort(elements.begin(), elements.end(),
+                     [](const Element& a, const Element& b) { return a.branching < b.branching; });
 
     const bool tell = m_pFrame && m_bShowProgress;
     const auto total = static_cast<float>(m_mapElement.GetCount());
@@ -137,7 +138,8 @@ void CWeiBan::DoWeiBan() {
             for (const std::uint32_t line : walk.lines) lines.Add(m_net->LineAt(line));
             const bool outer = !IsNiShiZhen(walk.region);
             int& number = outer ? outers : plates;
-            CMianGouJian* plate = m_pDataBase->CreateJianTuBanObject(outer, lines, !outer, walk.flags, number++);
+            CMianGouJian* plate =
+                m_pDataBase->CreateJianTuBanObject(outer, lines, !outer, walk.flags, number++);
             if (plate) (outer ? m_arrOuterBan : m_arrBan).Add(plate);
         }
     }
@@ -154,7 +156,9 @@ void CWeiBan::PrintWeiBanData(const char* file) {
     std::vector<CGjNetNode*> nodes;
     for (POSITION p = m_net ? m_pDataBase->m_mapStar.GetStartPosition() : nullptr; p;)
         nodes.push_back(m_pDataBase->m_mapStar.GetNext(p)->m_pNode);
-    std::sort(nodes.begin(), nodes.end(), [](const CGjNetNode* a, const CGjNetNode* b) { return a->get_m_dwGouJianID() < b->get_m_dwGouJianID(); });
+    std::sort(nodes.begin(), nodes.end(), [](const CGjNetNode* a, const CGjNetNode* b) {
+        return a->get_m_dwGouJianID() < b->get_m_dwGouJianID();
+    });
     for (CGjNetNode* node : nodes) {
         const std::uint32_t entry = m_net->NodeFor(node);
         int lines = 0;
