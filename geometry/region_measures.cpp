@@ -53,8 +53,7 @@ float LengthOfEdge(const CFShoot& a, const CFShoot& b) {
 
 }  // namespace
 
-// --- vertices and edges
-// ---------------------------------------------------------------------------------------
+// --- vertices and edges ----------------------------------------------------------------------------------
 
 CFShoot GetElement(const CFRegion& region, int i) {
     const int n = region.GetSize();
@@ -99,8 +98,7 @@ float GetYangJiaoFromPoint(float x0, float y0, float x1, float y1, float x2, flo
     return -(b - a) * 180.0f / kHalfTurnF / 2.0f;
 }
 
-// --- area and centroid of parts
-// -------------------------------------------------------------------------------
+// --- area and centroid of parts --------------------------------------------------------------------------
 
 float GetSanJiaoMianJi(const CFPoint& p1, const CFPoint& p2, const CFPoint& p3) {
     return static_cast<float>(DoubleArea(p1, p2, p3));
@@ -143,8 +141,7 @@ CFPoint GetBianXingXin(const CFShoot& s, const CFPoint& p1, const CFPoint& p2) {
             static_cast<float>((a1 * triangle.y + a2 * segment.y) / (a1 + a2)), 0};
 }
 
-// --- measures of an outline
-// -----------------------------------------------------------------------------------
+// --- measures of an outline ------------------------------------------------------------------------------
 
 float GetMianJi(const CFRegion& region) {
     return CPointInDomain().Get_Area(region.GetSize(), DomainOf(region).data());
@@ -215,8 +212,7 @@ int Point_Bordering_Region(const CFRegion& region, float x, float y, float tol) 
     return CPointInDomain().Point_On_Edge_Domain(region.GetSize(), DomainOf(region).data(), x, y, tol);
 }
 
-// --- small helpers
-// --------------------------------------------------------------------------------------------
+// --- small helpers ---------------------------------------------------------------------------------------
 
 int RemoveDuplicatePoint(CArray<CFPoint, CFPoint>& points) {
     CArray<CFPoint, CFPoint> kept;

@@ -274,8 +274,7 @@ void CGridDataBase::GatherTouchedPlates(CWeiBan& work, ComponentMap& touched) {
     m_mapStalePlate.RemoveAll();
 }
 
-// --- which plates a line touches
-// ----------------------------------------------------------------------------
+// --- which plates a line touches -------------------------------------------------------------------------
 
 int CGridDataBase::GetBanAround(CMianGouJian* plate, CArray<CMianGouJian*>& out) {
     ComponentMap found;

@@ -99,8 +99,7 @@ Outcome ReadBlock(CGjXingZhuangBian& shape, std::FILE* file) {
 
 }  // namespace
 
-// --- a border line
-// ------------------------------------------------------------------------------------------
+// --- a border line ---------------------------------------------------------------------------------------
 
 int CJainTuBanBian::SaveData(std::FILE* file) {
     const std::uint32_t number =
@@ -117,8 +116,7 @@ int CJainTuBanBian::WriteBinary(std::FILE* file) {
 }
 int CJainTuBanBian::ReadBinary(std::FILE* file) { return ReadBlock(*this, file) == Outcome::kDone; }
 
-// --- a shape side
-// -------------------------------------------------------------------------------------------
+// --- a shape side ----------------------------------------------------------------------------------------
 
 int CGjXingZhuangBian::SaveData(std::FILE* file) {
     int whole = WriteLine(file, "####XingZhuangBian" + std::to_string(m_nIndex)) &&
@@ -135,8 +133,7 @@ int CGjXingZhuangBian::WriteBinary(std::FILE* file) {
 }
 int CGjXingZhuangBian::ReadBinary(std::FILE* file) { return ReadBlock(*this, file) == Outcome::kDone; }
 
-// --- a plate
-// ------------------------------------------------------------------------------------------------
+// --- a plate ---------------------------------------------------------------------------------------------
 
 int CMianGouJian::SaveData(std::FILE* file) {
     int whole =

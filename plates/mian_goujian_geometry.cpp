@@ -103,8 +103,7 @@ void CMianGouJian::__CalcZhouChang() {
         for (const CJainTuBanBian& side : shape.m_arrBian) m_fZhouChang += side.m_pNetLine->GetLength();
 }
 
-// --- border lists and synthetic lines
-// -----------------------------------------------------------------------
+// --- border lists and synthetic lines --------------------------------------------------------------------
 
 namespace {
 
@@ -170,8 +169,7 @@ void CMianGouJian::__CalcGeographic() {
     }
 }
 
-// --- making synthetic lines
-// ---------------------------------------------------------------------------------
+// --- making synthetic lines ------------------------------------------------------------------------------
 
 namespace side_line {
 

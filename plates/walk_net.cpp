@@ -34,8 +34,7 @@ std::vector<CGjNetLine*> LinesOf(CGridDataBase& db) {
 
 }  // namespace
 
-// --- entries
-// ------------------------------------------------------------------------------------------------
+// --- entries ---------------------------------------------------------------------------------------------
 
 bool CWalkNet::Counts(CGjNetLine* line) const {
     return m_db.CanJionWeiBan(line) &&
@@ -158,8 +157,7 @@ void CWalkNet::GatherRaw(std::uint32_t node) {
     m_gathered[node].rawCount = static_cast<std::uint32_t>(m_raw.size()) - first;
 }
 
-// --- thorns
-// -------------------------------------------------------------------------------------------------
+// --- thorns ----------------------------------------------------------------------------------------------
 
 bool CWalkNet::IsThorn(std::uint32_t line) {
     if (m_lines[line].kind == Kind::Unknown) {
@@ -312,8 +310,7 @@ void CWalkNet::StripAll() {
     PlaceSpokes(left);
 }
 
-// --- walking
-// ------------------------------------------------------------------------------------------------
+// --- walking ---------------------------------------------------------------------------------------------
 
 void CWalkNet::Make(std::uint32_t node) {
     if (m_gathered[node].made) return;
