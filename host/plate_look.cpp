@@ -151,15 +151,19 @@ Box SetAt(PlateLabel& label, FlatPoint at) {
     return {at.x - width / 2 - pad, at.y - tall / 2 - pad, at.x + width / 2 + pad, at.y + tall / 2 + pad};
 }
 
+/// Is the box no larger than the extent, wherever it stands?
+bool IsWithin(const Box& box, const CFRect& extent) {
+    return box.maxX - box.minX <= extent.m_fMaxX - extent.m_fMinX && box.maxY - box.minY <= extent.m_fMaxY - extent.m_fMinY;
+}
+
 /// The free space of one plate.
 class Room {
 public:
-    Room(CTvoHostDataBase& db, const CMianGouJian& plate, double sag)
-        : m_db(db), m_plate(plate), m_sag(sag), m_outline(FlatOutline(plate.m_region, sag)) {}
+    Room(CTvoHostDataBase& db, const CMianGouJian& plate, double sag) : m_db(db), m_plate(plate), m_sag(sag) {}
 
-    bool IsFree(const Box& box) const {
+    bool IsFree(const Box& box) {
         const FlatPoint centre{(box.minX + box.maxX) / 2, (box.minY + box.maxY) / 2};
-        if (!Contains(m_outline, centre)) return false;
+        if (!Contains(Outline(), centre)) return false;
         const auto near = Near(box);
         return std::none_of(near.begin(), near.end(), [&](CGouJianEx* obj) {
             if (obj->QueryBasicType() == kBasicLine) return Meets(box, *static_cast<CGjNetLine*>(obj), m_sag);
@@ -171,7 +175,7 @@ public:
     }
 
     /// Middles of stretches that no line crosses, on some levels of the plate; the widest first.
-    std::vector<FlatPoint> WidePlaces() const {
+    std::vector<FlatPoint> WidePlaces() {
         std::vector<std::pair<double, FlatPoint>> found;  // with the stretch's width
         const CFRect& extent = m_plate.m_rect;
         for (const double level : {0.5, 0.35, 0.65, 0.2, 0.8}) {
@@ -179,7 +183,7 @@ public:
             const std::vector<double> cuts = CutsAt(y);
             for (std::size_t i = 1; i < cuts.size(); ++i) {
                 const FlatPoint middle{(cuts[i - 1] + cuts[i]) / 2, y};
-                if (Contains(m_outline, middle)) found.emplace_back(cuts[i] - cuts[i - 1], middle);
+                if (Contains(Outline(), middle)) found.emplace_back(cuts[i] - cuts[i - 1], middle);
             }
         }
         std::stable_sort(found.begin(), found.end(), [](const auto& a, const auto& b) { return a.first > b.first; });
@@ -189,6 +193,11 @@ public:
     }
 
 private:
+    const std::vector<FlatPoint>& Outline() {
+        if (m_outline.empty()) m_outline = FlatOutline(m_plate.m_region, m_sag);
+        return m_outline;
+    }
+
     std::vector<CGouJianEx*> Near(const Box& box) const {
         std::vector<CGouJianEx*> near;
         m_db.Index().OthersIn(CFRect(static_cast<float>(box.minX), static_cast<float>(box.minY),
@@ -214,19 +223,26 @@ private:
     CTvoHostDataBase& m_db;
     const CMianGouJian& m_plate;
     double m_sag;
-    std::vector<FlatPoint> m_outline;
+    std::vector<FlatPoint> m_outline;  // empty until it is needed
 };
 
 /// Everything in letters as large as fit, rather than at the centroid; the number alone when all else fails.
 bool PutLabel(CTvoHostDataBase& db, const PlateFace& face, double largest, double smallest, PlateLabel& label) {
-    const Room room(db, *face.plate, smallest / 8);
+    Room room(db, *face.plate, smallest / 8);
     const FlatPoint centroid{face.plate->m_fCenterX, face.plate->m_fCenterY};
     std::vector<FlatPoint> elsewhere;
     bool looked = false;
     for (const bool numberOnly : {false, true}) {
+        // Most plates of a big net are smaller than any letters: nothing is looked for there.
+        std::vector<PlateLabel> sizes;
+        for (double height = largest; height >= smallest * 0.999; height *= 0.8) {
+            label = LabelOf(db, face, height, numberOnly);
+            if (IsWithin(SetAt(label, centroid), face.plate->m_rect)) sizes.push_back(label);
+        }
+        if (sizes.empty()) continue;
         const auto fits = [&](FlatPoint at) {
-            for (double height = largest; height >= smallest * 0.999; height *= 0.8) {
-                label = LabelOf(db, face, height, numberOnly);
+            for (const PlateLabel& size : sizes) {
+                label = size;
                 if (room.IsFree(SetAt(label, at))) return true;
             }
             return false;
