@@ -206,3 +206,132 @@ TEST(PlateProperties, FollowedPlatesAreThoseOfAFreshRun) {
         EXPECT_GE(sound, row.sound) << "the test has lost its point";
     }
 }
+
+TEST(PlateProperties, UndoToTheStartAndForth) {
+    for (unsigned round = 0; round < 12; ++round) {
+        SCOPED_TRACE(testing::Message() << "round " << round);
+        CPlateNet net;
+        if (round % 2) net.SetSteps(1000);
+        PlateEditor editor(net, round % 3 == 0 ? Ground::Octants : round % 3 == 1 ? Ground::Lattice : Ground::Free, round % 3 != 0, 3000 + round);
+        net.m_bRefuseOuter = round % 4 != 3;
+        const auto all = [&] { return Dump(net, true) + ShowPlates(net) + WaysHold(net); };
+        for (int step = 0; step < (round % 2 ? 80 : 40); ++step) {
+            net.Edit(editor.Batch());
+            if (step % 5 == 4)  // loads are components of the step too
+                for (CMianGouJian* plate : net.Plates())
+                    if (!net.LoadOn(plate)) net.AddLoad(plate, step);
+        }
+        std::vector<std::string> before;
+        while (net.CanUndo()) {
+            before.push_back(all());
+            net.Undo();
+        }
+        ASSERT_EQ(net.GetGouJianCount() + net.m_mapPlateWay.GetCount(), 0);
+        for (auto text = before.rbegin(); text != before.rend(); ++text) {
+            net.Redo();
+            ASSERT_EQ(all(), *text);
+        }
+        ASSERT_FALSE(net.CanRedo());
+    }
+}
+
+namespace {
+
+// Places turned by a right angle, mirrored, or both.
+struct Motion {
+    const char* name;
+    bool turned, mirrored;
+    void Move(float& x, float& y) const {
+        if (mirrored) x = -x;
+        if (turned) std::swap(x, y), x = -x;
+    }
+    std::string Place(float x, float y) const {
+        Move(x, y);
+        char text[64];
+        std::snprintf(text, sizeof text, "%.9g,%.9g", static_cast<double>(x), static_cast<double>(y));
+        return text;
+    }
+    std::string Text(const std::string& text) const {
+        std::string out;
+        for (const char* p = text.c_str(); *p;) {
+            float x, y;
+            int used = 0;
+            if (std::isdigit(static_cast<unsigned char>(*p)) && std::sscanf(p, "%f,%f%n", &x, &y, &used) == 2) {
+                out += Place(x, y);
+                p += used;
+            } else {
+                out += *p++;
+            }
+        }
+        return out;
+    }
+};
+
+std::string SamePlates(CPlateNet& net, CPlateNet& moved, const Motion& motion) {
+    auto others = moved.Plates();
+    for (CMianGouJian* plate : net.Plates()) {
+        float x = plate->m_fCenterX, y = plate->m_fCenterY;
+        motion.Move(x, y);
+        const auto it = std::find_if(others.begin(), others.end(), [&](const CMianGouJian* o) {
+            return std::hypot(o->m_fCenterX - x, o->m_fCenterY - y) < 0.1f && std::fabs(o->GetArea() - plate->GetArea()) < 1e-5f * plate->GetArea() &&
+                   o->m_arrBoundery.GetSize() == plate->m_arrBoundery.GetSize() && o->m_nXingZhuangBian == plate->m_nXingZhuangBian;
+        });
+        if (it == others.end()) return "no counterpart: " + Show(net, plate);
+        others.erase(it);
+    }
+    return others.empty() ? "" : "too many: " + Show(moved, others[0]);
+}
+
+}  // namespace
+
+TEST(PlateProperties, TurningAndMirroringChangeCoordinatesAlone) {
+    for (const Motion& motion : {Motion{"turned", true, false}, Motion{"mirrored", false, true}, Motion{"both", true, true}})
+        for (unsigned round = 0; round < 30; ++round) {
+            SCOPED_TRACE(testing::Message() << motion.name << ", round " << round);
+            CPlateNet net, moved;
+            PlateEditor editor(net, round % 2 ? Ground::Lattice : Ground::Octants, false, 4000 + round);
+            std::string told;
+            for (int step = 0; step < 30; ++step) {
+                const std::string text = editor.Batch();
+                told += text + "\n";
+                net.Edit(text);
+                moved.Edit(motion.Text(text));
+                if (!Crossing(net).empty()) break;
+                ASSERT_EQ(moved.m_fault, "");
+                ASSERT_EQ(SamePlates(net, moved, motion), "") << "step " << step << "\n" << told;
+            }
+        }
+}
+
+// A wall between two rooms moves by d. Each room's centroid moves by d / 2, and its area by d times its height.
+TEST(PlateProperties, LoadsStayWhilePlatesMoveLittle) {
+    const CToleranceScope tolerance(1);  // else the wall's new ends would snap to the old ones
+    Dice dice(81);
+    int stayed = 0, gone = 0;
+    for (int round = 0; round < 200; ++round) {
+        const float width = 4000 + 500 * static_cast<float>(dice.Pick(9)), height = 3000, x = 90 * static_cast<float>(2 + dice.Pick(40)), d = dice.Real(-6, 6);
+        if (std::fabs(d) < 1.2f) continue;
+        CPlateNet net;
+        const auto wall = [&](float at) { return Number(at, 4) + ",0 - " + Number(at, 4) + "," + Number(height); };
+        net.Edit("0,0 - " + Number(width) + ",0;" + Number(width) + ",0 - " + Number(width) + "," + Number(height) + ";0," + Number(height) +
+                 " - " + Number(width) + "," + Number(height) + ";0,0 - 0," + Number(height) + ";" + wall(x));
+        ASSERT_EQ(net.Plates().size(), 2u);
+        for (CMianGouJian* plate : net.Plates()) net.AddLoad(plate, plate->m_fCenterX < x ? 1 : 2);
+        net.Edit("delete " + Number(x) + "," + Number(height / 2) + "; clean;" + wall(x + d));
+        ASSERT_EQ(net.Plates().size(), 2u);
+        for (CMianGouJian* plate : net.Plates()) {
+            const bool left = plate->m_fCenterX < x;
+            const float before = left ? x : width - x, after = left ? x + d : width - x - d;
+            const float part = std::fabs(d) / std::min(before, after);
+            if (std::fabs(std::fabs(d) / 2 - 2) < 0.01f || std::fabs(part - 0.01f) < 1e-4f) continue;  // too near to tell
+            const bool stays = std::fabs(d) / 2 < 2 && part < 0.01f;
+            const CTestLoad* load = net.LoadOn(plate);
+            ASSERT_EQ(load != nullptr, stays) << "round " << round << ": wall at " << x << " of " << width << " by " << d;
+            if (load) {
+                ASSERT_EQ(load->m_nValue, left ? 1 : 2) << "round " << round;
+            }
+            ++(stays ? stayed : gone);
+        }
+    }
+    EXPECT_GT(std::min(stayed, gone), 50);
+}
