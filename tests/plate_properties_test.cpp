@@ -162,16 +162,16 @@ std::string AsFaces(CPlateNet& net) {
 
 TEST(PlateProperties, FollowedPlatesAreThoseOfAFreshRun) {
     struct { const char* name; Ground ground; bool arcs; int sound; } const rows[] = {
-        {"eight directions", Ground::Octants, false, 1200},
-        {"lattice", Ground::Lattice, false, 1000},
-        {"lattice with arcs", Ground::Lattice, true, 700},
-        {"free", Ground::Free, false, 400},
+        {"eight directions", Ground::Octants, false, 800},
+        {"lattice", Ground::Lattice, false, 650},
+        {"lattice with arcs", Ground::Lattice, true, 450},
+        {"free", Ground::Free, false, 300},
         {"free with arcs", Ground::Free, true, 100},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
         int sound = 0;
-        for (unsigned round = 0; round < 30; ++round) {
+        for (unsigned round = 0; round < 20; ++round) {
             CPlateNet net, fresh;
             PlateEditor editor(net, row.ground, row.arcs, 530 + round);
             std::string told;

@@ -53,7 +53,7 @@ std::string Differ(CPlateNet& a, CPlateNet& b) {
 TEST(PlateRandom, LibraryAgreesWithTheOracle) {
     int plates = 0, edits = 0;
     for (const Kind& kind : {kOctants, kLattice, kLatticeArcs, kFree, kFreeArcs})
-        for (unsigned round = 0; round < 16; ++round) {
+        for (unsigned round = 0; round < 14; ++round) {
             CPlateNet fast, plain;
             plain.m_bLiteral = true;
             PlateEditor editor(fast, kind.ground, kind.arcs, 100 + round);
@@ -106,6 +106,6 @@ TEST(PlateRandom, LibraryAgreesWithTheOracle) {
             }
             plates += static_cast<int>(fast.Plates().size());
         }
-    EXPECT_GT(plates, 500) << "the test has lost its point";
-    EXPECT_GT(edits, 3000);
+    EXPECT_GT(plates, 400) << "the test has lost its point";
+    EXPECT_GT(edits, 2500);
 }
