@@ -32,7 +32,7 @@ constexpr PlateColor kColors[kPlateColorCount] = {
 void AppendEdge(std::vector<FlatPoint>& points, FlatPoint a, FlatPoint b, double c, double sag) {
     points.push_back(a);
     const double chord = std::hypot(b.x - a.x, b.y - a.y), half = std::fabs(c);
-    if (half < 1e-6 || half >= std::numbers::pi || !(chord > 0)) return;
+    if (!(half >= 1e-6 && half < std::numbers::pi && chord > 0)) return;  // straight, or no number
     const double r = chord / 2 / std::sin(half);
     const double step = 2 * std::acos(std::max(1 - sag / r, 0.5));  // sixty degrees at most
     const int count = static_cast<int>(std::min(std::ceil(2 * half / std::max(step, 1e-3)), 1000.0));
