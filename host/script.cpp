@@ -96,8 +96,18 @@ void RunDelete(Script& script, const Words& words) {
 
 void RunCleanNodes(Script& script, const Words&) { script.m_db.DeleteIndependentNetNode(); }
 void RunStart(Script& script, const Words&) { script.m_db.Start(); }
-void RunUndo(Script& script, const Words&) { script.m_db.Undo(nullptr, nullptr); }
-void RunRedo(Script& script, const Words&) { script.m_db.Redo(nullptr, nullptr); }
+
+// Plates belong to the step of the lines that they follow: in an open batch they are seen to first, else the step that
+// is taken back would be one without them.
+void TakeStep(CTvoHostDataBase& db, void (CTvoHostDataBase::*step)(CWnd*, CFCoor*)) {
+    const bool batch = db.InBatch();
+    if (batch) db.EndBatch();
+    (db.*step)(nullptr, nullptr);
+    if (batch) db.BeginBatch();
+}
+
+void RunUndo(Script& script, const Words&) { TakeStep(script.m_db, &CTvoHostDataBase::Undo); }
+void RunRedo(Script& script, const Words&) { TakeStep(script.m_db, &CTvoHostDataBase::Redo); }
 void RunNumber(Script& script, const Words&) { script.m_db.SortBianHaoAll(); }
 
 void RunSet(Script& script, const Words& words) {

@@ -241,6 +241,14 @@ TEST(TvoPlates, ABatchIsFollowedAtItsEnd) {
     EXPECT_EQ(RunScript("begin\nbegin\n").err, "error: line 2: a batch is open; end closes it\n");
 }
 
+TEST(TvoPlates, StepsInABatchTakeThePlatesAlong) {
+    const std::string cell = Rectangle(0, 0, 8000, 6000) + "plates\nstart\nbegin\nline 4000 0 4000 6000\n";
+    EXPECT_EQ(Counts(RunScript(cell + "end\nstat\n")), "6/7/2");
+    EXPECT_EQ(Counts(RunScript(cell + "undo\nend\nstat\n")), "4/4/1");
+    EXPECT_EQ(Counts(RunScript(cell + "undo\nredo\nend\nstat\n")), "6/7/2");
+    EXPECT_EQ(Counts(RunScript(cell + "undo\nredo\nend\nundo\nstat\n")), "4/4/1");
+}
+
 TEST(TvoPlates, FollowedPlatesAreThoseOfAFreshWalk) {
     for (unsigned round = 0; round < 8; ++round) {
         std::mt19937 rng(20241107 + round);
