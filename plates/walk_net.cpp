@@ -18,17 +18,21 @@ float Folded(float a) {
     return a < 0 ? a + tolerance::kFullTurnF : a;
 }
 
-// The lines of the net by ascending identity.
+// The lines of the net by ascending identity, and maybe others of their types. None of them is looked at.
 std::vector<CGjNetLine*> LinesOf(CGridDataBase& db) {
-    std::vector<CGjNetLine*> lines;
-    for (const unsigned char type : db.m_aNetLineTypes)
-        db.m_mapFamily[type].ForEach([&](unsigned long, CGouJianEx* obj) {
-            if (obj->QueryBasicType() == kBasicLine) lines.push_back(static_cast<CGjNetLine*>(obj));
+    std::vector<std::pair<unsigned long, CGjNetLine*>> entries;
+    bool ascending = true;
+    for (const unsigned char type : db.m_aNetLineTypes) {
+        entries.reserve(entries.size() + static_cast<std::size_t>(db.m_mapFamily[type].GetCount()));
+        db.m_mapFamily[type].ForEach([&](unsigned long id, CGouJianEx* obj) {
+            ascending = ascending && (entries.empty() || entries.back().first < id);
+            entries.emplace_back(id, static_cast<CGjNetLine*>(obj));
         });
-    const auto earlier = [](const CGjNetLine* a, const CGjNetLine* b) {
-        return a->get_m_dwGouJianID() < b->get_m_dwGouJianID();
-    };
-    if (!std::is_sorted(lines.begin(), lines.end(), earlier)) std::sort(lines.begin(), lines.end(), earlier);
+    }
+    if (!ascending) std::sort(entries.begin(), entries.end());
+    std::vector<CGjNetLine*> lines;
+    lines.reserve(entries.size());
+    for (const auto& entry : entries) lines.push_back(entry.second);
     return lines;
 }
 
@@ -235,8 +239,17 @@ void CWalkNet::GatherAll(std::vector<std::uint32_t>& left, std::vector<std::uint
     m_sides.reserve(lines.size());
     m_nodes.reserve(lines.size());
     m_gathered.reserve(lines.size());
-    for (CGjNetLine* line : lines) {
-        if (!Counts(line)) continue;
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        if (i + 8 < lines.size()) {  // fetched while the ones before are entered
+            __builtin_prefetch(&lines[i + 8]->m_pStartNode);
+            __builtin_prefetch(&lines[i + 8]->m_fStartTangent);
+        }
+        if (i + 4 < lines.size() && lines[i + 4]->QueryBasicType() == kBasicLine) {
+            __builtin_prefetch(lines[i + 4]->m_pStartNode);
+            __builtin_prefetch(lines[i + 4]->m_pEndNode);
+        }
+        CGjNetLine* line = lines[i];
+        if (line->QueryBasicType() != kBasicLine || !Counts(line)) continue;
         const std::uint32_t entry = line->m_nWalk = Append(line);
         CGjNetNode* const ends[2] = {line->m_pStartNode, line->m_pEndNode};
         for (int end = 0; end < 2; ++end) {

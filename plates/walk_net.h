@@ -33,6 +33,7 @@ public:
     /// The same for a line to walk from, which need not count: one of the store that is no thorn, and that no walk turns to.
     std::uint32_t FindElement(CGjNetLine* line);
     bool IsThorn(std::uint32_t line);
+    std::uint32_t GetCount() const { return static_cast<std::uint32_t>(m_lines.size()); }
     CGjNetLine* LineAt(std::uint32_t line) const { return m_lines[line].line; }
     Side SideOf(std::uint32_t line) const { return m_sides[line]; }
     void SetSide(std::uint32_t line, Side side) { m_sides[line] = side; }

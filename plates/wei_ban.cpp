@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <utility>
 #include <vector>
 
 #include "geometry/region_measures.h"
@@ -67,7 +68,7 @@ void CWeiBan::SetData(CGridDataBase* db, CTvoFrameBase* frame) {
 
 void CWeiBan::AddElement(CGjNetLine* line) {
     const unsigned long id = line->get_m_dwGouJianID();
-    if (!m_mapElement.Contains(id) && m_pDataBase->CanJionWeiBan(line)) m_mapElement.SetAt(id, line);
+    if (m_pDataBase->CanJionWeiBan(line)) m_mapElement.Insert(id, line);
 }
 
 void CWeiBan::AddElement(CArray<CGouJianEx*, CGouJianEx*>* lines) {
@@ -82,17 +83,25 @@ void CWeiBan::PrepareData() {
     m_net = std::make_unique<CWalkNet>(*m_pDataBase);
     if (m_mapElement.GetCount() * kMuch > m_pDataBase->m_mapStar.GetCount()) m_net->StripAll();
     m_aElement.clear();
-    CArray<CGouJianEx*> elements = ByIdentity(m_mapElement), kept;
-    kept.Reserve(elements.GetSize());
-    for (CGouJianEx* obj : elements) {
-        const std::uint32_t line = m_net->FindElement(static_cast<CGjNetLine*>(obj));
+    // After StripAll the entries stand in the order of identities, as the elements mostly do: then a line need not be
+    // looked at to find its entry.
+    std::vector<std::pair<unsigned long, CGouJianEx*>> elements, kept;
+    elements.reserve(static_cast<std::size_t>(m_mapElement.GetCount()));
+    m_mapElement.ForEach([&](unsigned long id, CGouJianEx* obj) { elements.emplace_back(id, obj); });
+    if (!std::is_sorted(elements.begin(), elements.end())) std::sort(elements.begin(), elements.end());
+    kept.reserve(elements.size());
+    std::uint32_t next = 0;
+    for (const auto& element : elements) {
+        auto* obj = static_cast<CGjNetLine*>(element.second);
+        const std::uint32_t line = next < m_net->GetCount() && m_net->LineAt(next) == obj ? next : m_net->FindElement(obj);
+        next = line == CWalkNet::kNone ? next : line + 1;
         if (line != CWalkNet::kNone && m_net->IsThorn(line)) continue;
-        kept.Add(obj);
+        kept.push_back(element);
         if (line != CWalkNet::kNone) m_aElement.push_back(line);
     }
-    if (kept.GetSize() == elements.GetSize()) return;
+    if (kept.size() == elements.size()) return;
     m_mapElement.RemoveAll();
-    for (CGouJianEx* obj : kept) m_mapElement.SetAt(obj->get_m_dwGouJianID(), obj);
+    for (const auto& [id, obj] : kept) m_mapElement.SetAt(id, obj);
 }
 
 int CWeiBan::IsCi(CGouJianEx* line) {
