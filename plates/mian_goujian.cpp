@@ -82,7 +82,12 @@ void CMianGouJian::LetGoOfLines() {
     DropSideLines();
 }
 
-bool CMianGouJian::HasLostLines() const { return StateOfBorder() == BorderState::kLineMissing; }
+bool CMianGouJian::HasLostLines() const {
+    for (const CGjXingZhuangBian& shape : m_arrXingZhuangBian)
+        for (const CJainTuBanBian& side : shape.m_arrBian)
+            if (!side.m_pNetLine) return true;
+    return false;
+}
 
 // --- lists ------------------------------------------------------------------------------------------------
 

@@ -239,6 +239,8 @@ void CWalkNet::GatherAll(std::vector<std::uint32_t>& left, std::vector<std::uint
     m_sides.reserve(lines.size());
     m_nodes.reserve(lines.size());
     m_gathered.reserve(lines.size());
+    left.reserve(lines.size());
+    through.reserve(lines.size());
     for (std::size_t i = 0; i < lines.size(); ++i) {
         if (i + 8 < lines.size()) {  // fetched while the ones before are entered
             __builtin_prefetch(&lines[i + 8]->m_pStartNode);
