@@ -140,6 +140,17 @@ void DrawPlates(CDC& dc, const CFCoor& coor, CTvoHostDataBase& db, int width, in
     for (const PlateLabel& label : PlateLabels(db, faces, largest / scale, kSmallestLetters / scale)) DrawLabel(dc, coor, label);
 }
 
+/// As much of a text as fits, with an ellipsis for the rest.
+std::string Shortened(const CDC& dc, std::string text, int room) {
+    const auto fits = [&](const std::string& t) { return dc.GetTextExtent(CString(t)).cx <= room; };
+    if (fits(text)) return text;
+    while (!text.empty() && !fits(text + "…")) {
+        while (text.size() > 1 && (static_cast<unsigned char>(text.back()) & 0xC0) == 0x80) text.pop_back();
+        text.pop_back();  // the first byte of the last letter
+    }
+    return text.empty() ? text : text + "…";
+}
+
 /// Scale bar and caption in the strip at the bottom.
 void DrawFooter(CDC& dc, const CFCoor& coor, int width, int height, int margin, int footer, const std::string& caption) {
     CFont font;
@@ -150,6 +161,7 @@ void DrawFooter(CDC& dc, const CFCoor& coor, int width, int height, int margin, 
     dc.SetBkMode(TRANSPARENT);
     dc.SetTextColor(kInk);
     const int base = height - margin / 2;
+    int room = width - 2 * margin;  // for the caption
     const double bar = ScaleBarLength((width - 2 * margin) / static_cast<double>(coor.GetScale()) / 2);
     if (bar > 0) {
         const int x2 = width - margin, x1 = x2 - static_cast<int>(std::lround(bar * coor.GetScale()));
@@ -158,10 +170,12 @@ void DrawFooter(CDC& dc, const CFCoor& coor, int width, int height, int margin, 
         dc.LineTo(x2, base);
         dc.LineTo(x2, base - footer / 4 - 1);
         dc.SetTextAlign(TA_CENTER | TA_BOTTOM);
-        dc.TextOut((x1 + x2) / 2, base - 2, CString(LengthText(bar)));
+        const CString length(LengthText(bar));
+        dc.TextOut((x1 + x2) / 2, base - 2, length);
+        room = std::min(x1, (x1 + x2) / 2 - dc.GetTextExtent(length).cx / 2) - margin - footer / 2;
     }
     dc.SetTextAlign(TA_LEFT | TA_BOTTOM);
-    dc.TextOut(margin, base + 2, CString(caption));
+    dc.TextOut(margin, base + 2, CString(Shortened(dc, caption, room)));
     dc.SelectObject(oldPen);
     dc.SelectObject(oldFont);
 }
