@@ -71,6 +71,11 @@ void DeleteNodesWithoutLines(CGridDataBase& db, ImportOutcome& outcome) {
     outcome.stages.push_back({"clean", watch.Lap()});
 }
 
+void NoteNet(CTvoHostDataBase& db, ImportOutcome& outcome) {
+    CountNet(db, outcome);
+    if (db.PlatesFollow()) outcome.plates = PlateFigures{NetPlates(db).size(), PlateArea(db), DanglingLines(db).size()};
+}
+
 void FormPlates(CTvoHostDataBase& db, ImportOutcome& outcome) {
     Stopwatch watch;
     db.FormPlates();

@@ -50,6 +50,9 @@ ImportOutcome RunImportJob(const ImportJob& job, CGridDataBase& db);
 /// Deletes the nodes where no line meets, numbers again and notes it in the outcome.
 void DeleteNodesWithoutLines(CGridDataBase& db, ImportOutcome& outcome);
 
+/// Notes anew what stands in the net, with its plates if they follow it.
+void NoteNet(CTvoHostDataBase& db, ImportOutcome& outcome);
+
 /// Forms the plates of the whole net, numbers them and notes it in the outcome.
 void FormPlates(CTvoHostDataBase& db, ImportOutcome& outcome);
 

@@ -174,7 +174,10 @@ void RunImport(Script& script, const Words& words) {
     ImportJob job;
     job.file = words[1];
     job.layer = words[2];
-    PrintJsonLine(script.m_out, ImportJson(RunImportJob(job, script.m_db)));
+    ImportOutcome outcome;
+    script.m_db.DoEdit([&] { outcome = RunImportJob(job, script.m_db); });
+    if (!script.m_db.InBatch()) NoteNet(script.m_db, outcome);  // with the plates, which have followed
+    PrintJsonLine(script.m_out, ImportJson(outcome));
 }
 
 void RunSvg(Script& script, const Words& words) { ReplaceFile(words[1], SvgOfNet(script.m_db, "")); }
@@ -204,8 +207,7 @@ constexpr ScriptCommand kCommands[] = {
      "autobreak, automerge, merge, outer, wholenet, direction: 0 or 1; tolerance: from 1; storey: from -1"},
     {"rect", "X1 Y1 X2 Y2", 4, 4, RunRect, "identities that the index offers for a box, and those that touch it"},
     {"number", "", 0, 0, RunNumber, "number all nodes and lines by rows"},
-    {"import", "FILE LAYER", 2, 2, RunImport, "start a step and add a layer of a DXF drawing; prints the report",
-     true},
+    {"import", "FILE LAYER", 2, 2, RunImport, "start a step and add a layer of a DXF drawing; prints the report"},
     {"dump", "[nodes|lines|plates|loads]", 0, 1, RunDump, "print nodes, lines, plates and loads, each by identity"},
     {"stat", "", 0, 0, RunStat, "print the numbers of nodes, lines, plates and dangling lines, and the plates' area"},
     {"svg", "FILE", 1, 1, RunSvg, "draw the net as SVG"},

@@ -273,6 +273,16 @@ TEST(TvoPlates, FollowedPlatesAreThoseOfAFreshWalk) {
 
 // ---- loads ----------------------------------------------------------------------------------------
 
+TEST(TvoPlates, AnImportIsFollowedBeforeItIsReported) {
+    const std::string import = "import " TVO_SOURCE_DIR "/examples/office_plan.dxf 轴线\n";
+    const TvoRun followed = RunScript(Rectangle(-9000, -9000, -3000, -5000) + "plates\n" + import + "stat\n");
+    const json report = OfType(followed, "import")[0], stat = OfType(followed, "stat")[0];
+    EXPECT_EQ(report["nodes"], stat["nodes"]);
+    EXPECT_EQ(report["plates"]["count"], stat["plates"]);
+    EXPECT_GT(stat["plates"], 60);
+    EXPECT_TRUE(OfType(RunScript(import), "import")[0]["plates"].is_null()) << "there were none to follow";
+}
+
 TEST(TvoPlates, LoadsStayWithTheirPlate) {
     const std::string cells = Rectangle(0, 0, 8000, 6000) + "line 4000 0 4000 6000\nplates\n";
     const std::string loaded = cells + "load " + PlateAt(cells, 2000, 3000) + " 3.5\n";
