@@ -1,6 +1,7 @@
 // CGridDataBase: the axis net in the component store.
 #pragma once
 #include <cstdint>
+#include <functional>
 #include <unordered_set>
 #include <vector>
 
@@ -227,8 +228,9 @@ private:
     CGjNetLine* FindEqualLine(CGjNetNode* a, CGjNetNode* b, int arc, float bulge);
     void LetGoOfNet(CGouJianEx* obj);
     void GatherTouchedPlates(CWeiBan& work, CMap<unsigned long, unsigned long, CGouJianEx*, CGouJianEx*>& touched);
-    void GatherStridePlates(CGjNetLine* line, CWeiBan& probe, std::unordered_set<CGjNetLine*>& passed,
-                            CMap<unsigned long, unsigned long, CGouJianEx*, CGouJianEx*>& out);
+    void VisitPlatesAlong(CGjNetLine* line, CWeiBan& probe, std::unordered_set<CGjNetLine*>& passed,
+                          const std::function<void(CGjNetLine*, CMianGouJian*)>& visit);
+    void EnterStridden(CMianGouJian* plate, CGjNetLine* line, CMap<unsigned long, unsigned long, CGouJianEx*, CGouJianEx*>& out);
     bool IsStridden(CMianGouJian* plate, CGjNetLine* line);
     void MaintainPlate(CGouJianEx* plate, int op);
     void Withdraw(CMianGouJian& plate);

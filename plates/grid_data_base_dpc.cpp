@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cmath>
 #include <compare>
+#include <functional>
 #include <optional>
 #include <unordered_map>
 #include <unordered_set>
@@ -263,7 +264,8 @@ void CGridDataBase::GatherTouchedPlates(CWeiBan& work, ComponentMap& touched) {
         if (FindGouJian(id) != obj || probe.IsCi(obj)) continue;
         auto* line = static_cast<CGjNetLine*>(obj);
         work.AddElement(line);
-        GatherStridePlates(line, probe, passed, touched);
+        // Far along its chain there is nothing to try it on: a wall that it breaks stands in the other map.
+        VisitPlatesAlong(line, probe, passed, [&](CGjNetLine* at, CMianGouJian* plate) { EnterStridden(plate, at, touched); });
     }
     CArray<CMianGouJian*> bordered;
     for (const auto& [id, line] : ByKey(m_mapBanBianRemove))
@@ -290,19 +292,29 @@ int CGridDataBase::GetBanAround(CMianGouJian* plate, CArray<CMianGouJian*>& out)
     return out.GetSize();
 }
 
+// The line is tried on all plates that its chain finds: where its ends have broken walls, the pieces of these border
+// nothing yet, and stand between it and the plate that it cuts. If it touches none, it hangs between stubs, and these
+// count for it.
 int CGridDataBase::GetStridePlate(CGjNetLine* line, ComponentMap& out) {
     CWeiBan probe;
     probe.SetData(this, nullptr);
     probe.PrepareData();
     std::unordered_set<CGjNetLine*> passed;
-    GatherStridePlates(line, probe, passed, out);
+    ComponentMap along, byChain, byLine;
+    VisitPlatesAlong(line, probe, passed, [&](CGjNetLine* at, CMianGouJian* plate) {
+        along.SetAt(plate->get_m_dwGouJianID(), plate);
+        EnterStridden(plate, at, byChain);
+    });
+    for (CMianGouJian* plate : PlatesOf(along)) EnterStridden(plate, line, byLine);
+    for (CMianGouJian* plate : PlatesOf(byLine.IsEmpty() ? byChain : byLine))
+        out.SetAt(plate->get_m_dwGouJianID(), plate);
     return out.GetCount();
 }
 
 // A chord between two stubs cuts the plate that they stand in, and touches no line that borders it: so the
 // search goes on through lines that border nothing and have become part of something closed.
-void CGridDataBase::GatherStridePlates(CGjNetLine* line, CWeiBan& probe,
-                                       std::unordered_set<CGjNetLine*>& passed, ComponentMap& out) {
+void CGridDataBase::VisitPlatesAlong(CGjNetLine* line, CWeiBan& probe, std::unordered_set<CGjNetLine*>& passed,
+                                     const std::function<void(CGjNetLine*, CMianGouJian*)>& visit) {
     if (m_mapPlateWay.IsEmpty()) return;  // no plate can be found
     std::vector<CGjNetLine*> due;
     const auto pass = [&](CGjNetLine* l) {
@@ -323,12 +335,13 @@ void CGridDataBase::GatherStridePlates(CGjNetLine* line, CWeiBan& probe,
         }
         ComponentMap near;
         for (CMianGouJian* plate : bordered) near.SetAt(plate->get_m_dwGouJianID(), plate);
-        for (CMianGouJian* plate : PlatesOf(near)) {
-            CGouJianEx** entered = out.Find(plate->get_m_dwGouJianID());
-            if (!(entered && *entered == plate) && IsStridden(plate, at))
-                out.SetAt(plate->get_m_dwGouJianID(), plate);
-        }
+        for (CMianGouJian* plate : PlatesOf(near)) visit(at, plate);
     }
+}
+
+void CGridDataBase::EnterStridden(CMianGouJian* plate, CGjNetLine* line, ComponentMap& out) {
+    CGouJianEx** entered = out.Find(plate->get_m_dwGouJianID());
+    if (!(entered && *entered == plate) && IsStridden(plate, line)) out.SetAt(plate->get_m_dwGouJianID(), plate);
 }
 
 bool CGridDataBase::IsStridden(CMianGouJian* plate, CGjNetLine* line) {

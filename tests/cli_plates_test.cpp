@@ -365,6 +365,17 @@ TEST(TvoPlates, AnswersQuestions) {
     expect("around " + big, "plates", ids({right}));
     expect("around " + island, "plates", ids({}));
     expect("stride " + LineBetween(plates, 12000, 0, 12000, 12000), "plates", ids({}));
+    // In an open batch: chords that break walls cut the big plate, also where one touches the wall of the next; and so
+    // does one between two stubs.
+    const std::string stubs = "line 3000 0 3000 1000\nline 4000 0 4000 1000\n", stubbed = PlateAt(plates + stubs, 6000, 6000);
+    const auto ask = [&](const std::string& chords, double x1, double y1, double x2, double y2) {
+        const std::string batch = stubs + "begin\n" + chords;
+        return batch + "stride " + LineBetween(plates + batch, x1, y1, x2, y2);
+    };
+    expect(ask("line 2000 0 2000 12000\n", 2000, 0, 2000, 12000), "plates", ids({stubbed}));
+    expect(ask("line 9500 7000 12000 7000\nline 9500 7000 9500 12000\n", 9500, 7000, 12000, 7000), "plates",
+           ids({stubbed, PlateAt(plates + stubs, 16000, 6000)}));
+    expect(ask("line 3000 500 4000 500\n", 3000, 500, 4000, 500), "plates", ids({stubbed}));
     expect("isrect " + right + " 1", "rect", true);
     const json corners = RunScript(plates + "isrect " + right + " 1\n").Json().back();
     EXPECT_NEAR(corners["width"].get<double>() * corners["height"].get<double>(), 96e6, 96);
