@@ -1,7 +1,11 @@
 // Everything a host needs, in one include.
 #pragma once
 #include "fields/backgrnd.h"
+#include "fields/chang.h"
+#include "fields/chang_range.h"
 #include "fields/dxf_import.h"
+#include "fields/gj_chang.h"
+#include "fields/mesh_densify.h"
 #include "geometry/angles.h"
 #include "geometry/fcoor.h"
 #include "geometry/fline.h"

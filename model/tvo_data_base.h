@@ -10,9 +10,11 @@
 #include "platform/containers.h"
 #include "platform/string.h"
 
+class CChang;
 class CDC;
 class CFCoor;
 class CFRegion;
+class CGjChang;
 class CGouJianEx;
 class CGraphEntity;
 class CGridIndexServiceObject;
@@ -20,6 +22,7 @@ class CTvoFrameBase;
 class CTvoViewKernel;
 class CTvoViewMgr;
 class CWnd;
+enum FIELD_DISPLAY : int;  // fields/gj_chang.h
 
 /// Holds the components with their log, a family and a numbered array per type byte, the spatial index and the
 /// background grid. Each change passes through the virtual AddGouJian and DeleteGouJian, which keep these and
@@ -156,6 +159,12 @@ public:
     void ClearChang(unsigned long tag) { Clear_GouJian(GJLX_CHANG, tag); }
     void HideChang(unsigned long tag) { Hide_GouJian(GJLX_CHANG, tag); }
     void ShowChang(unsigned long tag) { Show_GouJian(GJLX_CHANG, tag); }
+
+    // --- fields ---
+    /// Makes a component that shows a field, which must live as long as the component does. Null for no field.
+    CGjChang* DrawChang(CChang* chang, int colorScheme, unsigned long tag, FIELD_DISPLAY display, float valueScale, int drawGrid,
+                        int drawValue, unsigned char status);
+    CGjChang* GetChang(unsigned long tag);  // the first with the tag, or null
 
     // --- texts ---
     /// Texts with the tag: a hidden one is shown as normal, any other hidden.

@@ -1,0 +1,46 @@
+// Finds the place of a point in a field. Internal.
+#pragma once
+#include <array>
+#include <vector>
+
+#include "fields/box_tree.h"
+#include "fields/field_mesh.h"
+
+/// How far a point may lie outside of a triangle that holds it, as a share of its longest edge.
+inline constexpr double kFieldTolerance = 1e-6;
+
+/// The places of the corners of a triangle, kept together so that asking does not have to look at the nodes.
+struct FieldTriangle {
+    float x[3], y[3];
+};
+
+/// The shares of the three corners in the value at a point, adding up to 1.
+struct CornerShares {
+    std::array<double, 3> share{};
+    bool held = false;  // false: the triangle does not hold the point; one without area holds none
+};
+CornerShares SharesAt(const FieldTriangle& t, double x, double y);
+
+/// Answers where in a field a point lies, for the sizes that the field had when this was made.
+class CFieldLocator {
+public:
+    CFieldLocator(const CChang& field, const CFieldMesh& mesh);
+
+    /// Does the field still have the numbers of nodes and triangles that this was made for?
+    bool Fits(const CChang& field) const;
+
+    /// The value, by the triangle or the node at the point. False when there is neither.
+    bool ValueAt(float x, float y, float& value);
+
+private:
+    void BuildNodes();
+
+    const CChang& m_field;
+    const CFieldMesh& m_mesh;
+    int m_nNodes, m_nTriangles;  // sizes
+    double m_dReach = 0;         // how near a node must be: by the longest edge of all
+    CBoxTree m_cTriangles;
+    std::vector<FieldTriangle> m_aTriangle;  // by rank in the tree
+    CBoxTree m_cNodes;           // built when a point first falls outside of all triangles
+    bool m_bNodesBuilt = false;
+};
