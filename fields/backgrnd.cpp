@@ -5,7 +5,11 @@
 #include <cstring>
 #include <vector>
 
+#include "fields/grid_positions.h"
+#include "fields/grid_walls.h"
+#include "fields/lattice_painter.h"
 #include "geometry/fcoor.h"
+#include "geometry/projection.h"
 #include "model/profile.h"
 #include "platform/canvas/dc.h"
 #include "platform/helper_text.h"
@@ -14,24 +18,21 @@
 namespace {
 
 constexpr COLORREF kGrey = 0xC0C0C0;
+constexpr COLORREF kLastColor = 0xFFFFFF;  // no pixel reads as more
 
-// The origin, then running sums.
-std::vector<float> Positions(float origin, const CArray<float, float>& spacings) {
-    std::vector<float> out{origin};
-    for (const float spacing : spacings) out.push_back(out.back() + spacing);
+/// The positions that can be extreme: the first, the ends of the finite ones, and those that are no numbers.
+std::vector<float> Extremes(const GridPositions& axis) {
+    std::vector<float> out = axis.WildKinds();
+    out.push_back(axis.origin);
+    if (!axis.ascending.empty()) out.insert(out.end(), {axis.ascending.front(), axis.ascending.back()});
     return out;
-}
-
-void DrawLine(CDC* dc, const CFCoor* coor, const CFPoint& from, const CFPoint& to) {
-    dc->MoveTo(coor->FPtoDP(from));
-    dc->LineTo(coor->FPtoDP(to));
 }
 
 }  // namespace
 
 int CBackgrnd::Get_Kua_Data(const char* text, CArray<float, float>& out) const {
     char unit[kUnitBytes + 1];
-    int position = 0;
+    int position = 0, room = kMaxPositions - 1;
     while (read_one_unit_from_string(unit, text, &position)) {
         int count = 1;
         if (const char* star = std::strchr(unit, '*')) {
@@ -40,7 +41,7 @@ int CBackgrnd::Get_Kua_Data(const char* text, CArray<float, float>& out) const {
         }
         const float spacing = static_cast<float>(LeadingReal(unit)) * 1000.0f;
         if (!std::isfinite(spacing)) continue;
-        for (count = std::min(count, kMaxSpacings - out.GetSize()); count > 0; --count) out.Add(spacing);
+        for (; count > 0 && room > 0; --count, --room) out.Add(spacing);
     }
     return 1;
 }
@@ -51,24 +52,25 @@ int CBackgrnd::GetJianJu(int axis, CArray<float, float>& out) const {
     return 1;
 }
 
+const GridPositions& CBackgrnd::Positions(int axis) const {
+    const CString& text = axis == 0 ? m_strKuaX : axis == 1 ? m_strKuaY : m_strKuaZ;
+    const float origin = axis == 0 ? m_fX0 : axis == 1 ? m_fY0 : m_fZ0;
+    auto& positions = m_pPositions[axis];
+    if (!positions || !positions->MadeFrom(text, origin))
+        positions = std::make_shared<const GridPositions>(text, origin);
+    return *positions;
+}
+
 // The projected coordinates grow or fall with each of x, y and z by itself, also as rounded floats, so that
 // the extreme positions of the axes give the extent of all points.
 CFRect CBackgrnd::GetFrect(const CFCoor* coor) const {
-    const auto extremes = [this](int axis, float origin) {
-        CArray<float, float> spacings;
-        GetJianJu(axis, spacings);
-        const std::vector<float> all = Positions(origin, spacings);
-        const auto [low, high] = std::minmax_element(all.begin(), all.end());
-        return std::pair(*low, *high);
-    };
-    const auto [x0, x1] = extremes(0, m_fX0);
-    const auto [y0, y1] = extremes(1, m_fY0);
-    const auto [z0, z1] = m_nMode == 0 ? extremes(2, m_fZ0) : std::pair(m_fZ0, m_fZ0);
+    const std::vector<float> xs = Extremes(Positions(0)), ys = Extremes(Positions(1));
+    const std::vector<float> zs = m_nMode == 0 ? Extremes(Positions(2)) : std::vector<float>{m_fZ0};
     const CFPoint origin = coor->PointTouYing({m_fX0, m_fY0, m_fZ0});
     CFRect rect(origin, origin);
-    for (const float x : {x0, x1})
-        for (const float y : {y0, y1})
-            for (const float z : {z0, z1}) {
+    for (const float x : xs)
+        for (const float y : ys)
+            for (const float z : zs) {
                 const CFPoint p = coor->PointTouYing({x, y, z});
                 rect = rect | CFRect(p, p);
             }
@@ -78,41 +80,19 @@ CFRect CBackgrnd::GetFrect(const CFCoor* coor) const {
 int CBackgrnd::Draw(CDC* dc, CFCoor* coor, int mode) const {
     const COLORREF background = g_cTvoProfile.m_crBackground;
     const COLORREF color = mode == 1 ? background : g_cTvoProfile.m_crGrid;
-    CArray<float, float> spacings[3];
-    for (int axis = 0; axis < 3; ++axis) GetJianJu(axis, spacings[axis]);
-    const std::vector<float> xs = Positions(m_fX0, spacings[0]);
-    const std::vector<float> ys = Positions(m_fY0, spacings[1]);
-    const std::vector<float> zs = Positions(m_fZ0, spacings[2]);
-
-    // Points behind something painted are left alone, and wiping touches grey pixels only.
     const COLORREF replaced = mode == 0 ? background : kGrey;
-    const double points =
-        static_cast<double>(xs.size()) * static_cast<double>(ys.size()) * static_cast<double>(zs.size());
-    if (points <= kMaxPoints)
-        for (const float x : xs)
-            for (const float y : ys)
-                for (const float z : zs) {
-                    const CPoint p = coor->FPtoDP(CFPoint(x, y, z));
-                    if (dc->GetPixel(p) == replaced) dc->SetPixel(p, color);
-                }
-
+    const GridPositions &x = Positions(0), &y = Positions(1), &z = Positions(2);
+    const Projection view(*coor);
+    CRect clip;
+    dc->GetClipBox(clip);
+    if (CSurface* const surface = dc->Surface(); surface && replaced <= kLastColor) {
+        LatticePainter painter(view, *surface, clip, PixelFromColor(replaced), PixelFromColor(color));
+        painter.Paint(x, y, z);
+    }
     if (m_nMode != 0) return 1;
     CPen pen(PS_SOLID, 1, color);
     CPen* const old = dc->SelectObject(&pen);
-    const float x0 = m_fX0, y0 = m_fY0, z0 = m_fZ0;
-    const float xEnd = xs.back(), yEnd = ys.back(), zEnd = zs.back();
-    for (const float x : xs) {
-        DrawLine(dc, coor, {x, y0, z0}, {x, yEnd, z0});
-        DrawLine(dc, coor, {x, y0, z0}, {x, y0, zEnd});
-    }
-    for (const float y : ys) {
-        DrawLine(dc, coor, {x0, y, z0}, {xEnd, y, z0});
-        DrawLine(dc, coor, {x0, y, z0}, {x0, y, zEnd});
-    }
-    for (const float z : zs) {
-        DrawLine(dc, coor, {x0, y0, z}, {xEnd, y0, z});
-        DrawLine(dc, coor, {x0, y0, z}, {x0, yEnd, z});
-    }
+    DrawGridWalls(*dc, view, clip, x, y, z);
     dc->SelectObject(old);
     return 1;
 }

@@ -2,62 +2,17 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdint>
 
-#include "platform/saturate.h"
+#include "geometry/projection.h"
 
-namespace {
+int CFCoor::FPtoDP(double length) const { return RoundedDevice(2.0 * m_fScale * length + 1.0); }
 
-constexpr int kDeviceLimit = 1 << 30;
-
-// Rounds 2sd / 2: doubled and increased by one, cut towards zero, halved towards zero. To the nearest for
-// positive values, towards zero less one half for negative ones.
-int Rounded(double doubledPlusOne) {
-    const std::int64_t half = SaturatedInt64(doubledPlusOne) / 2;
-    return static_cast<int>(std::clamp<std::int64_t>(half, -kDeviceLimit, kDeviceLimit));
+CPoint CFCoor::FP2toDP(const CFPoint& p) const {
+    const DeviceScale device(*this);
+    return {device.Column(p.x), device.Row(p.y)};
 }
 
-int DeviceValue(float scale, float d) { return Rounded(2.0f * scale * d + 1.0f); }
-
-// Sine and cosine of a view's angle. A plan has the same two angles for every point; their values are those
-// that the float functions give.
-struct Turn {
-    explicit Turn(float angle) {
-        if (angle == 0) {
-            cos = 1;
-            sin = angle;
-        } else if (angle == 1.5707964f) {
-            cos = -4.37113883e-08f;
-            sin = 1;
-        } else {
-            cos = std::cos(angle);
-            sin = std::sin(angle);
-        }
-    }
-    float cos, sin;
-};
-
-void Project(float x, float y, float z, const Turn& a, const Turn& b, float& u, float& v) {
-    u = x * a.cos + y * a.sin;
-    v = z * b.cos + (y * a.cos - x * a.sin) * b.sin;
-}
-
-CPoint DevicePoint(const CFCoor& c, float x, float y) {
-    return {DeviceValue(c.m_fScale, x - c.m_cOrigin.x),
-            DeviceValue(c.m_fScale, c.m_bReverseY ? c.m_cOrigin.y - y : y - c.m_cOrigin.y)};
-}
-
-}  // namespace
-
-int CFCoor::FPtoDP(double length) const { return Rounded(2.0 * m_fScale * length + 1.0); }
-
-CPoint CFCoor::FP2toDP(const CFPoint& p) const { return DevicePoint(*this, p.x, p.y); }
-
-CPoint CFCoor::FPtoDP(const CFPoint& p) const {
-    float u, v;
-    Project(p.x, p.y, p.z, Turn(m_fAlpha), Turn(m_fBeta), u, v);
-    return DevicePoint(*this, u, v);
-}
+CPoint CFCoor::FPtoDP(const CFPoint& p) const { return Projection(*this).Point(p.x, p.y, p.z); }
 
 CRect CFCoor::FPtoDP(const CFRect& rect) const {
     const CPoint corners[] = {
@@ -92,7 +47,9 @@ CFRect CFCoor::DPtoFP(const CRect& rect) const {
 }
 
 void CFCoor::TouYing3Dto2D(float x, float y, float z, float alpha, float beta, float& u, float& v) const {
-    Project(x, y, z, Turn(alpha), Turn(beta), u, v);
+    const PlaneView view(alpha, beta);
+    u = view.U(x, y);
+    v = view.V(z, view.Depth(x, y));
 }
 
 void CFCoor::FanTouYing2Dto3D(float u, float v, float alpha, float beta, float& x, float& y, float& z) const {

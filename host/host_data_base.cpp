@@ -31,6 +31,7 @@ void CTvoHostDataBase::OnDestroyData() {
     m_aTouched.clear();
     m_bBatch = false;
     m_nPlatesFormed = 0;
+    m_bGridShown = false;
     CGridDataBase::OnDestroyData();
 }
 

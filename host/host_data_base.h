@@ -76,8 +76,9 @@ public:
     /// The spatial index, nothing pending: finer than GetInterRect.
     const CGridIndexServiceObject& Index() { return ReadyIndex(); }
 
-    int m_bMerge = 1;        // 0: no line is ever merged
-    int m_bOuterPlates = 0;  // 1: outer contours are plates too
+    int m_bMerge = 1;           // 0: no line is ever merged
+    int m_bOuterPlates = 0;     // 1: outer contours are plates too
+    bool m_bGridShown = false;  // pictures show m_cBackgrnd
 
 private:
     CMianGouJian* FindSamePlate(CMianGouJian* plate);  // in its place, of its type; null when there is none

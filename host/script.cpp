@@ -215,7 +215,7 @@ constexpr ScriptCommand kCommands[] = {
 };
 
 // The families, in the order in which the help tells them.
-const std::span<const ScriptCommand> kFamilies[] = {kCommands, PlateCommands(), ModelCommands()};
+const std::span<const ScriptCommand> kFamilies[] = {kCommands, PlateCommands(), GridCommands(), ModelCommands()};
 
 const ScriptCommand& FindCommand(const std::string& name) {
     for (const auto& family : kFamilies)

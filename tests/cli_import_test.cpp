@@ -270,7 +270,8 @@ TEST(Tvo, HelpTellsAllOptions) {
           "arc3", "delete ID...", "cleannodes", "undo", "redo", "autobreak", "automerge", "tolerance", "storey", "rect",
           "number", "import FILE LAYER", "dump [nodes|lines|plates|loads]", "stat", "plates",
           "begin", "end", "combine TYPE TAG ID...", "embrace ID", "inside ID", "around ID", "stride LINEID",
-          "isrect ID TOL_DEG", "load PLATEID VALUE", "outer", "wholenet", "svg FILE", "png FILE W H"}},
+          "isrect ID TOL_DEG", "load PLATEID VALUE", "outer", "wholenet", "grid X Y [X0 Y0] | off",
+          "svg FILE", "png FILE W H"}},
     };
     for (const auto& row : rows) {
         const TvoRun run = RunTvo(row.arguments);
