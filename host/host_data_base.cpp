@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "host/tvo_load.h"
+#include "host/tvo_rider.h"
 #include "model/grid_index_service_object.h"
 #include "plates/mian_goujian.h"
 
@@ -13,20 +14,23 @@ namespace {
 
 constexpr float kSamePlace = 2.0f, kSameArea = 0.01f;  // as CompleteDPC takes a plate for the same
 
-/// The one type byte of riders on both lines, 0 for no riders on either, -1 when they are not of one kind.
-int KindOfRiders(const CArray<CGouJianEx*>& riders1, const CArray<CGouJianEx*>& riders2) {
-    if (riders1.IsEmpty() && riders2.IsEmpty()) return 0;
-    if (riders1.IsEmpty() || riders2.IsEmpty()) return -1;
-    const int kind = riders1[0]->get_Gjlx();
-    const auto other = [kind](const CGouJianEx* rider) { return rider->get_Gjlx() != kind; };
-    const bool mixed = std::any_of(riders1.begin(), riders1.end(), other) || std::any_of(riders2.begin(), riders2.end(), other);
-    return mixed ? -1 : kind;
+/// What kinds of riders there are, each once.
+std::vector<CTvoRider::Kind> KindsOf(const CArray<CGouJianEx*>& riders) {
+    std::vector<CTvoRider::Kind> kinds;
+    for (const CGouJianEx* rider : riders) kinds.push_back(static_cast<const CTvoRider*>(rider)->KindOf());
+    std::sort(kinds.begin(), kinds.end(), [](const auto& a, const auto& b) { return a < b; });
+    kinds.erase(std::unique(kinds.begin(), kinds.end()), kinds.end());
+    return kinds;
 }
+
+// Plates made by an older combine may have the same type byte.
+bool IsRider(CGouJianEx* obj) { return obj->get_Gjlx() == kTvoRiderType && obj->QueryBasicType() != kBasicPlate; }
 
 }  // namespace
 
 void CTvoHostDataBase::OnDestroyData() {
     m_mapLoad.clear();
+    m_mapRiders.clear();
     m_aKept.clear();
     m_aTouched.clear();
     m_bBatch = false;
@@ -40,6 +44,9 @@ void CTvoHostDataBase::OnAddGouJian(CGouJianEx* obj) {
     if (obj->get_Gjlx() == kTvoLoadType) {
         auto* load = static_cast<CTvoLoad*>(obj);
         m_mapLoad[load->m_dwPlateID] = load;
+    } else if (IsRider(obj)) {
+        auto* rider = static_cast<CTvoRider*>(obj);
+        m_mapRiders[rider->m_dwLineID].push_back(rider);
     } else if (obj->get_Gjlx() == GJLX_MIAN && !m_bUndoing) {
         ++m_nPlatesFormed;
     } else if (m_bBatch && obj->QueryBasicType() == kBasicNode) {
@@ -52,12 +59,26 @@ void CTvoHostDataBase::OnDelGouJian(CGouJianEx* obj) {
     if (obj->get_Gjlx() == kTvoLoadType) {
         const auto found = m_mapLoad.find(static_cast<CTvoLoad*>(obj)->m_dwPlateID);
         if (found != m_mapLoad.end() && found->second == obj) m_mapLoad.erase(found);
+    } else if (IsRider(obj)) {
+        const auto found = m_mapRiders.find(static_cast<CTvoRider*>(obj)->m_dwLineID);
+        if (found == m_mapRiders.end()) return;
+        std::erase(found->second, obj);
+        if (found->second.empty()) m_mapRiders.erase(found);
     } else if (obj->get_Gjlx() == GJLX_MIAN && m_bUndoing) {
         --m_nPlatesFormed;
     } else if (m_bBatch && obj->QueryBasicType() == kBasicLine) {
         const auto* line = static_cast<CGjNetLine*>(obj);
         m_aTouched.insert({line->m_dwStartID, line->m_dwEndID});
     }
+}
+
+int CTvoHostDataBase::DeleteGouJian(CGouJianEx* obj) {
+    if (obj->QueryBasicType() == kBasicLine) {
+        CArray<CGouJianEx*> riders;
+        QueryGouJianOnNetLine(static_cast<CGjNetLine*>(obj), riders);
+        for (CGouJianEx* rider : riders) CGridDataBase::DeleteGouJian(rider);
+    }
+    return CGridDataBase::DeleteGouJian(obj);
 }
 
 // --- plates -----------------------------------------------------------------------------------------------
@@ -122,12 +143,60 @@ CMianGouJian* CTvoHostDataBase::FindSamePlate(CMianGouJian* plate) {
 
 int CTvoHostDataBase::CanMergeNetLineTogetherWithGouJian(CGjNetLine*, CArray<CGouJianEx*>& riders1, CGjNetLine*,
                                                          CArray<CGouJianEx*>& riders2, int, CGjNetNode*) {
-    return m_bMerge && KindOfRiders(riders1, riders2) >= 0;
+    return m_bMerge && KindsOf(riders1) == KindsOf(riders2);
 }
 
 int CTvoHostDataBase::IsIndependentNetNode(CGjNetNode* node) {
     CArray<CGouJianEx*> lines;
     return GetConnectedNetLine(node, lines) == 0;
+}
+
+// --- riders -----------------------------------------------------------------------------------------------
+
+int CTvoHostDataBase::QueryGouJianOnNetLine(CGjNetLine* line, CArray<CGouJianEx*>& riders) {
+    if (const auto found = m_mapRiders.find(line->get_m_dwGouJianID()); found != m_mapRiders.end()) {
+        std::vector<CTvoRider*> here = found->second;  // undo may have changed their order
+        std::sort(here.begin(), here.end(), [](const auto* a, const auto* b) { return a->m_dwGouJianID < b->m_dwGouJianID; });
+        for (CTvoRider* rider : here) riders.Add(rider);
+    }
+    return !riders.IsEmpty();
+}
+
+void CTvoHostDataBase::CreateGouJianAfterBreak(CGjNetLine*, CGjNetLine* part, CArray<CGouJianEx*>& riders) {
+    for (const CGouJianEx* rider : riders)
+        AddRider(part, static_cast<const CTvoRider*>(rider)->m_fWidth, rider->m_dwTag, rider->get_m_byteStatus());
+}
+
+void CTvoHostDataBase::CreateGouJianAfterMerge(CGjNetLine* merged, CGjNetLine*, CGjNetLine*, CArray<CGouJianEx*>& riders1,
+                                               CArray<CGouJianEx*>& riders2, int) {
+    CreateGouJianAfterBreak(nullptr, merged, riders1);
+    CreateGouJianAfterBreak(nullptr, merged, riders2);
+}
+
+CTvoRider* CTvoHostDataBase::AddRider(CGjNetLine* line, float width, std::uint32_t tag, unsigned char status) {
+    if (POSITION first = m_mapFamily[kTvoRiderType].GetStartPosition()) {
+        unsigned long id = 0;
+        CGouJianEx* member = nullptr;
+        m_mapFamily[kTvoRiderType].GetNextAssoc(first, id, member);
+        if (!IsRider(member)) return nullptr;
+    }
+    CArray<CGouJianEx*> standing;
+    QueryGouJianOnNetLine(line, standing);
+    const CTvoRider::Kind kind{width, tag, status == GJ_STATUS_HIDDEN};
+    for (CGouJianEx* obj : standing)
+        if (auto* rider = static_cast<CTvoRider*>(obj); rider->KindOf() == kind) return rider;
+    auto* rider = new CTvoRider;
+    rider->m_pDataBase = this;
+    rider->set_m_dwGouJianID(GetNextID(kTvoRiderType));
+    rider->set_m_dwGouJianNO(rider->get_m_dwGouJianID() & 0xFFFFFF);
+    rider->m_dwTag = tag;
+    rider->set_m_byteStatus(status);
+    rider->m_pNetLine = line;
+    rider->m_dwLineID = line->get_m_dwGouJianID();
+    rider->m_fWidth = width;
+    AddGouJian(rider);  // owns it from here on
+    rider->m_nCeng = line->m_nCeng;
+    return rider;
 }
 
 // --- loads ------------------------------------------------------------------------------------------------

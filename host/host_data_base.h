@@ -10,15 +10,20 @@
 
 class CGridIndexServiceObject;
 class CTvoLoad;
+class CTvoRider;
 
 /// A net that merges the pieces of a line once nothing meets at the node between them any more, takes nodes without
 /// lines for superfluous, and whose plates, once there are any, follow each edit. Outer contours are no plates. A load
-/// may hang on a plate; it stays while the plate is replaced by one of the same place and size.
+/// may hang on a plate; it stays while the plate is replaced by one of the same place and size. Riders may stand on a line;
+/// they survive its breaking and merging and go when it goes.
 class CTvoHostDataBase : public CGridDataBase {
 public:
     void OnDestroyData() override;
     void OnAddGouJian(CGouJianEx* obj) override;
     void OnDelGouJian(CGouJianEx* obj) override;
+    using CGridDataBase::DeleteGouJian;
+    /// A line takes its riders along, by whatever way it goes.
+    int DeleteGouJian(CGouJianEx* obj) override;
     void BeforeUndo(CList<CGouJianEx*>&) override { m_bUndoing = true; }
     void AfterUndo(CList<CGouJianEx*>&) override { m_bUndoing = false; }
 
@@ -35,11 +40,21 @@ public:
     void FormPlates();
 
     // --- lines and nodes ---
-    /// Agrees when merging is on and the riders of both lines are of one kind: none on either, or one type byte on both.
+    /// Agrees when merging is on and both lines have riders of the same kinds, or none.
     int CanMergeNetLineTogetherWithGouJian(CGjNetLine* l1, CArray<CGouJianEx*>& riders1, CGjNetLine* l2,
                                            CArray<CGouJianEx*>& riders2, int mode, CGjNetNode* shared) override;
     /// A node is independent when its star holds no line.
     int IsIndependentNetNode(CGjNetNode* node) override;
+
+    // --- riders ---
+    int QueryGouJianOnNetLine(CGjNetLine* line, CArray<CGouJianEx*>& riders) override;
+    /// Each part gets a rider like each of the old line's, unless one of that kind stands there.
+    void CreateGouJianAfterBreak(CGjNetLine* old, CGjNetLine* part, CArray<CGouJianEx*>& riders) override;
+    void CreateGouJianAfterMerge(CGjNetLine* merged, CGjNetLine* l1, CGjNetLine* l2, CArray<CGouJianEx*>& riders1,
+                                 CArray<CGouJianEx*>& riders2, int mode) override;
+    /// Puts a strip on a line; the one that stands there if it is of the same width and tag. Null when plates have
+    /// taken the riders' type byte.
+    CTvoRider* AddRider(CGjNetLine* line, float width, std::uint32_t tag, unsigned char status);
 
     // --- loads ---
     /// Puts a load on a plate, in the place of one that hangs there.
@@ -84,6 +99,7 @@ private:
     CMianGouJian* FindSamePlate(CMianGouJian* plate);  // in its place, of its type; null when there is none
 
     std::unordered_map<std::uint32_t, CTvoLoad*> m_mapLoad;  // load by identity of the plate; only looked up
+    std::unordered_map<std::uint32_t, std::vector<CTvoRider*>> m_mapRiders;  // by identity of the line; only looked up
     std::set<std::uint32_t> m_aKept;     // identities of nodes that stay without lines
     std::set<std::uint32_t> m_aTouched;  // identities of nodes that the batch may have left without lines
     bool m_bBatch = false;               // between BeginBatch and EndBatch

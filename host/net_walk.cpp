@@ -99,9 +99,11 @@ void Extent::Grow(double margin) {
     maxY += margin;
 }
 
-Extent NetExtent(CGridDataBase& db) {
+Extent NetExtent(CGridDataBase& db) { return ExtentOf(NetNodes(db), NetLines(db)); }
+
+Extent ExtentOf(const std::vector<CGjNetNode*>& nodes, const std::vector<CGjNetLine*>& lines) {
     Extent extent;
-    for (const CGjNetNode* node : NetNodes(db)) extent.Add(node->m_fX, node->m_fY);
-    for (const CGjNetLine* line : NetLines(db)) AddLine(extent, *line);
+    for (const CGjNetNode* node : nodes) extent.Add(node->m_fX, node->m_fY);
+    for (const CGjNetLine* line : lines) AddLine(extent, *line);
     return extent;
 }

@@ -37,3 +37,4 @@ struct Extent {
 /// The box of all nodes and lines, arcs with the part of the circle that they cover. Numbers that are not finite
 /// stay out.
 Extent NetExtent(CGridDataBase& db);
+Extent ExtentOf(const std::vector<CGjNetNode*>& nodes, const std::vector<CGjNetLine*>& lines);

@@ -8,11 +8,11 @@
 #include "host/file_output.h"
 #include "host/glyphs/freetype_glyph_source.h"
 #include "host/host_data_base.h"
-#include "host/net_walk.h"
+#include "host/paper_ink.h"
+#include "host/picture_content.h"
 #include "host/picture_style.h"
 #include "host/plate_look.h"
 #include "host/png/png_writer.h"
-#include "host/tvo_load.h"
 #include "model/goujian.h"
 #include "model/profile.h"
 #include "net/gj_net_line.h"
@@ -50,33 +50,6 @@ private:
     int m_node = g_cTvoProfile.m_nNodeColor;
     decltype(g_cTvoProfile.m_crBackground) m_background = g_cTvoProfile.m_crBackground;
 };
-
-/// The box of everything that the picture shows.
-Extent ModelExtent(CGridDataBase& db, const std::vector<CGouJianEx*>& others) {
-    Extent extent = NetExtent(db);
-    for (CGouJianEx* other : others) {
-        const CFRect box = other->GetFrect();
-        extent.Add(box.m_fMinX, box.m_fMinY);
-        extent.Add(box.m_fMaxX, box.m_fMaxY);
-    }
-    return extent;
-}
-
-/// Physical components other than nodes, lines, plates and what hangs on these, by identity.
-std::vector<CGouJianEx*> OtherComponents(CGridDataBase& db) {
-    CList<CGouJianEx*> all;
-    db.GetGouJianListAll(all);
-    std::vector<CGouJianEx*> others;
-    for (POSITION at = all.GetHeadPosition(); at;) {
-        CGouJianEx* component = all.GetNext(at);
-        const int kind = component->QueryBasicType();
-        const bool shown = kind == kBasicNode || kind == kBasicLine || kind == kBasicPlate || component->get_Gjlx() == kTvoLoadType;
-        if (!shown && component->IsPhysicalGouJian() == 1) others.push_back(component);
-    }
-    std::sort(others.begin(), others.end(),
-              [](const auto* a, const auto* b) { return a->m_dwGouJianID < b->m_dwGouJianID; });
-    return others;
-}
 
 /// A plan view that shows `extent` as large as fits between the margins, centred.
 CFCoor FittedCoor(const Extent& extent, int width, int height, int margin, int footer) {
@@ -140,6 +113,14 @@ void DrawPlates(CDC& dc, const CFCoor& coor, CTvoHostDataBase& db, int width, in
     for (const PlateLabel& label : PlateLabels(db, faces, largest / scale, kSmallestLetters / scale)) DrawLabel(dc, coor, label);
 }
 
+/// A component that is none of the net's.
+void DrawComponent(CDC& dc, CFCoor& coor, CTvoHostDataBase& db, CGouJianEx& component) {
+    if (component.m_bSelfDraw || component.m_bDrawBoth)
+        db.DrawOne(&dc, &coor, &component);
+    else
+        ForEachOnPaper(component, [&](CGraphEntity& entity) { entity.Draw(&dc, &coor); });
+}
+
 /// As much of a text as fits, with an ellipsis for the rest.
 std::string Shortened(const CDC& dc, std::string text, int room) {
     const auto fits = [&](const std::string& t) { return dc.GetTextExtent(CString(t)).cx <= room; };
@@ -185,23 +166,23 @@ void DrawFooter(CDC& dc, const CFCoor& coor, int width, int height, int margin, 
 void WritePngOfModel(const std::string& path, CTvoHostDataBase& db, int width, int height, const std::string& caption) {
     [[maybe_unused]] static const bool fonts = UseSystemFonts();  // looked for once, and only when text is drawn
     const PaperColors colors;
-    const auto others = OtherComponents(db);
-    Extent extent = ModelExtent(db, others);
-    if (extent.IsEmpty()) extent = {0, 0, 1000, 1000};
+    PictureContent content = ContentOfPicture(db);
+    if (content.extent.IsEmpty()) content.extent = {0, 0, 1000, 1000};
 
     const auto surface = std::make_shared<CSurface>(width, height);
     surface->Fill(PixelFromColor(kPaper));
     CDC dc(surface);
     const int margin = std::min(width, height) / 25;
     const int footer = std::min(width, height) >= 200 ? std::max(20, std::min(width, height) / 32) : 0;
-    CFCoor coor = FittedCoor(extent, width, height, margin, footer);
+    CFCoor coor = FittedCoor(content.extent, width, height, margin, footer);
 
     DrawPlates(dc, coor, db, width, height);
-    for (CGjNetLine* line : NetLines(db)) db.DrawOne(&dc, &coor, line);
-    for (CGouJianEx* other : others) db.DrawOne(&dc, &coor, other);
+    for (CGouJianEx* other : content.below) DrawComponent(dc, coor, db, *other);
+    for (CGjNetLine* line : content.lines) db.DrawOne(&dc, &coor, line);
+    for (CGouJianEx* other : content.above) DrawComponent(dc, coor, db, *other);
     CPen rim(PS_NULL, 1, kPaper);  // a node is a plain disc
     CPen* const oldPen = dc.SelectObject(&rim);
-    for (CGjNetNode* node : NetNodes(db)) db.DrawOne(&dc, &coor, node);
+    for (CGjNetNode* node : content.nodes) db.DrawOne(&dc, &coor, node);
     dc.SelectObject(oldPen);
     if (footer) DrawFooter(dc, coor, width, height, margin, footer, caption);
 

@@ -125,7 +125,7 @@ PlateLabel LabelOf(CTvoHostDataBase& db, const PlateFace& face, double height, b
     label.lines.push_back({std::to_string(plate.m_dwGouJianNO), height, 0});
     if (numberOnly) return label;
     label.lines.push_back({AreaText(plate.m_fArea), height * 0.8, 0});
-    if (const CTvoLoad* load = db.FindLoad(plate.m_dwGouJianID)) {
+    if (const CTvoLoad* load = db.FindLoad(plate.m_dwGouJianID); load && load->IsVisable()) {
         char text[40];
         std::snprintf(text, sizeof text, "q = %.6g", load->m_dValue);
         label.lines.push_back({text, height * 0.8, 0});
@@ -264,7 +264,7 @@ std::vector<PlateFace> PlateFaces(CTvoHostDataBase& db) {
     std::vector<PlateFace> faces;
     for (std::size_t i = 0; i < plates.size(); ++i) {
         const bool whole = plates[i]->m_region.GetSize() >= 2 && std::isfinite(plates[i]->m_fArea);
-        if (whole) faces.push_back({plates[i], colors[i]});
+        if (whole && db.IsVisible(plates[i])) faces.push_back({plates[i], colors[i]});
     }
     std::stable_sort(faces.begin(), faces.end(),
                      [](const PlateFace& a, const PlateFace& b) { return a.plate->m_fArea > b.plate->m_fArea; });

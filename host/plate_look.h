@@ -24,7 +24,7 @@ struct PlateFace {
     int color = 0;
 };
 
-/// The plates that follow the net and have a border, the largest first, so that one inside another is painted upon it.
+/// The visible plates that follow the net and have a border, the largest first, so that one inside another is painted upon it.
 /// Neighbours have different colours as far as these go; the same model always gives the same ones.
 std::vector<PlateFace> PlateFaces(CTvoHostDataBase& db);
 

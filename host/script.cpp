@@ -152,20 +152,6 @@ void RunRect(Script& script, const Words& words) {
     PrintJsonLine(script.m_out, {{"type", "rect"}, {"offered", offered}, {"kept", kept}});
 }
 
-void RunDump(Script& script, const Words& words) {
-    const std::string what = words.size() > 1 ? words[1] : "";
-    const auto dump = [&](const char* kind, const auto& components, auto json) {
-        if (!what.empty() && what != kind) return false;
-        for (const auto* component : components(script.m_db)) PrintJsonLine(script.m_out, json(*component));
-        return true;
-    };
-    bool known = dump("nodes", NetNodes, NodeJson);
-    known |= dump("lines", NetLines, LineJson);
-    known |= dump("plates", AllPlates, PlateJson);
-    known |= dump("loads", AllLoads, LoadJson);
-    if (!known) throw ScriptFailure{"dump knows nodes, lines, plates and loads, not '" + what + "'"};
-}
-
 void RunStat(Script& script, const Words&) { PrintJsonLine(script.m_out, StatJson(script.m_db)); }
 
 // ---- files ----------------------------------------------------------------------------------------
@@ -208,14 +194,13 @@ constexpr ScriptCommand kCommands[] = {
     {"rect", "X1 Y1 X2 Y2", 4, 4, RunRect, "identities that the index offers for a box, and those that touch it"},
     {"number", "", 0, 0, RunNumber, "number all nodes and lines by rows"},
     {"import", "FILE LAYER", 2, 2, RunImport, "start a step and add a layer of a DXF drawing; prints the report"},
-    {"dump", "[nodes|lines|plates|loads]", 0, 1, RunDump, "print nodes, lines, plates and loads, each by identity"},
     {"stat", "", 0, 0, RunStat, "print the numbers of nodes, lines, plates and dangling lines, and the plates' area"},
-    {"svg", "FILE", 1, 1, RunSvg, "draw the net as SVG"},
-    {"png", "FILE W H", 3, 3, RunPng, "draw the model as PNG, W by H pixels"},
+    {"svg", "FILE", 1, 1, RunSvg, "draw everything that is not hidden as SVG"},
+    {"png", "FILE W H", 3, 3, RunPng, "the same as PNG, W by H pixels"},
 };
 
 // The families, in the order in which the help tells them.
-const std::span<const ScriptCommand> kFamilies[] = {kCommands, PlateCommands(), GridCommands(), ModelCommands()};
+const std::span<const ScriptCommand> kFamilies[] = {kCommands, PartCommands(), PlateCommands(), GridCommands(), ModelCommands()};
 
 const ScriptCommand& FindCommand(const std::string& name) {
     for (const auto& family : kFamilies)

@@ -8,6 +8,13 @@ namespace {
 
 bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n' || c == '\f' || c == '\v'; }
 
+/// Does the text begin with a word such as #FF8000?
+bool BeginsWithColor(std::string_view text) {
+    constexpr std::size_t kLength = 7;
+    return text.size() >= kLength && (text.size() == kLength || IsBlank(text[kLength])) &&
+           text.substr(1, kLength - 1).find_first_not_of("0123456789abcdefABCDEF") == std::string_view::npos;
+}
+
 /// std::from_chars knows no plus sign; people write one.
 std::string_view WithoutPlus(std::string_view word) {
     if (word.size() > 1 && word[0] == '+' && word[1] != '-') word.remove_prefix(1);
@@ -31,6 +38,9 @@ std::vector<std::string> SplitScriptLine(std::string_view line) {
     for (std::size_t i = 0; i < line.size();) {
         if (IsBlank(line[i])) {
             ++i;
+        } else if (line[i] == '#' && !words.empty() && words.back() == kColorWord && BeginsWithColor(line.substr(i))) {
+            words.emplace_back(line.substr(i, 7));
+            i += 7;
         } else if (line[i] == '#') {
             break;
         } else if (line[i] == '"') {

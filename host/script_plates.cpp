@@ -8,6 +8,7 @@
 #include "host/script_command.h"
 #include "host/script_line.h"
 #include "host/tvo_load.h"
+#include "host/tvo_rider.h"
 #include "plates/mian_goujian.h"
 #include "plates/plate_queries.h"
 
@@ -52,8 +53,8 @@ void RunEnd(Script& script, const ScriptWords&) {
 unsigned char PlateType(const std::string& word) {
     const auto type = static_cast<unsigned char>(ScriptInteger(word, "TYPE", 1, 255));
     const bool free = (type >= 11 && type <= 15) || (type >= 17 && type <= 254);
-    if ((!free && type != GJLX_MIAN) || type == kTvoLoadType)
-        throw ScriptFailure{"TYPE: '" + word + "' is no type for plates; 3, 11 to 15, or 17 to 253"};
+    if ((!free && type != GJLX_MIAN) || type == kTvoLoadType || type == kTvoRiderType)
+        throw ScriptFailure{"TYPE: '" + word + "' is no type for plates; 3, 11 to 15, or 17 to 252"};
     return type;
 }
 

@@ -15,6 +15,7 @@ class CDC;
 class CFCoor;
 class CFRegion;
 class CGjChang;
+class CGjText;
 class CGouJianEx;
 class CGraphEntity;
 class CGridIndexServiceObject;
@@ -134,6 +135,9 @@ public:
                     unsigned char status, int snap);
     CGouJianEx* DrawCircleRgn(float x, float y, float r, unsigned long colour, unsigned long tag, unsigned char status, int snap);
     CGouJianEx* DrawPolygonRgn(CArray<CFPoint, CFPoint>& points, unsigned long colour, unsigned long tag, unsigned char status, int snap);
+    /// A text component; angle in radians. Without a colour it has the profile's. The last argument is not read.
+    CGjText* DrawTextA(float x, float y, CString text, unsigned long tag, unsigned char status, float height, float angle,
+                       const unsigned long* colour, int unused);
 
     void ClearText(unsigned long tag) { Clear_GouJian(GJLX_TEXT, tag); }
     void HideText(unsigned long tag) { Hide_GouJian(GJLX_TEXT, tag); }
@@ -228,6 +232,8 @@ private:
     void BringIndexUpToDate();
     void LetGo(CGouJianEx* obj);
     void MarkViewStale();
+    /// Gives a new component its identity, tag and status, and adds it.
+    void Enroll(CGouJianEx* obj, unsigned char type, unsigned long tag, unsigned char status);
     CGouJianEx* AddGraphics(CGraphEntity* entity, unsigned char type, unsigned long colour, unsigned long tag,
                      unsigned char status, int snap);
     void ReplaceTextHeights(CArray<unsigned char, unsigned char>* types, float factor, bool scale);

@@ -1,6 +1,7 @@
 // Painting the model, and the graphics components that a host paints into it.
 #include "model/by_identity.h"
 #include "model/draw_graph.h"
+#include "model/gj_text.h"
 #include "model/tvo_data_base.h"
 #include "shell/tvo_frame_base.h"
 #include "view/tvo_view_mgr.h"
@@ -58,6 +59,11 @@ CGouJianEx* CTvoDataBase::AddGraphics(CGraphEntity* entity, unsigned char type, 
     graph->Append(entity);
     entity->SetColor(colour);
     entity->SetSnap(snap);
+    Enroll(obj, type, tag, status);
+    return obj;
+}
+
+void CTvoDataBase::Enroll(CGouJianEx* obj, unsigned char type, unsigned long tag, unsigned char status) {
     obj->m_dwTag = static_cast<std::uint32_t>(tag & 0xFFFFFFFF);
     obj->set_Gjlx(type);
     obj->set_m_dwGouJianID(GetNextID(type));
@@ -65,7 +71,6 @@ CGouJianEx* CTvoDataBase::AddGraphics(CGraphEntity* entity, unsigned char type, 
     obj->set_m_dwGouJianNO(obj->get_m_dwGouJianID() & 0xFFFFFF);
     obj->m_pDataBase = this;
     AddGouJian(obj);
-    return obj;
 }
 
 CGouJianEx* CTvoDataBase::DrawPoint(float x, float y, unsigned long colour, unsigned long tag, unsigned char status, int snap) {
@@ -95,6 +100,19 @@ CGouJianEx* CTvoDataBase::DrawCircleRgn(float x, float y, float r, unsigned long
 CGouJianEx* CTvoDataBase::DrawPolygonRgn(CArray<CFPoint, CFPoint>& points, unsigned long colour, unsigned long tag,
                                          unsigned char status, int snap) {
     return AddGraphics(new CGraph_PolyRgn(points), GJLX_POLYGON_RGN, colour, tag, status, snap);
+}
+
+CGjText* CTvoDataBase::DrawTextA(float x, float y, CString text, unsigned long tag, unsigned char status, float height,
+                                 float angle, const unsigned long* colour, int) {
+    auto* obj = new CGjText;  // owned by the container from AddGouJian on
+    obj->m_fX = x;
+    obj->m_fY = y;
+    obj->m_fHeight = height;
+    obj->m_fAngle = angle;
+    obj->m_strText = std::move(text);
+    if (colour) obj->m_crColor = static_cast<std::uint32_t>(*colour & 0xFFFFFFFF);
+    Enroll(obj, GJLX_TEXT, tag, status);
+    return obj;
 }
 
 // --- texts ------------------------------------------------------------------------------------------------

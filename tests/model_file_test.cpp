@@ -318,7 +318,7 @@ TEST_F(ModelFileTest, NonsenseBehindTrueChecksumsIsRefused) {
             CArray<CGouJianEx*> left;
             EXPECT_EQ(net.GetGouJianArray(GJLX_MIAN, &left), 1);
             EXPECT_EQ(OpenModel(File(), net, m_host).Remarks(),
-                      "1 plates could not be resolved and were left out; 1 components of which the ground is missing were left out");
+                      "1 plates could not be resolved and were left out; 1 components of which the ground is missing were left out: component 503316481");
         } else {
             EXPECT_NE(said.find(row.message), std::string::npos) << said;
             EXPECT_NE(said.find("at byte " + std::to_string(row.messageAt)), std::string::npos) << said;

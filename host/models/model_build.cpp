@@ -107,6 +107,8 @@ private:
             planned.component->m_pDataBase = &m_db;
             if (!m_host.CanStand(*planned.component, m_db)) {
                 ++m_built.unresolvedOthers;
+                if (m_built.leftOut.size() < BuiltModel::kMostNamed)
+                    m_built.leftOut.push_back(m_host.Describe(*planned.component));
                 continue;
             }
             m_db.SetCurCeng(planned.storey);
@@ -155,6 +157,8 @@ std::string BuiltModel::Remarks() const {
     };
     say(unresolvedPlates, " plates could not be resolved and were left out");
     say(unresolvedOthers, " components of which the ground is missing were left out");
+    for (std::size_t i = 0; i < leftOut.size(); ++i) text += (i == 0 ? ": " : ", ") + leftOut[i];
+    if (unresolvedOthers > leftOut.size() && !leftOut.empty()) text += " and others";
     if (!hostDataRead) text += std::string(text.empty() ? "" : "; ") + "the host's data could not be read";
     return text;
 }

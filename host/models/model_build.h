@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "host/models/model_format.h"
 
@@ -14,7 +15,10 @@ struct BuiltModel {
     std::size_t nodes = 0, lines = 0, plates = 0, others = 0;  // in the model now
     std::size_t unresolvedPlates = 0;  // left out: a line of their border is missing, or it does not close
     std::size_t unresolvedOthers = 0;  // left out: what they hang on is missing
+    std::vector<std::string> leftOut;  // the first kMostNamed of these, by what people call them
     bool hostDataRead = true;
+
+    static constexpr std::size_t kMostNamed = 20;
 
     /// What was left out, as a sentence for people; empty when nothing was.
     std::string Remarks() const;

@@ -4,6 +4,7 @@
 #include <bit>
 
 #include "host/models/crc32.h"
+#include "model/goujian_type.h"
 #include "plates/gj_xing_zhuang_bian.h"
 
 namespace {
@@ -40,6 +41,20 @@ std::string SectionName(SectionKind kind) {
     static const char* const names[] = {"counters", "nodes", "lines", "plates", "host components", "host data"};
     const int rank = SectionRank(kind);
     return std::string(rank < 0 ? "unknown" : names[rank]) + " section";
+}
+
+std::string SectionName(const SectionHead& head) {
+    if (head.kind != SectionKind::kHost) return SectionName(head.kind);
+    switch (head.type) {
+        case GJLX_TEXT: return "texts section";
+        case GJLX_POINT: return "points section";
+        case GJLX_LINE: return "plain lines section";
+        case GJLX_ARC: return "arcs section";
+        case GJLX_CIRCLE: return "circles section";
+        case GJLX_CIRCLE_RGN: return "discs section";
+        case GJLX_POLYGON_RGN: return "polygons section";
+        default: return SectionName(head.kind);
+    }
 }
 
 void PutWord(std::string& out, std::uint32_t value) {

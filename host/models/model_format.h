@@ -21,7 +21,7 @@
 //      NODE  node blocks, 16 bytes each, then attribute runs
 //      LINE  line blocks, 32 bytes each, then attribute runs
 //      PLAT  plate blocks, then attribute runs
-//      HOST  components of one type of the host: number, identity, length, attributes (16), the bytes of its block
+//      HOST  components of one type, texts and graphics or of the host: number, identity, length, attributes (16), the bytes of its block
 //      DATA  what else the host keeps in a model
 //
 // The blocks are those that the components write themselves. What these leave out stands in runs of neighbours that
@@ -89,6 +89,9 @@ struct SectionHead {
     std::uint64_t length = 0;
     std::uint32_t checksum = 0;
 };
+
+/// The same with the name of the library's own types of components, "texts section" among them.
+std::string SectionName(const SectionHead& head);
 
 /// What neighbouring components have in common besides their blocks.
 struct AttributeRun {

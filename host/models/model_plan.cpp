@@ -66,7 +66,7 @@ private:
 
     /// Always false, for those who give up with it.
     bool Fault(std::uint64_t byte, std::string reason) {
-        Fault({SectionName(m_section->head.kind), byte, std::move(reason)});
+        Fault({SectionName(m_section->head), byte, std::move(reason)});
         return false;
     }
     void Fault(ModelFault fault) {
@@ -257,7 +257,7 @@ private:
         bool read = false;
         if (length > 0) {
             std::FILE* stream = ::fmemopen(const_cast<char*>(bytes.data()), length, "r");  // read only
-            read = stream && component.ReadBinary(stream) != 0;
+            read = stream && m_host.Read(component, stream) != 0;
             if (stream) std::fclose(stream);
         }
         if (!read || (status != GJ_STATUS_NORMAL && status != GJ_STATUS_HIDDEN)) {

@@ -83,7 +83,7 @@ private:
         if (head->length > section.payload.size()) {
             // Or bytes are missing in the middle, and more sections follow.
             section.state = SectionState::kCut;
-            Fault(SectionName(head->kind), at, "the file ends within it");
+            Fault(SectionName(*head), at, "the file ends within it");
             m_file.sections.push_back(section);
             return NextHead(at + 1);
         }
@@ -92,7 +92,7 @@ private:
         m_checked += section.payload.size();
         if (Crc32(section.payload) != head->checksum) {
             section.state = SectionState::kDamaged;
-            Fault(SectionName(head->kind), at, "its checksum does not hold");
+            Fault(SectionName(*head), at, "its checksum does not hold");
         }
         m_file.sections.push_back(section);
         // A damaged section may be longer or shorter than it was.

@@ -149,7 +149,7 @@ private:
             std::string payload;
             for (std::size_t i = from; i < to; ++i) {
                 MemoryStream block;
-                all[i]->WriteBinary(block.Stream());
+                m_host.Write(*all[i], block.Stream());
                 const std::string_view bytes = block.Bytes();
                 const AttributeRun a = AttributesOf(*all[i]);
                 NoteStorey(a.storey);

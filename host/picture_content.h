@@ -1,0 +1,20 @@
+// What a picture of the model shows: everything that is visible, in layers.
+#pragma once
+#include <vector>
+
+#include "host/net_walk.h"
+
+class CGouJianEx;
+class CTvoHostDataBase;
+
+/// The components of a picture, borrowed, each layer by ascending identity; hidden ones are not among them. Plates and
+/// what hangs on them have a look of their own (host/plate_look.h).
+struct PictureContent {
+    std::vector<CGouJianEx*> below;  // fields, areas and riders, painted before the lines of the net
+    std::vector<CGjNetLine*> lines;
+    std::vector<CGouJianEx*> above;  // the other components, texts last
+    std::vector<CGjNetNode*> nodes;  // on top
+    Extent extent;                   // of all of it, lines as wide as they are; empty when there is nothing
+};
+
+PictureContent ContentOfPicture(CTvoHostDataBase& db);
