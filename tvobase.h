@@ -40,6 +40,7 @@
 #include "platform/intersection.h"
 #include "platform/string.h"
 #include "platform/win_types.h"
+#include "platform/window_system.h"
 #include "shell/switch_container.h"
 #include "shell/tvo_frame_base.h"
 #include "view/tvo_view_mgr.h"

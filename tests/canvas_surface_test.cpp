@@ -313,8 +313,4 @@ TEST(Context, HandsBackWhatWasSelectedAndRestoresStates) {
     SetSystemMetrics(SM_CYFULLSCREEN, 700);
     EXPECT_EQ(CClientDC(nullptr).Surface()->Height(), 700);
     SetSystemMetrics(SM_CYFULLSCREEN, 1080);
-    const auto window = std::make_shared<CSurface>(5, 6);
-    SetClientSurfaceSource([&](CWnd*) { return window; });
-    EXPECT_EQ(CClientDC(nullptr).Surface(), window.get());
-    SetClientSurfaceSource(nullptr);
 }

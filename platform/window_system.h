@@ -1,0 +1,131 @@
+// The seam to the window toolkit. The classes here work by themselves, without a screen; a backend overrides
+// what it can show.
+#pragma once
+#include <cstdint>
+#include <deque>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/window.h"
+
+/// The system's side of one window; owned by the window. This one keeps place and text in memory.
+class CWindowPeer {
+public:
+    CWindowPeer(CWnd& window, CWnd* parent) : m_window(window), m_parent(parent) {}
+    CWindowPeer(const CWindowPeer&) = delete;
+    CWindowPeer& operator=(const CWindowPeer&) = delete;
+    virtual ~CWindowPeer() = default;
+
+    virtual CSize Client() const { return {m_place.Width(), m_place.Height()}; }
+    virtual CPoint Origin() const;  // of the client area on the screen
+    /// To a place in the parent's client area. Calls Resized of the window if its size changes.
+    virtual void Move(const CRect& place);
+    virtual void Show(bool show) { m_shown = show; }
+    virtual void Present(const CSurface& /*picture*/) {}  // to the screen
+    virtual void Focus() {}
+    virtual void Capture(bool /*on*/) {}
+    virtual void Cursor(HCURSOR /*cursor*/) {}
+    virtual void WarpPointer(CPoint /*client*/) {}  // the move itself is no business of the peer's
+    // Edit controls
+    virtual std::string Text() const { return m_text; }
+    virtual void SetText(const std::string& text) { m_text = text; }
+    virtual void AppendText(const std::string& text) { SetText(Text() + text); }
+    virtual void ScrollToEnd() {}
+
+protected:
+    CWnd& m_window;            // its owner
+    CWnd* m_parent = nullptr;  // borrowed
+    CRect m_place;             // in the parent
+    bool m_shown = true;
+    std::string m_text;  // UTF-8
+};
+
+/// The system that windows live in, one at a time for the process. This one has no screen: its clock stands
+/// still until it is moved, its dialogs answer what a test or a script has laid ready, its settings are
+/// forgotten at the end.
+///
+/// Order of events: an input event is handled, then everything that was posted meanwhile, then each window
+/// that is marked is painted once; only then comes the next input event. Commands rely on it: the point of a
+/// click must have reached the command before the next move draws.
+class CWindowSystem {
+public:
+    CWindowSystem();  // becomes the current one
+    CWindowSystem(const CWindowSystem&) = delete;
+    CWindowSystem& operator=(const CWindowSystem&) = delete;
+    virtual ~CWindowSystem();         // its windows lose their peers; the system before becomes current again
+    static CWindowSystem* Current();  // null: there are no windows
+
+    // --- input, called by backends, scripts and tests
+    /// Handles one event of a window, then drains. Mouse events go to the window that has the capture.
+    void Deliver(CWnd& window, UINT message, WPARAM w, LPARAM l);
+    void DeliverMouse(CWnd& window, UINT message, UINT keys, CPoint client);
+    void DeliverWheel(CWnd& window, UINT keys, int delta, CPoint screen);
+    /// The key goes to the window; `text` is what it types there (empty: nothing).
+    void DeliverKey(CWnd& window, UINT key, bool shift, bool control, const std::string& text);
+    /// All that is posted, then painting. Stops after kMostMessages, with Wake called: a command may post for
+    /// ever.
+    void Drain();
+    static constexpr int kMostMessages = 200;
+    bool IsIdle() const { return m_posted.empty(); }
+
+    // --- for CWnd
+    void Post(CWnd& window, UINT message, WPARAM w, LPARAM l);
+    void Enter(CWnd& window);   // into the row of windows
+    void Forget(CWnd& window);  // everything that names it
+    CWnd* Focus() const { return m_focus; }
+    void SetFocus(CWnd& window);
+    CWnd* Capture() const { return m_capture; }
+    void SetCapture(CWnd* window);
+    bool IsKeyDown(UINT key) const { return key == VK_SHIFT ? m_shift : key == VK_CONTROL && m_control; }
+
+    // --- what a backend provides
+    virtual std::unique_ptr<CWindowPeer> MakePeer(CWnd& window, WindowKind kind, CWnd* parent);
+    virtual void Wake() {}  // have Drain called soon
+    virtual std::int64_t Ticks() { return m_now; }
+    virtual std::int64_t TicksPerSecond() { return 1000000; }
+    virtual void StartTimer(CWnd& window, unsigned id, int milliseconds);
+    virtual void StopTimer(CWnd& window, unsigned id);
+    /// Asks for the path of a file to write; nothing for a cancel. `pattern` is as in "*.DXF".
+    virtual std::optional<std::string> AskSavePath(const std::string& description,
+                                                   const std::string& pattern);
+    virtual void ShowMessage(const std::string& text) { m_messages.push_back(text); }
+    virtual bool RunProgram(const std::vector<std::string>& /*arguments*/, bool /*wait*/) { return false; }
+    /// A setting of the user's, by the path of its group and its name.
+    virtual std::optional<std::string> ReadSetting(const std::string& path, const std::string& name);
+    virtual void WriteSetting(const std::string& path, const std::string& name, const std::string& value);
+
+    // --- the system without a screen, for scripts and tests
+    void Advance(int milliseconds);  // moves the clock; timers that are due fire in order
+    void Tick(std::int64_t ticks) { m_now += ticks; }
+    std::deque<std::optional<std::string>>
+        m_savePaths;                      // answers of AskSavePath, the next first; none left: cancel
+    std::vector<std::string> m_messages;  // what ShowMessage was given
+
+private:
+    struct Posted {
+        CWnd* window;
+        UINT message;
+        WPARAM w;
+        LPARAM l;
+    };
+    struct Timer {
+        CWnd* window;
+        unsigned id;
+        std::int64_t period, due;  // ticks
+    };
+
+    CWindowSystem* m_before = nullptr;  // the current one before this
+    std::vector<CWnd*> m_windows;       // in the order of their making; borrowed
+    std::deque<Posted> m_posted;
+    std::vector<Timer> m_timers;
+    CWnd* m_focus = nullptr;    // borrowed
+    CWnd* m_capture = nullptr;  // borrowed
+    UINT m_buttons = 0;         // those that are down, MK_ bits
+    bool m_shift = false, m_control = false;
+    std::int64_t m_now = 0;  // of the clock that is moved by hand
+    std::map<std::pair<std::string, std::string>, std::string> m_settings;
+};
