@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "geometry/fcoor.h"
+#include "host/field_look.h"
 #include "host/file_output.h"
 #include "host/glyphs/freetype_glyph_source.h"
 #include "host/host_data_base.h"
@@ -51,12 +52,12 @@ private:
     decltype(g_cTvoProfile.m_crBackground) m_background = g_cTvoProfile.m_crBackground;
 };
 
-/// A plan view that shows `extent` as large as fits between the margins, centred.
-CFCoor FittedCoor(const Extent& extent, int width, int height, int margin, int footer) {
-    const double freeWidth = std::max(1, width - 2 * margin), freeHeight = std::max(1, height - 2 * margin - footer);
+/// A plan view that shows `extent` as large as fits between the margins, centred. `strip` pixels at the left are no room.
+CFCoor FittedCoor(const Extent& extent, int width, int height, int margin, int footer, int strip) {
+    const double freeWidth = std::max(1, width - strip - 2 * margin), freeHeight = std::max(1, height - 2 * margin - footer);
     const double wide = std::max(extent.Width(), 1.0), high = std::max(extent.Height(), 1.0);
     const double scale = std::min(freeWidth / wide, freeHeight / high);
-    const double left = (extent.minX + extent.maxX) / 2 - width / scale / 2;
+    const double left = (extent.minX + extent.maxX) / 2 - (width + strip) / scale / 2;
     const double top = (extent.minY + extent.maxY) / 2 + (height - footer) / scale / 2;
     CFCoor coor;
     coor.Init(CFPoint(static_cast<float>(left), static_cast<float>(top), 0), static_cast<float>(scale), 1);
@@ -174,9 +175,13 @@ void WritePngOfModel(const std::string& path, CTvoHostDataBase& db, int width, i
     CDC dc(surface);
     const int margin = std::min(width, height) / 25;
     const int footer = std::min(width, height) >= 200 ? std::max(20, std::min(width, height) / 32) : 0;
-    CFCoor coor = FittedCoor(content.extent, width, height, margin, footer);
+    const CSize ruler = RulerSize(dc, content.fields, width, height - footer);
+    CFCoor coor = FittedCoor(content.extent, width, height, margin, footer, 0);
+    if (coor.FPtoDP(CFPoint(static_cast<float>(content.extent.minX), 0, 0)).x < ruler.cx)  // it would hide the plan
+        coor = FittedCoor(content.extent, width, height, margin, footer, ruler.cx);
 
     DrawPlates(dc, coor, db, width, height);
+    DrawClouds(dc, coor, content.fields);
     for (CGouJianEx* other : content.below) DrawComponent(dc, coor, db, *other);
     for (CGjNetLine* line : content.lines) db.DrawOne(&dc, &coor, line);
     for (CGouJianEx* other : content.above) DrawComponent(dc, coor, db, *other);
@@ -184,6 +189,7 @@ void WritePngOfModel(const std::string& path, CTvoHostDataBase& db, int width, i
     CPen* const oldPen = dc.SelectObject(&rim);
     for (CGjNetNode* node : content.nodes) db.DrawOne(&dc, &coor, node);
     dc.SelectObject(oldPen);
+    DrawFieldLists(dc, coor, content.fields, ruler);
     if (footer) DrawFooter(dc, coor, width, height, margin, footer, caption);
 
     ReplaceFile(path, [&](const std::string& name) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "host/field_look.h"
 #include "host/host_data_base.h"
 #include "host/tvo_load.h"
 #include "host/tvo_rider.h"
@@ -17,7 +18,6 @@ constexpr int kPlaceOfLines = 100;
 /// Where a type stands in the order of painting: what covers most comes first, texts come last.
 int PaintingPlace(unsigned char type) {
     switch (type) {
-        case GJLX_CHANG: return 0;
         case GJLX_POLYGON_RGN: return 1;
         case GJLX_CIRCLE_RGN: return 2;
         case kTvoRiderType: return 3;
@@ -26,7 +26,7 @@ int PaintingPlace(unsigned char type) {
     }
 }
 
-/// Physical components other than nodes, lines, plates and what hangs on these, in the order of painting.
+/// Physical components other than nodes, lines, plates and what hangs on these, and fields; in the order of painting.
 std::vector<CGouJianEx*> OtherComponents(CTvoHostDataBase& db) {
     CList<CGouJianEx*> all;
     db.GetGouJianListAll(all);
@@ -34,8 +34,8 @@ std::vector<CGouJianEx*> OtherComponents(CTvoHostDataBase& db) {
     for (POSITION at = all.GetHeadPosition(); at;) {
         CGouJianEx* component = all.GetNext(at);
         const int kind = component->QueryBasicType();
-        const bool drawnElsewhere =
-            kind == kBasicNode || kind == kBasicLine || kind == kBasicPlate || component->get_Gjlx() == kTvoLoadType;
+        const bool drawnElsewhere = kind == kBasicNode || kind == kBasicLine || kind == kBasicPlate ||
+                                    component->get_Gjlx() == kTvoLoadType || component->get_Gjlx() == GJLX_CHANG;
         if (!drawnElsewhere && component->IsPhysicalGouJian() == 1 && db.IsVisible(component)) others.push_back(component);
     }
     std::sort(others.begin(), others.end(), [](const auto* a, const auto* b) {
@@ -81,6 +81,8 @@ PictureContent ContentOfPicture(CTvoHostDataBase& db) {
     content.extent = ExtentOf(content.nodes, content.lines);
     for (CMianGouJian* plate : NetPlates(db))
         if (db.IsVisible(plate)) AddBox(content.extent, plate->GetFrect());
+    content.fields = ShownFields(db);
+    AddFields(content.extent, content.fields);
     for (CGouJianEx* other : OtherComponents(db)) {
         (PaintingPlace(other->get_Gjlx()) < kPlaceOfLines ? content.below : content.above).push_back(other);
         AddComponent(content.extent, *other);

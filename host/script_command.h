@@ -22,5 +22,6 @@ struct ScriptCommand {
 // The families, each in the order of the help.
 std::span<const ScriptCommand> PartCommands();   // texts, graphics, riders; what is shown and printed
 std::span<const ScriptCommand> PlateCommands();
+std::span<const ScriptCommand> FieldCommands();
 std::span<const ScriptCommand> GridCommands();   // the background grid
 std::span<const ScriptCommand> ModelCommands();  // saving and opening

@@ -5,6 +5,7 @@
 #include <numbers>
 
 #include "host/graph_svg.h"
+#include "host/field_look.h"
 #include "host/host_data_base.h"
 #include "host/picture_content.h"
 #include "host/picture_style.h"
@@ -19,6 +20,7 @@
 namespace {
 
 constexpr double kWidthInPixels = 1200;
+constexpr double kRulerPixels = 500;  // height of the ruler of fields, where the picture is high enough
 
 std::string IndexColorText(int index) { return SvgColor(GetAcadRGBColor(index)); }
 
@@ -135,6 +137,9 @@ std::string SvgOfNet(CTvoHostDataBase& db, const std::string& caption) {
     Extent view = box;
     view.Grow(size / 25);
     view.minY -= size / 25;  // room for the caption
+    const double rulerHeight = std::min(view.Height() - size / 25, kRulerPixels / kWidthInPixels * size);
+    const double rulerWidth = RulerWidth(content.fields, rulerHeight);
+    view.minX -= rulerWidth;
     const double dot = std::min(size / 350, 200.0);
 
     std::string svg = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"" +
@@ -145,6 +150,7 @@ std::string SvgOfNet(CTvoHostDataBase& db, const std::string& caption) {
            "\" height=\"" + SvgNumber(view.Height()) + "\" fill=\"white\"/>\n";
     AppendPlates(svg, db, size);
     GraphSvg graphs(svg, view.Width() / kWidthInPixels);
+    AppendClouds(svg, content.fields);
     AppendComponents(svg, graphs, "below", content.below);
     svg += "<g id=\"lines\" fill=\"none\" stroke=\"" + IndexColorText(kPaperLineColor) + "\" stroke-width=\"" +
            SvgNumber(size / 1200) + "\" stroke-linecap=\"round\">\n";
@@ -156,6 +162,8 @@ std::string SvgOfNet(CTvoHostDataBase& db, const std::string& caption) {
         if (std::isfinite(node->m_fX) && std::isfinite(node->m_fY))
             svg += "<circle cx=\"" + SvgNumber(node->m_fX) + "\" cy=\"" + SvgNumber(-node->m_fY) + "\" r=\"" + SvgNumber(dot) + "\"/>\n";
     svg += "</g>\n";
+    AppendFieldLists(svg, content.fields, view.Width() / kWidthInPixels);
+    AppendRuler(svg, content.fields, view.minX + size / 50, -view.maxY + size / 50, rulerHeight);
     AppendCaption(svg, box, size, caption);
     return svg + "</svg>\n";
 }

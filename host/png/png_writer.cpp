@@ -4,6 +4,7 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <memory>
@@ -32,8 +33,8 @@ void UnpackRow(const std::uint32_t* pixel, int width, png_byte* out) {
     }
 }
 
-/// Nothing with a destructor lives in here, since longjmp would pass it by.
-bool Encode(const CSurface& surface, std::FILE* file, png_byte* row, Failure& failure) {
+/// `transparent` is a pixel, or null. Nothing with a destructor lives in here, since longjmp would pass it by.
+bool Encode(const CSurface& surface, const std::uint32_t* transparent, std::FILE* file, png_byte* row, Failure& failure) {
     png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, &failure, OnError, OnWarning);
     png_infop info = png ? png_create_info_struct(png) : nullptr;
     if (info == nullptr) {
@@ -50,6 +51,13 @@ bool Encode(const CSurface& surface, std::FILE* file, png_byte* row, Failure& fa
                  static_cast<png_uint_32>(surface.Height()), 8, PNG_COLOR_TYPE_RGB, PNG_INTERLACE_NONE,
                  PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
     png_set_compression_level(png, 6);
+    if (transparent != nullptr) {
+        png_color_16 color{};
+        color.red = static_cast<png_uint_16>(*transparent >> 16 & 0xFF);
+        color.green = static_cast<png_uint_16>(*transparent >> 8 & 0xFF);
+        color.blue = static_cast<png_uint_16>(*transparent & 0xFF);
+        png_set_tRNS(png, info, nullptr, 0, &color);
+    }
     png_write_info(png, info);
     for (int y = 0; y < surface.Height(); ++y) {
         UnpackRow(surface.Row(y), surface.Width(), row);
@@ -75,7 +83,7 @@ bool WritePng(const CSurface& surface, const std::string& file, std::string& err
     std::vector<png_byte> row(static_cast<std::size_t>(surface.Width()) * 3);
     Failure failure;
     errno = 0;
-    bool good = Encode(surface, out.get(), row.data(), failure);
+    bool good = Encode(surface, nullptr, out.get(), row.data(), failure);
     std::string reason = good ? "" : errno != 0 ? std::strerror(errno) : failure.message;
     if (good && std::fflush(out.get()) != 0) {
         good = false;
@@ -92,4 +100,19 @@ bool WritePng(const CSurface& surface, const std::string& file, std::string& err
         error = file + ": " + reason;
     }
     return good;
+}
+
+std::string PngBytes(const CSurface& surface, std::uint32_t transparent) {
+    if (surface.Width() < 1 || surface.Height() < 1) return "";
+    char* bytes = nullptr;
+    std::size_t size = 0;
+    std::unique_ptr<std::FILE, Close> out(::open_memstream(&bytes, &size));
+    if (out == nullptr) return "";
+    std::vector<png_byte> row(static_cast<std::size_t>(surface.Width()) * 3);
+    Failure failure;
+    const bool good = Encode(surface, &transparent, out.get(), row.data(), failure) && std::fflush(out.get()) == 0;
+    out.reset();
+    std::string text = good ? std::string(bytes, size) : "";
+    std::free(bytes);
+    return text;
 }
