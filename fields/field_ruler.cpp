@@ -27,7 +27,7 @@ std::vector<RulerBand> RulerBands(CChang& field) {
 RulerLayout::RulerLayout(const CRect& rect) {
     letterHeight = std::clamp(rect.Height() / 28, 10, 18);
     const int margin = letterHeight * 3 / 4;
-    const int wide = std::max(rect.Width() / 7, 8);
+    const int wide = std::min(letterHeight * 5 / 3, std::max(rect.Width() / 3, 1));
     bands = CRect(rect.left + margin, rect.top + margin, rect.left + margin + wide, std::max(rect.top + margin, rect.bottom - margin));
     labelLeft = bands.right + letterHeight;
     labelRight = rect.right;

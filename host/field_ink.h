@@ -1,5 +1,6 @@
 // The colours of isolines and digits on white paper.
 #pragma once
+#include <string>
 #include <vector>
 
 #include "platform/win_types.h"
@@ -9,6 +10,9 @@ class CGraphEntity;
 
 /// The colour, or a darker one of its hue where it is too light to be seen as a line on white.
 COLORREF FieldInk(COLORREF color);
+
+/// A number as a reader wants it: a zero has no sign.
+std::string FieldNumber(const std::string& text);
 
 /// A primitive of a field's display list with the colour and line type that it has now.
 struct InkedEntity {

@@ -46,6 +46,8 @@ COLORREF FieldInk(COLORREF color) {
     return RGB(darker(GetRValue(color)), darker(GetGValue(color)), darker(GetBValue(color)));
 }
 
+std::string FieldNumber(const std::string& text) { return text == "-0.00" ? "0.00" : text; }
+
 std::vector<InkedEntity> InkedEntities(CGjChang& field) {
     std::vector<InkedEntity> inked;
     for (CGraphEntity* entity : field.GetDrawGraph()->m_aEntity) {
@@ -90,19 +92,23 @@ void DrawRuler(CDC& dc, CFCoor& coor, CGjChang& field, const CSize& size) {
     TransparentBlt2(&dc, 0, 0, size.cx, size.cy, &ruler, 0, 0, size.cx, size.cy, background);
 }
 
-/// A text on a rim of paper, so that what it lies on does not run into its letters.
-void DrawRimmed(CDC& dc, const CFCoor& coor, CGraphEntity& text, COLORREF ink) {
-    text.SetColor(g_cTvoProfile.m_crBackground);
-    const float pixel = 1 / coor.GetScale();
+/// A number on a rim of paper, so that what it lies on does not run into its digits; in the letters' own spacing.
+void DrawNumber(CDC& dc, const CFCoor& coor, const CGraph_Text& text, COLORREF ink) {
+    const int height = coor.FPtoDP(static_cast<double>(text.m_fHeight));
+    if (height < 1 || height > dc.Surface()->Height()) return;
+    CFont font;
+    font.CreateFont(height, 0, 0, 0, FW_NORMAL, 0, 0, 0, DEFAULT_CHARSET, 0, 0, DEFAULT_QUALITY, 0, "");
+    CFont* const oldFont = dc.SelectObject(&font);
+    dc.SetBkMode(TRANSPARENT);
+    dc.SetTextAlign(TA_LEFT | TA_BOTTOM);
+    const CPoint at = coor.FPtoDP(CFPoint(text.m_fX, text.m_fY, 0));
+    const CString shown(FieldNumber(text.m_strText.Std()));
+    dc.SetTextColor(COLORREF{g_cTvoProfile.m_crBackground});
     for (int dx = -1; dx <= 1; ++dx)
-        for (int dy = -1; dy <= 1; ++dy) {
-            CFCoor moved = coor;
-            moved.SetOrigin(CFPoint(coor.m_cOrigin.x + static_cast<float>(dx) * pixel, coor.m_cOrigin.y + static_cast<float>(dy) * pixel, 0));
-            text.Draw(&dc, &moved);
-        }
-    CFCoor straight = coor;
-    text.SetColor(ink);
-    text.Draw(&dc, &straight);
+        for (int dy = -1; dy <= 1; ++dy) dc.TextOut(at.x + dx, at.y + dy, shown);
+    dc.SetTextColor(ink);
+    dc.TextOut(at.x, at.y, shown);
+    dc.SelectObject(oldFont);
 }
 
 }  // namespace
@@ -125,7 +131,7 @@ void DrawFieldLists(CDC& dc, CFCoor& coor, const std::vector<CGjChang*>& fields,
                 i.entity->SetColor(i.color);
                 i.entity->SetLineType(i.lineType);
                 if (texts)
-                    DrawRimmed(dc, coor, *i.entity, i.color);
+                    DrawNumber(dc, coor, static_cast<const CGraph_Text&>(*i.entity), i.color);
                 else
                     i.entity->Draw(&dc, &coor);
             }

@@ -102,7 +102,7 @@ void AppendTexts(std::string& svg, const std::vector<InkedEntity>& inked) {
         if (!std::isfinite(text.m_fX) || !std::isfinite(text.m_fY)) continue;
         const double height = static_cast<double>(text.m_fHeight);
         svg += "<text" + Is("x", static_cast<double>(text.m_fX)) + Is("y", -static_cast<double>(text.m_fY)) + Is("font-size", height) +
-               Is("stroke-width", height / 6) + Is("fill", SvgColor(i.color)) + ">" + SvgEscaped(text.m_strText.View()) + "</text>\n";
+               Is("stroke-width", height / 6) + Is("fill", SvgColor(i.color)) + ">" + SvgEscaped(FieldNumber(text.m_strText.Std())) + "</text>\n";
     }
     svg += "</g>\n";
 }
