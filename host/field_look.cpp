@@ -29,10 +29,16 @@ std::vector<CGjChang*> ShownFields(CTvoHostDataBase& db) {
     return fields;
 }
 
+const char* FieldDisplayName(FIELD_DISPLAY display) {
+    return display == FIELD_DISPLAY_CLOUD ? "cloud" : display == FIELD_DISPLAY_ISOLINE ? "isoline" : "digit";
+}
+
 void AddFields(Extent& extent, const std::vector<CGjChang*>& fields) {
-    for (const CGjChang* field : fields) {
+    for (CGjChang* field : fields) {
         if (field->m_pChang->m_arrNode.IsEmpty()) continue;
-        const CFRect& box = field->m_rect;
+        // Digits at the right border stand beyond it.
+        const bool list = !field->GetDrawGraph()->m_aEntity.IsEmpty();
+        const CFRect box = list ? field->m_rect | field->GetDrawGraph()->GetFrect() : field->m_rect;
         extent.Add(static_cast<double>(box.m_fMinX), static_cast<double>(box.m_fMinY));
         extent.Add(static_cast<double>(box.m_fMaxX), static_cast<double>(box.m_fMaxY));
     }

@@ -10,10 +10,14 @@ class CDC;
 class CFCoor;
 class CGjChang;
 class CTvoHostDataBase;
+enum FIELD_DISPLAY : int;
 
 /// The fields of a model by identity, all and those that a picture shows.
 std::vector<CGjChang*> AllFields(CTvoHostDataBase& db);
 std::vector<CGjChang*> ShownFields(CTvoHostDataBase& db);
+
+/// "cloud", "isoline" or "digit".
+const char* FieldDisplayName(FIELD_DISPLAY display);
 
 /// Widens a drawing's extent by the fields in it.
 void AddFields(Extent& extent, const std::vector<CGjChang*>& fields);

@@ -2,7 +2,10 @@
 
 #include <numbers>
 
+#include "fields/chang.h"
+#include "fields/gj_chang.h"
 #include "geometry/fregion.h"
+#include "host/field_look.h"
 #include "host/part_kinds.h"
 #include "host/svg_text.h"
 #include "host/tvo_rider.h"
@@ -33,6 +36,13 @@ void AddRider(Json& json, CTvoRider& rider) {
     rider.GetDiTuRegion(rider.m_fWidth, outline);
     json["outline"] = Json::array();
     for (const CFShoot& v : outline) json["outline"].push_back({JsonNumber(v.x), JsonNumber(v.y), JsonNumber(v.c)});
+}
+
+void AddField(Json& json, const CGjChang& field) {
+    json["display"] = FieldDisplayName(field.m_nDisplay);
+    json["scheme"] = field.m_nColorScheme;
+    json["nodes"] = field.m_pChang->m_arrNode.GetSize();
+    json["triangles"] = field.m_pChang->m_arrTri.GetSize();
 }
 
 /// The one primitive of a graphics component.
@@ -97,6 +107,8 @@ Json PartJson(CGouJianEx& part) {
         AddText(json, *text);
     else if (auto* rider = dynamic_cast<CTvoRider*>(&part))
         AddRider(json, *rider);
+    else if (const auto* field = dynamic_cast<const CGjChang*>(&part); field && field->m_pChang)
+        AddField(json, *field);
     else if (graph.m_bFixed && graph.m_aEntity.GetSize() == 1)
         AddPrimitive(json, *graph.m_aEntity[0]);
     return json;

@@ -18,10 +18,6 @@ namespace {
 
 constexpr int kMostTriangles = 20000000;  // that densify may make: some 2 GB
 
-const char* DisplayName(FIELD_DISPLAY display) {
-    return display == FIELD_DISPLAY_CLOUD ? "cloud" : display == FIELD_DISPLAY_ISOLINE ? "isoline" : "digit";
-}
-
 struct FieldOptions {
     FIELD_DISPLAY display = FIELD_DISPLAY_CLOUD;
     int scheme = 1;
@@ -38,7 +34,7 @@ FieldOptions ReadOptions(const ScriptWords& words) {
             if (i + 1 == words.size()) throw ScriptFailure{word + " wants a number behind it"};
             return words[++i];
         };
-        const auto named = [&](FIELD_DISPLAY display) { return word == DisplayName(display); };
+        const auto named = [&](FIELD_DISPLAY display) { return word == FieldDisplayName(display); };
         if (word == "--scale") {
             options.scale = ScriptNumber(argument(), "--scale", -1e30, 1e30);
         } else if (word == "--value") {
@@ -72,7 +68,7 @@ Json FieldJson(const char* type, CGjChang& field, const FieldTally& tally) {
     float min, max;
     chang.GetMinMaxZ(min, max);
     Json json = {{"type", type}, {"id", field.get_m_dwGouJianID()}, {"tag", field.m_dwTag},
-                 {"display", DisplayName(field.m_nDisplay)}, {"scheme", field.m_nColorScheme},
+                 {"display", FieldDisplayName(field.m_nDisplay)}, {"scheme", field.m_nColorScheme},
                  {"nodes", chang.m_arrNode.GetSize()}, {"triangles", chang.m_arrTri.GetSize()},
                  {"passedOver", tally.passedOver}, {"min", JsonNumber(min)}, {"max", JsonNumber(max)}};
     if (field.m_nDisplay == FIELD_DISPLAY_ISOLINE) json["levels"] = field.m_arrColor.GetSize();

@@ -271,7 +271,7 @@ TEST(Tvo, HelpTellsAllOptions) {
           "number", "import FILE LAYER", "dump [KIND]", "stat", "plates", "texts, fields, points",
           "text X Y HEIGHT ANGLE_DEG STRING [colour C] [tag N]", "point X Y", "pline X1 Y1 X2 Y2 WIDTH", "parc X Y R START END WIDTH",
           "circle X Y R WIDTH", "disc X Y R", "polygon X1 Y1 X2 Y2 X3 Y3", "rider LINEID WIDTH", "hide TYPE [TAG]", "show TYPE [TAG]",
-          "clear TYPE [TAG]", "settextheight H",
+          "clear TYPE [TAG]", "settextheight H", "field FILE [cloud|isoline|digit] [SCHEME]", "densify",
           "begin", "end", "combine TYPE TAG ID...", "embrace ID", "inside ID", "around ID", "stride LINEID",
           "isrect ID TOL_DEG", "load PLATEID VALUE", "outer", "wholenet", "grid X Y [X0 Y0] | off",
           "svg FILE", "png FILE W H"}},
