@@ -58,8 +58,9 @@ struct LatticePainter::Run {
         const float length = std::min(*last - *first, std::numeric_limits<float>::max());
         return IsOne() ? -1.0f : length * std::fabs(factor);
     }
+    float Middle() const { return first[(last - first) / 2]; }
     std::pair<Run, Run> Halves() const {
-        const float* middle = first + (last - first) / 2;
+        const float* const middle = first + (last - first) / 2;
         return {Run(first, middle), Run(middle + 1, last)};
     }
 };
@@ -100,6 +101,7 @@ LatticePainter::LatticePainter(const Projection& view, CSurface& surface, const 
 // The finite x and y go with all finite z, then with each kind of wild z.
 void LatticePainter::Paint(const GridPositions& x, const GridPositions& y, const GridPositions& z) {
     if (m_clip.left >= m_clip.right || m_clip.top >= m_clip.bottom || m_color == m_replaced) return;
+    m_work = kWork + std::int64_t{64} * m_clip.Width() * m_clip.Height();
     PaintWild(x, y, z);
     if (x.ascending.empty() || y.ascending.empty()) return;
     const Run allX(x.ascending), allY(y.ascending);
@@ -162,7 +164,8 @@ void LatticePainter::PaintUnturned(const Run& x, const Run& y, const Run& z) {
 // Order breaks in one case: where the tilt's sine is 0 a depth that overflows makes no number, while the
 // depths between leave z alone. Such rows are added to the bounds.
 template <class Marks>
-void LatticePainter::Visit(const Run& x, const Run& y, const Run& z, Marks& marks) const {
+void LatticePainter::Visit(const Run& x, const Run& y, const Run& z, Marks& marks) {
+    if (--m_work < 0) return;
     const Turn &a = m_view.alpha, &b = m_view.beta;
     Span columns = SpanOf(m_view.Column(m_view.U(x.Least(a.cos), y.Least(a.sin))),
                           m_view.Column(m_view.U(x.Greatest(a.cos), y.Greatest(a.sin))));
@@ -180,8 +183,14 @@ void LatticePainter::Visit(const Run& x, const Run& y, const Run& z, Marks& mark
     if (!rows.Clip(m_clip.top, m_clip.bottom)) return;
 
     if (oneColumn && oneRow) return marks.Mark(columns.low, rows.low);
-    if (columns.Size() * rows.Size() <= x.Size() * y.Size() * z.Size() && marks.Settled(columns, rows))
-        return;
+    const std::int64_t pixels = columns.Size() * rows.Size();
+    if (pixels <= x.Size() * y.Size() * z.Size()) {
+        m_work -= pixels / 64;  // a look at a pixel is quick
+        if (marks.Settled(columns, rows)) return;
+        // A point from the middle settles its pixel before the halves are tried, which often leaves them nothing.
+        const CPoint middle = m_view.Point(x.Middle(), y.Middle(), z.Middle());
+        if (m_clip.PtInRect(middle)) marks.Mark(middle.x, middle.y);
+    }
 
     const float acrossX = std::max(x.Reach(a.cos), x.Reach(a.sin * b.sin));
     const float acrossY = std::max(y.Reach(a.sin), y.Reach(a.cos * b.sin));

@@ -8,6 +8,7 @@
 #include "host/field_look.h"
 #include "host/file_output.h"
 #include "host/glyphs/freetype_glyph_source.h"
+#include "host/grid_marks.h"
 #include "host/host_data_base.h"
 #include "host/paper_ink.h"
 #include "host/picture_content.h"
@@ -65,6 +66,18 @@ CFCoor FittedCoor(const Extent& extent, int width, int height, int margin, int f
     return coor;
 }
 
+/// Dots large enough to be seen on paper, in the drawing's part of the picture.
+void DrawGrid(CDC& dc, const CFCoor& coor, const CTvoHostDataBase& db, int width, int height) {
+    const int dot = std::max(2, std::min(width, height) / 230);  // pixels
+    const CFPoint low = coor.DPtoFP(CPoint(0, height)), high = coor.DPtoFP(CPoint(width, 0));
+    const GridMarks marks = MarksOfGrid(db, {low.x, low.y, high.x, high.y}, 4 * dot / static_cast<double>(coor.GetScale()));
+    for (const double y : marks.y)
+        for (const double x : marks.x) {
+            const CPoint p = coor.FPtoDP(CFPoint(static_cast<float>(x), static_cast<float>(y), 0));
+            dc.FillSolidRect(p.x - dot / 2, p.y - dot / 2, dot, dot, kPaperGridColor);
+        }
+}
+
 void DrawPlate(CDC& dc, const CFCoor& coor, const PlateFace& face) {
     std::vector<CPoint> points;
     for (const FlatPoint& p : FlatOutline(face.plate->m_region, 0.25 / static_cast<double>(coor.GetScale())))
@@ -100,14 +113,15 @@ void DrawLabel(CDC& dc, const CFCoor& coor, const PlateLabel& label) {
         }
 }
 
-/// Faces and labels; a label that would be too small to read is left out.
-void DrawPlates(CDC& dc, const CFCoor& coor, CTvoHostDataBase& db, int width, int height) {
+/// Faces, the grid on them, and labels; a label that would be too small to read is left out.
+void DrawGround(CDC& dc, const CFCoor& coor, CTvoHostDataBase& db, int width, int height, int footer) {
     const auto faces = PlateFaces(db);
     CPen none(PS_NULL, 1, kPaper);
     CPen* const oldPen = dc.SelectObject(&none);
     dc.SetBkMode(TRANSPARENT);
     for (const PlateFace& face : faces) DrawPlate(dc, coor, face);
     dc.SelectObject(oldPen);
+    DrawGrid(dc, coor, db, width, height - footer);
     dc.SetTextAlign(TA_CENTER | TA_BASELINE);
     const double scale = static_cast<double>(coor.GetScale());
     const double largest = std::max(kSmallestLetters, std::min(width, height) / 58.0);
@@ -180,7 +194,7 @@ void WritePngOfModel(const std::string& path, CTvoHostDataBase& db, int width, i
     if (coor.FPtoDP(CFPoint(static_cast<float>(content.extent.minX), 0, 0)).x < ruler.cx)  // it would hide the plan
         coor = FittedCoor(content.extent, width, height, margin, footer, ruler.cx);
 
-    DrawPlates(dc, coor, db, width, height);
+    DrawGround(dc, coor, db, width, height, footer + margin / 2);
     DrawClouds(dc, coor, content.fields);
     for (CGouJianEx* other : content.below) DrawComponent(dc, coor, db, *other);
     for (CGjNetLine* line : content.lines) db.DrawOne(&dc, &coor, line);

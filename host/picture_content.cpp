@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "host/field_look.h"
+#include "host/grid_marks.h"
 #include "host/host_data_base.h"
 #include "host/tvo_load.h"
 #include "host/tvo_rider.h"
@@ -87,5 +88,6 @@ PictureContent ContentOfPicture(CTvoHostDataBase& db) {
         (PaintingPlace(other->get_Gjlx()) < kPlaceOfLines ? content.below : content.above).push_back(other);
         AddComponent(content.extent, *other);
     }
+    if (content.extent.IsEmpty()) content.extent = GridExtent(db);
     return content;
 }

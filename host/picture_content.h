@@ -16,7 +16,7 @@ struct PictureContent {
     std::vector<CGjNetLine*> lines;
     std::vector<CGouJianEx*> above;  // the other components, texts last
     std::vector<CGjNetNode*> nodes;  // on top
-    Extent extent;                   // of all of it, lines as wide as they are; empty when there is nothing
+    Extent extent;                   // of all of it, lines as wide as they are; of the grid when there is nothing else
 };
 
 PictureContent ContentOfPicture(CTvoHostDataBase& db);

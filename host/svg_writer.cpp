@@ -6,6 +6,7 @@
 
 #include "host/graph_svg.h"
 #include "host/field_look.h"
+#include "host/grid_marks.h"
 #include "host/host_data_base.h"
 #include "host/picture_content.h"
 #include "host/picture_style.h"
@@ -41,6 +42,20 @@ void AppendLine(std::string& svg, const CGjNetLine& line) {
     const bool large = line.m_fEndDir - line.m_fStartDir > static_cast<float>(std::numbers::pi);
     svg += "<path d=\"M" + SvgNumber(line.m_fStartX) + " " + SvgNumber(-line.m_fStartY) + "A" + SvgNumber(line.m_fR) + " " +
            SvgNumber(line.m_fR) + " 0 " + (large ? "1" : "0") + " 0 " + SvgNumber(line.m_fEndX) + " " + SvgNumber(-line.m_fEndY) + "\"/>\n";
+}
+
+// ---- grid ------------------------------------------------------------------------------------------
+
+/// One row of dots, and the row again at each y.
+void AppendGrid(std::string& svg, const CTvoHostDataBase& db, const Extent& area, double size) {
+    const double radius = size / 800;
+    const GridMarks marks = MarksOfGrid(db, area, 6 * radius);
+    if (marks.x.empty() || marks.y.empty()) return;
+    svg += "<defs>\n<g id=\"gridrow\">";
+    for (const double x : marks.x) svg += "<circle cx=\"" + SvgNumber(x) + "\" r=\"" + SvgNumber(radius) + "\"/>";
+    svg += "</g>\n</defs>\n<g id=\"grid\" fill=\"" + SvgColor(kPaperGridColor) + "\">\n";
+    for (const double y : marks.y) svg += "<use href=\"#gridrow\" y=\"" + SvgNumber(-y) + "\"/>\n";
+    svg += "</g>\n";
 }
 
 // ---- plates ---------------------------------------------------------------------------------------
@@ -90,13 +105,17 @@ void AppendLabel(std::string& svg, const PlateLabel& label) {
     svg += "</g>\n";
 }
 
-void AppendPlates(std::string& svg, CTvoHostDataBase& db, double size) {
-    const auto faces = PlateFaces(db);
+void AppendFaces(std::string& svg, const std::vector<PlateFace>& faces, double size) {
     if (faces.empty()) return;
     AppendHatches(svg, faces, size / 130);
     svg += "<g id=\"plates\">\n";
     for (const PlateFace& face : faces) AppendPlate(svg, face);
-    svg += "</g>\n<g id=\"labels\" font-family=\"sans-serif\" text-anchor=\"middle\" paint-order=\"stroke\" "
+    svg += "</g>\n";
+}
+
+void AppendLabels(std::string& svg, CTvoHostDataBase& db, const std::vector<PlateFace>& faces, double size) {
+    if (faces.empty()) return;
+    svg += "<g id=\"labels\" font-family=\"sans-serif\" text-anchor=\"middle\" paint-order=\"stroke\" "
            "stroke-linejoin=\"round\">\n";
     for (const PlateLabel& label : PlateLabels(db, faces, size / 80, size / 140)) AppendLabel(svg, label);
     svg += "</g>\n";
@@ -108,6 +127,14 @@ void AppendComponents(std::string& svg, GraphSvg& graphs, const char* name, cons
     svg += std::string("<g id=\"") + name + "\">\n";
     for (CGouJianEx* component : components) graphs.Append(*component);
     svg += "</g>\n";
+}
+
+/// Plates, the grid on their faces, and their labels.
+void AppendGround(std::string& svg, CTvoHostDataBase& db, const Extent& area, double size) {
+    const auto faces = PlateFaces(db);
+    AppendFaces(svg, faces, size);
+    AppendGrid(svg, db, area, size);
+    AppendLabels(svg, db, faces, size);
 }
 
 void AppendCaption(std::string& svg, const Extent& box, double size, const std::string& caption) {
@@ -136,6 +163,8 @@ std::string SvgOfNet(CTvoHostDataBase& db, const std::string& caption) {
     const double size = std::max({box.Width(), box.Height(), 100.0});
     Extent view = box;
     view.Grow(size / 25);
+    Extent drawing = view;
+    drawing.minY = box.minY - size / 125;  // the caption is below
     view.minY -= size / 25;  // room for the caption
     const double rulerHeight = std::min(view.Height() - size / 25, kRulerPixels / kWidthInPixels * size);
     const double rulerWidth = RulerWidth(content.fields, rulerHeight);
@@ -148,7 +177,7 @@ std::string SvgOfNet(CTvoHostDataBase& db, const std::string& caption) {
     if (!caption.empty()) svg += "<title>" + SvgEscaped(caption) + "</title>\n";
     svg += "<rect x=\"" + SvgNumber(view.minX) + "\" y=\"" + SvgNumber(-view.maxY) + "\" width=\"" + SvgNumber(view.Width()) +
            "\" height=\"" + SvgNumber(view.Height()) + "\" fill=\"white\"/>\n";
-    AppendPlates(svg, db, size);
+    AppendGround(svg, db, drawing, size);
     GraphSvg graphs(svg, view.Width() / kWidthInPixels);
     AppendClouds(svg, content.fields);
     AppendComponents(svg, graphs, "below", content.below);

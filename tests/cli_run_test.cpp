@@ -258,3 +258,30 @@ TEST(TvoRun, DrawsPictures) {
     for (const auto& entry : std::filesystem::directory_iterator(folder.Path())) names.insert(entry.path().filename());
     EXPECT_EQ(names, (std::set<std::string>{"a b.svg", "a.png"}));
 }
+
+TEST(TvoRun, AGridLiesBehindPicturesUntilItIsOff) {
+    const ScratchFolder folder;
+    const TvoRun run = RunTvo({"run"},
+                              "svg a.svg\ngrid 3*2 \"1;1.5*2\" -1000 500\nsvg b.svg\npng b.png 200 150\n"
+                              "line 0 0 6000 0\nundo\nline 0 0 600 400\nsvg c.svg\n"
+                              "grid 0.001*99999 0.001*99999 -50000 -50000\nsvg d.svg\ngrid off\nsvg e.svg\npng e.png 200 150\n",
+                              folder.Path());
+    EXPECT_EQ(run.status, 0) << run.err;
+    EXPECT_EQ(OfType(run, "grid")[0], json::parse(R"({"type":"grid","x":3,"y":4})"));
+    const auto rows = [&](const char* name) {
+        const std::string svg = ReadWholeFile(folder.File(name));
+        EXPECT_LT(svg.size(), 100000u) << name;
+        std::string found;
+        for (std::size_t at = svg.find("<use"); at != std::string::npos; at = svg.find("<use", at + 1))
+            found += svg.substr(at, svg.find('>', at) - at + 1);
+        return found;
+    };
+    EXPECT_EQ(rows("a.svg"), "");
+    EXPECT_EQ(rows("b.svg"), "<use href=\"#gridrow\" y=\"-500\"/><use href=\"#gridrow\" y=\"-1500\"/>"
+                             "<use href=\"#gridrow\" y=\"-3000\"/><use href=\"#gridrow\" y=\"-4500\"/>")
+        << "an empty model shows the whole grid";
+    EXPECT_EQ(rows("c.svg"), "") << "none of it within the model";
+    EXPECT_NE(rows("d.svg"), "");
+    EXPECT_EQ(rows("e.svg"), "");
+    EXPECT_NE(ReadWholeFile(folder.File("b.png")), ReadWholeFile(folder.File("e.png")));
+}
