@@ -13,6 +13,7 @@
 #include "host/models/model_content.h"
 #include "host/models/model_plan.h"
 #include "host/net_walk.h"
+#include "host/part_kinds.h"
 #include "host/tvo_model_host.h"
 
 namespace {
@@ -24,7 +25,8 @@ struct InfoOptions {
 
 const char* const kFooter =
     "Reads the whole file. Of a damaged one it tells what can still be read, and what is wrong.\n"
-    "\n--json: {\"type\":\"info\",\"file\",\"whole\",\"version\",\"bytes\",\"nodes\",\"lines\",\"plates\",\"others\",\"unit\","
+    "\n--json: {\"type\":\"info\",\"file\",\"whole\",\"version\",\"bytes\",\"nodes\",\"lines\",\"plates\",\"others\","
+    "\n         \"kinds\":{KIND:N} of the others,\"unit\","
     "\n         \"tolerance\",\"currentStorey\",\"extent\":[X1,Y1,X2,Y2] or null,"
     "\n         \"storeys\":[{\"storey\",\"nodes\",\"lines\",\"plates\"}],"
     "\n         \"sections\":[{\"kind\",\"sections\",\"whole\",\"components\",\"bytes\"}],\"faults\":[TEXT]}\n"
@@ -61,6 +63,8 @@ Json InfoJson(const std::string& path, const ModelFile& file, const ModelPlan& p
     json["lines"] = built.lines;
     json["plates"] = built.plates;
     json["others"] = built.others;
+    for (const PartKind& kind : kPartKinds)
+        if (const int count = db.GetGouJianCount(kind.type); HasOwnSections(kind) && count > 0) json["kinds"][kind.many] = count;
     if (file.header) {
         json["unit"] = "mm";
         json["tolerance"] = file.header->tolerance;
@@ -96,6 +100,8 @@ void PrintInfo(const Json& info) {
                   << info["currentStorey"] << '\n';
     std::cout << "nodes " << info["nodes"] << ", lines " << info["lines"] << ", plates " << info["plates"]
               << ", other components " << info["others"] << '\n';
+    if (info.contains("kinds"))
+        for (const auto& [kind, count] : info["kinds"].items()) std::cout << kind << ' ' << count << '\n';
     if (const Json& e = info["extent"]; !e.is_null())
         std::cout << "from (" << e[0] << ", " << e[1] << ") to (" << e[2] << ", " << e[3] << ")\n";
     for (const Json& s : info["storeys"])

@@ -11,6 +11,7 @@
 #include "host/models/model_build.h"
 #include "host/models/model_plan.h"
 #include "host/models/model_writer.h"
+#include "host/part_kinds.h"
 #include "host/tvo_model_host.h"
 
 namespace {
@@ -22,7 +23,8 @@ struct RecoverOptions {
 
 const char* const kFooter =
     "Reads what the file holds section by section. A section whose checksum does not hold is lost; so are lines\n"
-    "of which a node is gone, and plates of which a line is gone. Everything else is saved as a model of its own.\n"
+    "of which a node is gone, plates of which a line is gone, and riders without their line. Everything else is\n"
+    "saved as a model of its own.\n"
     "\nStatus: 0 when something was saved, 1 when there was nothing to save or it could not be written.\n"
     "\nExample:  tvo recover house.tvo -o house-again.tvo\n";
 
@@ -66,6 +68,9 @@ int RunRecover(const RecoverOptions& given) {
     PrintKind("lines", SectionKind::kLines, file, plan, built.lines, &ModelHeader::lines);
     PrintKind("plates", SectionKind::kPlates, file, plan, built.plates, &ModelHeader::plates);
     PrintKind("other components", SectionKind::kHost, file, plan, built.others, &ModelHeader::others);
+    for (const PartKind& kind : kPartKinds)
+        if (const int count = db.GetGouJianCount(kind.type); HasOwnSections(kind) && count > 0)
+            std::cout << "  " << kind.many << ": " << count << '\n';
     if (faults > 0 && built.nodes + built.lines + built.plates + built.others == 0)
         throw DataFailure(options.file + ": nothing could be recovered");
     if (plan.tally[0].whole == 0) std::cout << "counters of identities: lost, they go on behind the highest identity\n";

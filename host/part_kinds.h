@@ -29,6 +29,9 @@ inline constexpr std::array kPartKinds{
     PartKind{"rider", "riders", kTvoRiderType},
 };
 
+/// Those that model files keep in sections of their own by type byte: all but nodes, lines, plates and fields.
+inline bool HasOwnSections(const PartKind& kind) { return kind.type > GJLX_MIAN && kind.type != GJLX_CHANG; }
+
 /// Null for a type byte without a name.
 inline const PartKind* FindPartKind(unsigned char type) {
     for (const PartKind& kind : kPartKinds)

@@ -17,7 +17,7 @@
 
 namespace {
 
-constexpr std::uint32_t kPlatesFollow = 1, kHasGrid = 2;
+constexpr std::uint32_t kPlatesFollow = 1, kHasGrid = 2, kGridShown = 4;
 constexpr std::uint32_t kLongestSpacings = 1 << 20;  // bytes
 
 bool IsGraphics(unsigned char type) { return (type >= GJLX_POINT && type <= GJLX_CIRCLE_RGN) || type == GJLX_POLYGON_RGN; }
@@ -121,9 +121,9 @@ void TvoModelHost::WriteData(CGridDataBase& db, std::FILE* out) const {
     auto& host = static_cast<CTvoHostDataBase&>(db);
     const std::vector<std::uint32_t> kept = host.KeptNodes();
     const bool follow = host.PlatesFollow() && host.GetGouJianCount(GJLX_MIAN) == 0;
-    const bool grid = !SameGrid(host.GetBackgrnd(), NewGrid());
+    const bool grid = host.m_bGridShown || !SameGrid(host.GetBackgrnd(), NewGrid());
     if (kept.empty() && !follow && !grid) return;
-    PutLittleEndian(out, (follow ? kPlatesFollow : 0u) | (grid ? kHasGrid : 0u));
+    PutLittleEndian(out, (follow ? kPlatesFollow : 0u) | (grid ? kHasGrid : 0u) | (host.m_bGridShown ? kGridShown : 0u));
     PutLittleEndian(out, static_cast<std::uint32_t>(kept.size()));
     for (const std::uint32_t id : kept) PutLittleEndian(out, id);
     if (grid) WriteGrid(host.GetBackgrnd(), out);
@@ -145,5 +145,6 @@ bool TvoModelHost::ReadData(CGridDataBase& db, std::FILE* in) const {
     if (!(flags & kHasGrid)) return true;
     if (!ReadGrid(in, grid)) return false;
     host.GetBackgrnd() = grid;
+    host.m_bGridShown = (flags & kGridShown) != 0;
     return true;
 }

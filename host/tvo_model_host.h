@@ -13,7 +13,7 @@ public:
     std::string Describe(const CGouJianEx& component) const override;
     /// A load needs its plate, and that no other hangs there; a rider needs its line.
     bool CanStand(const CGouJianEx& component, CGridDataBase& db) const override;
-    // 32-bit words: flags (1: plates follow, 2: a grid), the number of nodes, their identities, ascending. Of a grid its
+    // 32-bit words: flags (1: plates follow, 2: a grid, 4: it is shown), the number of nodes, their identities, ascending. Of a grid its
     // mode, the origin as three 32-bit floats, the spacings of x, y and z, each its length and UTF-8.
     void WriteData(CGridDataBase& db, std::FILE* out) const override;
     bool ReadData(CGridDataBase& db, std::FILE* in) const override;
