@@ -121,8 +121,6 @@ CWalkNet::Spoke CWalkNet::SpokeOf(std::uint32_t line, bool leavesStart) {
     return {line, NodeOf(line, leavesStart ? 1 : 0), 0, leavesStart, m_lines[line].loop, m_lines[line].arc};
 }
 
-CWalkNet::Spoke CWalkNet::Leaving(std::uint32_t line, int end) { return SpokeOf(line, end == 0); }
-
 CFShoot CWalkNet::ShootOf(std::uint32_t from, const Spoke& passed, bool along) const {
     if (passed.arc) return m_lines[passed.line].line->GetFShoot(!along);
     return CFShoot(m_nodes[from].x, m_nodes[from].y, 0);

@@ -52,8 +52,8 @@ public:
     /// The line to go on by from the node that was reached by `from`: the next one clockwise of which a side is still to
     /// be walked, or one without a line. Of two in the same direction the one with the lower identity.
     Spoke Next(std::uint32_t node, std::uint32_t from);
-    /// The line as it leaves its start (end 0) or its end (end 1).
-    Spoke Leaving(std::uint32_t line, int end);
+    /// The line as it leaves its start or its end.
+    Spoke SpokeOf(std::uint32_t line, bool leavesStart);
     /// A line that was passed along (or against) its sense, as an element of an outline: as CGjNetLine::GetFShoot gives it.
     CFShoot ShootOf(std::uint32_t from, const Spoke& passed, bool along) const;
 
@@ -108,7 +108,6 @@ private:
     std::uint32_t OtherEnd(std::uint32_t line, std::uint32_t node);
     bool SearchThorn(std::uint32_t line);
     void SetAngles(std::uint32_t node);
-    Spoke SpokeOf(std::uint32_t line, bool leavesStart);
     static float LeavingAngle(const Line& line, bool leavesStart, float r);
     void GatherAll(std::vector<std::uint32_t>& left, std::vector<std::uint32_t>& through);
     void CutOffThorns(std::vector<std::uint32_t>& left, std::vector<std::uint32_t>& through);

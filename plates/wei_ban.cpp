@@ -35,7 +35,7 @@ void TakeWalk(CWalkNet& net, std::uint32_t element, Walk& walk) {
     walk.closed = false;
     if (net.SideOf(element) == CWalkNet::kBoth) return;
     const bool fromEnd = net.SideOf(element) == CWalkNet::kForward;
-    CWalkNet::Spoke spoke = net.Leaving(element, fromEnd);
+    CWalkNet::Spoke spoke = net.SpokeOf(element, !fromEnd);
     const std::uint32_t begin = net.NodeOf(element, fromEnd);
     for (std::uint32_t at = begin; spoke.line != CWalkNet::kNone; spoke = net.Next(at, spoke.line)) {
         const CWalkNet::Side walked = net.SideOf(spoke.line);
