@@ -3,6 +3,8 @@
 // A line that comes to lie on another's place has to give way; what must not be lost are the components that
 // ride on lines. Below, L1 is the new line (P1 to P2, or the angles a0 to a1), L2 the one that stands (Q1 to Q2,
 // b0 to b1). In each case there are three ways: no riders at all, riders on L1 only, riders on L2.
+#include <vector>
+
 #include "geometry/angles.h"
 #include "geometry/tolerance.h"
 #include "model/profile.h"
@@ -28,6 +30,19 @@ float DistanceTo(const CFPoint& p, const CFPoint& a, const CFPoint& b) {
 }
 
 float Degrees(float radians) { return static_cast<float>(static_cast<double>(radians) * 180.0 / 3.1415927410125732); }
+
+/// How L1 and L2 lie: apart, L2 over the tail or the head of L1, one within the other.
+enum Overlap { kApart, kTail, kHead, kSecondInFirst, kFirstInSecond };
+
+/// What of L1 lies beyond L2: of the pieces before and behind it those that there are.
+std::vector<NetPiece> Beyond(Overlap how, const NetPiece& before, const NetPiece& behind) {
+    switch (how) {
+        case kTail: return {before};
+        case kHead: return {behind};
+        case kSecondInFirst: return {before, behind};
+        default: return {};
+    }
+}
 
 /// A circle and what is left of a line when its object is gone.
 struct Circle {
@@ -92,7 +107,7 @@ int CGridDataBase::CalcStraightPair(CGjNetLine* l1, CGjNetLine* l2, CArray<CBrea
     const auto collinear = [&] {  // asked last: it costs two arctangents
         return std::fabs(static_cast<double>(get_line_angle(p1.x, p1.y, p2.x, p2.y) - get_line_angle(q1.x, q1.y, q2.x, q2.y))) < kCollinear;
     };
-    enum { kApart, kTail, kHead, kSecondInFirst, kFirstInSecond } how = kApart;
+    Overlap how = kApart;
     if (q1On && !q2On && !IsDuanPoint(l1, q1.x, q1.y) && collinear())
         how = kTail;
     else if (q2On && !q1On && !IsDuanPoint(l1, q2.x, q2.y) && collinear())
@@ -124,13 +139,8 @@ int CGridDataBase::CalcStraightPair(CGjNetLine* l1, CGjNetLine* l2, CArray<CBrea
         std::swap(q1, q2);
 
     if (riders2) {
-        const NetPiece before{p1, q1}, behind{q2, p2}, both[] = {before, behind};
-        switch (how) {
-            case kTail: KeepSecondLine(l1, &before, 1); break;
-            case kHead: KeepSecondLine(l1, &behind, 1); break;
-            case kSecondInFirst: KeepSecondLine(l1, both, 2); break;
-            default: DeleteUnmerged(l1); break;
-        }
+        const auto left = Beyond(how, {p1, q1}, {q2, p2});
+        KeepSecondLine(l1, left.data(), static_cast<int>(left.size()));
         return 0;
     }
     if (how == kFirstInSecond && !riders1) {
@@ -153,7 +163,7 @@ int CGridDataBase::CalcArcPair(CGjNetLine* l1, CGjNetLine* l2, CArray<CBreakNode
     const float t = LengthTolerance(), e = m_fAngleTolerance;
     const Circle c{CFPoint(l1->m_fCenterX, l1->m_fCenterY, 0), l1->m_fR};
     const float a0 = l1->m_fStartDir, a1 = l1->m_fEndDir, b0 = l2->m_fStartDir, b1 = l2->m_fEndDir;
-    enum { kApart, kTail, kHead, kSecondInFirst, kFirstInSecond } how = kApart;
+    Overlap how = kApart;
     // Two arcs of one circle: the test is by lengths here, where the mere question goes by a ratio of radii.
     if (get_dist(c.centre.x, c.centre.y, l2->m_fCenterX, l2->m_fCenterY) < static_cast<float>(g_cTvoProfile.m_nNetTolerance) &&
         std::fabs(l2->m_fR - l1->m_fR) < t) {
@@ -180,13 +190,8 @@ int CGridDataBase::CalcArcPair(CGjNetLine* l1, CGjNetLine* l2, CArray<CBreakNode
     const auto addArc = [&](float from, float to) { AddArc(c.centre, c.r, Degrees(from), Degrees(to)); };
 
     if (riders2) {
-        const NetPiece before{{}, {}, a0, b0}, behind{{}, {}, b1, a1}, both[] = {before, behind};
-        switch (how) {
-            case kTail: KeepSecondLine(l1, &before, 1); break;
-            case kHead: KeepSecondLine(l1, &behind, 1); break;
-            case kSecondInFirst: KeepSecondLine(l1, both, 2); break;
-            default: DeleteUnmerged(l1); break;
-        }
+        const auto left = Beyond(how, {{}, {}, a0, b0}, {{}, {}, b1, a1});
+        KeepSecondLine(l1, left.data(), static_cast<int>(left.size()));
         return 0;
     }
     switch (how) {
