@@ -130,6 +130,14 @@ struct Chance {
         coor.m_fBeta = Of({1.5707964f, 1.5707964f, 0.0f, -1.5707964f, Number(3), Number(3), Extended(0.0f)});
         return coor;
     }
+    /// At the end of the floats, seen from far enough to be within the picture; sums overflow on the way.
+    void MakeHuge(CBackgrnd& grid, CFCoor& coor) {
+        for (float* origin : {&grid.m_fX0, &grid.m_fY0, &grid.m_fZ0}) *origin = Number(3.4e38f);
+        for (CString* text : {&grid.m_strKuaX, &grid.m_strKuaY, &grid.m_strKuaZ})
+            *text = Of({"6e34*7", "-9e34*5", "2e35;-1e35*4", "0*0"});
+        coor.Init(CFPoint(0, 0, 0), 1e-37f, static_cast<int>(rng() % 2));
+        coor.m_fBeta = Of({0.0f, 0.0f, -0.0f, coor.m_fBeta});
+    }
 };
 
 }  // namespace
@@ -197,6 +205,7 @@ TEST(Backgrnd, PixelsAreThoseOfThePlainLoops) {
         if (chance.In(2)) grid.m_strKuaX = chance.Text();
         if (chance.In(4)) grid.m_fZ0 += 1;
         CFCoor coor = chance.View();
+        if (chance.In(8)) chance.MakeHuge(grid, coor);
 
         auto fast = std::make_shared<CSurface>(64, 48);
         const unsigned garbage = chance.Of({1u, 2u, 4u});
