@@ -59,10 +59,10 @@ std::uint64_t CurveKey(const PlaneBox& box, const PlaneBox& all) {
 }
 
 // By the upper 32 bits, three passes of eleven; entries of one key stay in the order of the items.
-void SortByKey(std::vector<std::uint64_t>& order) {
+void SortByKey(PooledVector<std::uint64_t>& order) {
     constexpr unsigned kBits = 11;
     constexpr std::uint64_t kMask = (1u << kBits) - 1;
-    std::vector<std::uint64_t> other(order.size());
+    PooledVector<std::uint64_t> other(order.size());
     for (unsigned shift = 32; shift < 64; shift += kBits) {
         std::array<std::size_t, kMask + 1> start{};
         for (const std::uint64_t entry : order) ++start[entry >> shift & kMask];
@@ -78,15 +78,15 @@ void SortByKey(std::vector<std::uint64_t>& order) {
 }
 
 /// The items along the curve.
-std::vector<int> CurveOrder(const std::vector<PlaneBox>& boxes) {
+PooledVector<int> CurveOrder(const PooledVector<PlaneBox>& boxes) {
     PlaneBox all;
     for (const PlaneBox& box : boxes) all.Unite(box);
-    std::vector<std::uint64_t> order;  // key and item
+    PooledVector<std::uint64_t> order;  // key and item
     order.reserve(boxes.size());
     for (std::size_t i = 0; i < boxes.size(); ++i)
         if (!boxes[i].IsEmpty()) order.push_back(CurveKey(boxes[i], all) << 32 | i);
     SortByKey(order);
-    std::vector<int> items;
+    PooledVector<int> items;
     items.reserve(order.size());
     for (const std::uint64_t entry : order) items.push_back(static_cast<int>(entry & 0xFFFFFFFF));
     return items;
@@ -94,22 +94,38 @@ std::vector<int> CurveOrder(const std::vector<PlaneBox>& boxes) {
 
 }  // namespace
 
-void CBoxTree::Build(std::vector<PlaneBox> boxes) {
-    m_aItem = CurveOrder(boxes);
-    m_aLevel.assign(1, {});
-    m_aLevel[0].reserve(m_aItem.size() / kFan + 1);
-    for (std::size_t i = 0; i < m_aItem.size(); ++i) {
-        if (i % kFan == 0) m_aLevel[0].push_back({{}, m_aItem[i]});
-        m_aLevel[0].back().Add(boxes[static_cast<std::size_t>(m_aItem[i])], m_aItem[i]);
-    }
+CBoxTree::Eight::Eight() {
+    for (std::size_t k = 0; k < kFan; ++k) Set(k, {}, kNone);
+}
+
+void CBoxTree::Eight::Set(std::size_t k, const PlaneBox& box, int item) {
+    minX[k] = box.minX;
+    minY[k] = box.minY;
+    maxX[k] = box.maxX;
+    maxY[k] = box.maxY;
+    lowest[k] = item;
+}
+
+PlaneBox CBoxTree::Eight::All() const {
+    PlaneBox all;
+    for (std::size_t k = 0; k < kFan; ++k) all.Unite({minX[k], minY[k], maxX[k], maxY[k]});
+    return all;
+}
+
+int CBoxTree::Eight::Lowest() const { return *std::min_element(lowest, lowest + kFan); }
+
+PooledVector<int> CBoxTree::Build(PooledVector<PlaneBox> boxes) {
+    PooledVector<int> items = CurveOrder(boxes);
+    m_aLevel.clear();
+    if (items.empty()) return items;
+    m_aLevel.emplace_back((items.size() + kFan - 1) / kFan);
+    for (std::size_t i = 0; i < items.size(); ++i)
+        m_aLevel[0][i / kFan].Set(i % kFan, boxes[static_cast<std::size_t>(items[i])], items[i]);
     while (m_aLevel.back().size() > 1) {
-        const std::vector<Group>& below = m_aLevel.back();
-        std::vector<Group> level;
-        level.reserve(below.size() / kFan + 1);
-        for (std::size_t i = 0; i < below.size(); ++i) {
-            if (i % kFan == 0) level.push_back({{}, below[i].lowest});
-            level.back().Add(below[i].box, below[i].lowest);
-        }
+        const PooledVector<Eight>& below = m_aLevel.back();
+        PooledVector<Eight> level((below.size() + kFan - 1) / kFan);
+        for (std::size_t i = 0; i < below.size(); ++i) level[i / kFan].Set(i % kFan, below[i].All(), below[i].Lowest());
         m_aLevel.push_back(std::move(level));
     }
+    return items;
 }

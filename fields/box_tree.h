@@ -1,14 +1,21 @@
 // A packed tree of boxes in the plane, for asking which of them hold a point. Internal.
 #pragma once
+#include <bit>
+#include <cstddef>
 #include <cstdint>
 #include <vector>
+
+#include "platform/pool.h"
+
+/// Millions of elements that are visited in no order: the pool keeps them on large pages.
+template <class T>
+using PooledVector = std::vector<T, CPoolAllocator<T>>;
 
 /// A box that is closed on all sides. The empty one swallows nothing when it is united with another.
 struct PlaneBox {
     float minX = 1, minY = 1, maxX = 0, maxY = 0;
 
     bool IsEmpty() const { return minX > maxX; }
-    bool Holds(float x, float y) const { return x >= minX && x <= maxX && y >= minY && y <= maxY; }
     void Unite(const PlaneBox& other);
     /// The smallest box of floats about a box of doubles.
     static PlaneBox About(double minX, double minY, double maxX, double maxY);
@@ -18,48 +25,55 @@ struct PlaneBox {
 /// those, up to one. Items of very different sizes and densities do no harm; the order they come in does not matter.
 class CBoxTree {
 public:
-    /// Items are the positions in `boxes`; those with an empty box are left out.
-    void Build(std::vector<PlaneBox> boxes);
+    /// Items are the positions in `boxes`; those with an empty box are left out. Gives the items along the curve; a place
+    /// in there is an item's rank.
+    PooledVector<int> Build(PooledVector<PlaneBox> boxes);
 
-    /// All items along the curve. A place in here is an item's rank.
-    const std::vector<int>& Items() const { return m_aItem; }
-
-    /// The lowest item for which `holds(item, rank)` is true, of those whose group's box holds the point; -1 if none is.
+    /// The lowest item for which `holds(item, rank)` is true, of those whose box holds the point; -1 if none is.
     template <class Holds>
     int Lowest(float x, float y, Holds holds) const {
-        int best = -1;
-        if (!m_aItem.empty() && m_aLevel.back()[0].box.Holds(x, y))
-            Descend(m_aLevel.size() - 1, 0, x, y, holds, best);
-        return best;
+        int best = kNone;
+        if (!m_aLevel.empty()) Descend(m_aLevel.size() - 1, 0, x, y, holds, best);
+        return best == kNone ? -1 : best;
     }
 
 private:
     static constexpr std::size_t kFan = 8;
+    static constexpr int kNone = 0x7FFFFFFF;
 
-    struct Group {
-        PlaneBox box;
-        int lowest;  // item in it: a group of none lower than the best so far need not be looked at
-        void Add(const PlaneBox& other, int item) {
-            box.Unite(other);
-            if (item < lowest) lowest = item;
+    /// Eight boxes, one array a side, so that all of them are compared without a branch.
+    struct Eight {
+        float minX[kFan], minY[kFan], maxX[kFan], maxY[kFan];
+        int lowest[kFan];  // item in each: one that holds none lower than the best so far need not be looked at
+
+        Eight();
+        void Set(std::size_t k, const PlaneBox& box, int item);
+        PlaneBox All() const;
+        int Lowest() const;
+        /// A bit for each box that holds the point and a lower item than `best`.
+        unsigned Holding(float x, float y, int best) const {
+            unsigned bits = 0;
+            for (unsigned k = 0; k < kFan; ++k)
+                bits |= static_cast<unsigned>((x >= minX[k]) & (x <= maxX[k]) & (y >= minY[k]) & (y <= maxY[k]) &
+                                              (lowest[k] < best))
+                        << k;
+            return bits;
         }
     };
 
-
     template <class Holds>
     void Descend(std::size_t level, std::size_t at, float x, float y, Holds& holds, int& best) const {
-        const std::size_t below = level > 0 ? m_aLevel[level - 1].size() : m_aItem.size();
-        const std::size_t end = at * kFan + kFan < below ? at * kFan + kFan : below;
-        for (std::size_t i = at * kFan; i < end; ++i) {
-            if (level > 0) {
-                const Group& group = m_aLevel[level - 1][i];
-                if (group.box.Holds(x, y) && (best < 0 || group.lowest < best)) Descend(level - 1, i, x, y, holds, best);
-            } else if ((best < 0 || m_aItem[i] < best) && holds(m_aItem[i], i)) {
-                best = m_aItem[i];
-            }
+        const Eight& eight = m_aLevel[level][at];
+        for (unsigned bits = eight.Holding(x, y, best); bits != 0; bits &= bits - 1) {
+            const auto k = static_cast<std::size_t>(std::countr_zero(bits));
+            if (eight.lowest[k] >= best) continue;  // one before it was better
+            const std::size_t child = at * kFan + k;
+            if (level > 0)
+                Descend(level - 1, child, x, y, holds, best);
+            else if (holds(eight.lowest[k], child))
+                best = eight.lowest[k];
         }
     }
 
-    std::vector<int> m_aItem;                  // along the curve
-    std::vector<std::vector<Group>> m_aLevel;  // groups of items first, the one about all last
+    std::vector<PooledVector<Eight>> m_aLevel;  // boxes of the items first, by rank; the uppermost eight last
 };

@@ -1,7 +1,6 @@
 // Finds the place of a point in a field. Internal.
 #pragma once
 #include <array>
-#include <vector>
 
 #include "fields/box_tree.h"
 #include "fields/field_mesh.h"
@@ -9,17 +8,12 @@
 /// How far a point may lie outside of a triangle that holds it, as a share of its longest edge.
 inline constexpr double kFieldTolerance = 1e-6;
 
-/// The places of the corners of a triangle, kept together so that asking does not have to look at the nodes.
-struct FieldTriangle {
-    float x[3], y[3];
-};
-
 /// The shares of the three corners in the value at a point, adding up to 1.
 struct CornerShares {
     std::array<double, 3> share{};
     bool held = false;  // false: the triangle does not hold the point; one without area holds none
 };
-CornerShares SharesAt(const FieldTriangle& t, double x, double y);
+CornerShares SharesAt(const CChangNode& a, const CChangNode& b, const CChangNode& c, double x, double y);
 
 /// Answers where in a field a point lies, for the sizes that the field had when this was made.
 class CFieldLocator {
@@ -40,7 +34,7 @@ private:
     int m_nNodes, m_nTriangles;  // sizes
     double m_dReach = 0;         // how near a node must be: by the longest edge of all
     CBoxTree m_cTriangles;
-    std::vector<FieldTriangle> m_aTriangle;  // by rank in the tree
+    PooledVector<CFieldMesh::Corners> m_aCorners;  // of the triangles, by rank in the tree
     CBoxTree m_cNodes;           // built when a point first falls outside of all triangles
     bool m_bNodesBuilt = false;
 };

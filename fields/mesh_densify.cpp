@@ -4,8 +4,8 @@
 #include <bit>
 #include <cstdint>
 #include <limits>
-#include <vector>
 
+#include "fields/box_tree.h"
 #include "fields/chang.h"
 #include "fields/field_mesh.h"
 
@@ -57,8 +57,8 @@ private:
 
     int m_first;
     bool m_repeated = false;             // some edge stands there twice
-    std::vector<Edge> m_edges;           // by number
-    std::vector<std::uint32_t> m_slots;  // entries of the former, by hash
+    PooledVector<Edge> m_edges;           // by number
+    PooledVector<std::uint32_t> m_slots;  // entries of the former, by hash
 };
 
 CChangNode Middle(const CChangNode& a, const CChangNode& b, int number) {
