@@ -1,5 +1,5 @@
-// Fields of a million triangles: isolines, cloud, densifying, asking for values. Processor time, the least of several
-// runs; peak memory of a process of its own.
+// Fields of a million triangles: isolines, cloud, densifying, asking for values. Processor time, the least of
+// several runs; peak memory of a process of its own.
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <time.h>
@@ -28,10 +28,12 @@ constexpr int kSide = 708;  // squares a side, two triangles each: 1 002 528
 enum class Order { kRows, kShuffled };
 
 float Deflection(double x, double y) {
-    return static_cast<float>(std::sin(3.1415926 * x / 60) * std::sin(3.1415926 * y / 60) + 0.2 * std::sin(x) * std::cos(0.7 * y));
+    return static_cast<float>(std::sin(3.1415926 * x / 60) * std::sin(3.1415926 * y / 60) +
+                              0.2 * std::sin(x) * std::cos(0.7 * y));
 }
 
-/// A field of 60 m by 60 m. Shuffled: triangles and node numbers in random order, and the mesh much finer at one corner.
+/// A field of 60 m by 60 m. Shuffled: triangles and node numbers in random order, and the mesh much finer at
+/// one corner.
 void Fill(CChang& field, Order order) {
     const int n = kSide + 1;
     std::vector<int> number(static_cast<std::size_t>(n) * static_cast<std::size_t>(n));
@@ -55,7 +57,9 @@ void Fill(CChang& field, Order order) {
     std::vector<CChangTri> triangles;
     for (int j = 0; j < kSide; ++j)
         for (int i = 0; i < kSide; ++i) {
-            const auto at = [&](int di, int dj) { return number[static_cast<std::size_t>((j + dj) * n + i + di)]; };
+            const auto at = [&](int di, int dj) {
+                return number[static_cast<std::size_t>((j + dj) * n + i + di)];
+            };
             triangles.push_back({{at(0, 0), at(1, 0), at(1, 1)}});
             triangles.push_back({{at(0, 0), at(1, 1), at(0, 1)}});
         }
@@ -98,10 +102,13 @@ void Measure(Order order) {
     CGjChang component;
     component.m_pChang = &field;
     component.OnCalcParameters();
-    Row(("isolines of 20 levels" + name).c_str(), Least(3, [&] {
-            CDrawGraph graph;
-            component.GenerateIsolineGraph(&graph);
-        }), "s", "0.5");
+    Row(("isolines of 20 levels" + name).c_str(),
+        Least(3,
+              [&] {
+                  CDrawGraph graph;
+                  component.GenerateIsolineGraph(&graph);
+              }),
+        "s", "0.5");
     CDC dc(std::make_shared<CSurface>(1920, 1080)), memory;
     CFCoor coor;
     coor.Init(CFPoint(0, 60000, 0), 1080.0f / 60000, 1);
@@ -118,9 +125,13 @@ void Measure(Order order) {
     std::vector<CFPoint> points;
     for (int i = 0; i < kPoints; ++i) points.emplace_back(anywhere(random), anywhere(random), 0.0f);
     double sum = 0;
-    Row(("value at a random point" + name).c_str(), Least(3, [&] {
-            for (const CFPoint& p : points) sum += static_cast<double>(field.Get_Value(p.x, p.y));
-        }) * 1e6 / kPoints, "us", "1");
+    Row(("value at a random point" + name).c_str(),
+        Least(3,
+              [&] {
+                  for (const CFPoint& p : points) sum += static_cast<double>(field.Get_Value(p.x, p.y));
+              }) *
+            1e6 / kPoints,
+        "us", "1");
     if (!std::isfinite(sum)) std::printf("values are not finite\n");
 }
 

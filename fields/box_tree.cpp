@@ -124,7 +124,8 @@ PooledVector<int> CBoxTree::Build(PooledVector<PlaneBox> boxes) {
     while (m_aLevel.back().size() > 1) {
         const PooledVector<Eight>& below = m_aLevel.back();
         PooledVector<Eight> level((below.size() + kFan - 1) / kFan);
-        for (std::size_t i = 0; i < below.size(); ++i) level[i / kFan].Set(i % kFan, below[i].All(), below[i].Lowest());
+        for (std::size_t i = 0; i < below.size(); ++i)
+            level[i / kFan].Set(i % kFan, below[i].All(), below[i].Lowest());
         m_aLevel.push_back(std::move(level));
     }
     return items;

@@ -21,15 +21,17 @@ struct PlaneBox {
     static PlaneBox About(double minX, double minY, double maxX, double maxY);
 };
 
-/// Items in the order of a curve that fills the plane, boxes about each eight neighbours, and boxes about each eight of
-/// those, up to one. Items of very different sizes and densities do no harm; the order they come in does not matter.
+/// Items in the order of a curve that fills the plane, boxes about each eight neighbours, and boxes about
+/// each eight of those, up to one. Items of very different sizes and densities do no harm; the order they
+/// come in does not matter.
 class CBoxTree {
 public:
-    /// Items are the positions in `boxes`; those with an empty box are left out. Gives the items along the curve; a place
-    /// in there is an item's rank.
+    /// Items are the positions in `boxes`; those with an empty box are left out. Gives the items along the
+    /// curve; a place in there is an item's rank.
     PooledVector<int> Build(PooledVector<PlaneBox> boxes);
 
-    /// The lowest item for which `holds(item, rank)` is true, of those whose box holds the point; -1 if none is.
+    /// The lowest item for which `holds(item, rank)` is true, of those whose box holds the point; -1 if none
+    /// is.
     template <class Holds>
     int Lowest(float x, float y, Holds holds) const {
         int best = kNone;
@@ -44,7 +46,8 @@ private:
     /// Eight boxes, one array a side, so that all of them are compared without a branch.
     struct Eight {
         float minX[kFan], minY[kFan], maxX[kFan], maxY[kFan];
-        int lowest[kFan];  // item in each: one that holds none lower than the best so far need not be looked at
+        int lowest[kFan];  // item in each: one that holds none lower than the best so far need not be looked
+                           // at
 
         Eight();
         void Set(std::size_t k, const PlaneBox& box, int item);
@@ -54,8 +57,8 @@ private:
         unsigned Holding(float x, float y, int best) const {
             unsigned bits = 0;
             for (unsigned k = 0; k < kFan; ++k)
-                bits |= static_cast<unsigned>((x >= minX[k]) & (x <= maxX[k]) & (y >= minY[k]) & (y <= maxY[k]) &
-                                              (lowest[k] < best))
+                bits |= static_cast<unsigned>((x >= minX[k]) & (x <= maxX[k]) & (y >= minY[k]) &
+                                              (y <= maxY[k]) & (lowest[k] < best))
                         << k;
             return bits;
         }
@@ -68,10 +71,8 @@ private:
             const auto k = static_cast<std::size_t>(std::countr_zero(bits));
             if (eight.lowest[k] >= best) continue;  // one before it was better
             const std::size_t child = at * kFan + k;
-            if (level > 0)
-                Descend(level - 1, child, x, y, holds, best);
-            else if (holds(eight.lowest[k], child))
-                best = eight.lowest[k];
+            if (level > 0) Descend(level - 1, child, x, y, holds, best);
+            else if (holds(eight.lowest[k], child)) best = eight.lowest[k];
         }
     }
 

@@ -82,8 +82,8 @@ int CChang::TraceOne(float z) {
 unsigned long CChang::GetIndexColor(float z) {
     float min, max;
     if (m_nRangeNodes != m_arrNode.GetSize() || m_nRangeValue != m_nValue) GetMinMaxZ(min, max);
-    return FieldColor(m_nColorScheme,
-                      FieldColorStep(static_cast<double>(z), static_cast<double>(m_fMin), static_cast<double>(m_fMax)));
+    return FieldColor(m_nColorScheme, FieldColorStep(static_cast<double>(z), static_cast<double>(m_fMin),
+                                                     static_cast<double>(m_fMax)));
 }
 
 namespace {
@@ -92,17 +92,19 @@ constexpr int kLongestSide = 2048;  // pixels of a cloud; the blit stretches it
 
 /// The device's size of a box, shortened in proportion where the longer side is too long.
 CSize CloudSize(const CRect& device) {
-    const double wide = static_cast<double>(device.right) - device.left, high = static_cast<double>(device.bottom) - device.top;
+    const double wide = static_cast<double>(device.right) - device.left,
+                 high = static_cast<double>(device.bottom) - device.top;
     const double share = std::min(1.0, kLongestSide / std::max({wide, high, 1.0}));
-    return {SaturatedInt(std::round(wide * share), 1, kLongestSide), SaturatedInt(std::round(high * share), 1, kLongestSide)};
+    return {SaturatedInt(std::round(wide * share), 1, kLongestSide),
+            SaturatedInt(std::round(high * share), 1, kLongestSide)};
 }
 
 }  // namespace
 
 void CChang::DrawBaseMap(CDC* ref, CDC* mem, CFCoor* coor, int& width, int& height, float factor) {
     const CFRect box = GetFRect();
-    const CSize size = CloudSize(
-        coor->FPtoDP(CFRect(box.m_fMinX * factor, box.m_fMinY * factor, box.m_fMaxX * factor, box.m_fMaxY * factor)));
+    const CSize size = CloudSize(coor->FPtoDP(
+        CFRect(box.m_fMinX * factor, box.m_fMinY * factor, box.m_fMaxX * factor, box.m_fMaxY * factor)));
     width = size.cx;
     height = size.cy;
     CBitmap bitmap;
@@ -115,7 +117,8 @@ void CChang::DrawBaseMap(CDC* ref, CDC* mem, CFCoor* coor, int& width, int& heig
     GetMinMaxZ(min, max);
     CloudColors colors{static_cast<double>(min), static_cast<double>(max), {}};
     for (int i = 0; i < kColorSteps; ++i)
-        colors.pixel[static_cast<std::size_t>(i)] = PixelFromColor(ApartFrom(FieldColor(m_nColorScheme, i), background));
+        colors.pixel[static_cast<std::size_t>(i)] =
+            PixelFromColor(ApartFrom(FieldColor(m_nColorScheme, i), background));
     bitmap.Surface()->Fill(PixelFromColor(background));
     m_pMesh->Refresh();
     PaintCloud(*this, *m_pMesh, box, colors, *bitmap.Surface());

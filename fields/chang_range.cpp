@@ -58,7 +58,9 @@ int CChangRange::Read_Binary(const char* name, int a, int b, int c) {
     CChangBounds ranges[4];
     if (!Read(file.get(), flag)) return 0;
     for (CChangBounds& range : ranges)
-        if (!Search_NextBlock_Header(file.get(), kRecords, kHeaderRecords, kRecordBytes) || !Read(file.get(), range)) return 0;
+        if (!Search_NextBlock_Header(file.get(), kRecords, kHeaderRecords, kRecordBytes) ||
+            !Read(file.get(), range))
+            return 0;
     m_nFlag = flag;
     std::copy(std::begin(ranges), std::end(ranges), m_aRange);
     return 1;

@@ -21,11 +21,12 @@ struct Stretch {
     int first, last;
 };
 Stretch Centres(double low, double high, int count) {
-    return {SaturatedInt(std::ceil(low - 0.5), 0, count), SaturatedInt(std::floor(high - 0.5), -1, count - 1)};
+    return {SaturatedInt(std::ceil(low - 0.5), 0, count),
+            SaturatedInt(std::floor(high - 0.5), -1, count - 1)};
 }
 
-/// Paints each pixel once, however many triangles lie on top of each other: each pixel knows how far behind it the next
-/// one in its row is that is still free.
+/// Paints each pixel once, however many triangles lie on top of each other: each pixel knows how far behind
+/// it the next one in its row is that is still free.
 class CloudPainter {
 public:
     CloudPainter(CSurface& surface, const CloudColors& colors) : m_surface(surface), m_colors(colors) {
@@ -58,7 +59,9 @@ public:
             std::uint32_t* const row = m_surface.Row(y);
             for (int x = FirstFree(y, part.first); x <= part.last; x = FirstFree(y, x + 1)) {
                 const double value = std::clamp(start + byU * (x + 0.5), least, most);
-                row[x] = m_colors.pixel[static_cast<std::size_t>(FieldColorStep(value, m_colors.min, m_colors.max))];
+                row[x] =
+                    m_colors
+                        .pixel[static_cast<std::size_t>(FieldColorStep(value, m_colors.min, m_colors.max))];
                 Entry(y, x) = x + 1;
                 --m_nFree;
             }
@@ -114,7 +117,8 @@ void PaintCloud(const CChang& field, const CFieldMesh& mesh, const CFRect& box, 
         std::array<Corner, 3> corners;
         for (std::size_t k = 0; k < 3; ++k) {
             const CChangNode& node = mesh.Node(at[k]);
-            corners[k] = {(static_cast<double>(node.m_fX) - minX) * perX, (maxY - static_cast<double>(node.m_fY)) * perY,
+            corners[k] = {(static_cast<double>(node.m_fX) - minX) * perX,
+                          (maxY - static_cast<double>(node.m_fY)) * perY,
                           static_cast<double>(mesh.Value(at[k]))};
         }
         painter.Paint(corners);

@@ -14,7 +14,7 @@ struct CloudColors {
     std::array<std::uint32_t, CChang::kColorSteps> pixel{};
 };
 
-/// Paints the box over the whole surface, its greatest y on the topmost row. A pixel shows the value at its centre, by
-/// the first triangle that holds it; pixels off the field stay.
+/// Paints the box over the whole surface, its greatest y on the topmost row. A pixel shows the value at its
+/// centre, by the first triangle that holds it; pixels off the field stay.
 void PaintCloud(const CChang& field, const CFieldMesh& mesh, const CFRect& box, const CloudColors& colors,
                 CSurface& surface);

@@ -30,8 +30,8 @@ PlaneBox BoxAbout(const Vec& a, const Vec& b, const Vec& c, double tolerance) {
 
 }  // namespace
 
-// The tolerance is on the distance from each side's line, and on the box, or a sharp corner would reach far beyond
-// itself. Shares below 0 count as 0, so that the value stays between those of the corners.
+// The tolerance is on the distance from each side's line, and on the box, or a sharp corner would reach far
+// beyond itself. Shares below 0 count as 0, so that the value stays between those of the corners.
 CornerShares SharesAt(const CChangNode& a, const CChangNode& b, const CChangNode& c, double x, double y) {
     const Vec p{x, y};
     const Vec corner[3] = {Place(a), Place(b), Place(c)};
@@ -45,7 +45,8 @@ CornerShares SharesAt(const CChangNode& a, const CChangNode& b, const CChangNode
         const double part = std::copysign(1.0, area) * Cross(side, p - from);  // distance times length
         if (part < 0) {
             inside = false;
-            const double reach = kFieldTolerance * kFieldTolerance * LongestSquare(corner[0], corner[1], corner[2]);
+            const double reach =
+                kFieldTolerance * kFieldTolerance * LongestSquare(corner[0], corner[1], corner[2]);
             if (part * part > reach * Square(side)) return {};
         }
         result.share[k] = std::max(part, 0.0);
@@ -62,7 +63,10 @@ CornerShares SharesAt(const CChangNode& a, const CChangNode& b, const CChangNode
 }
 
 CFieldLocator::CFieldLocator(const CChang& field, const CFieldMesh& mesh)
-    : m_field(field), m_mesh(mesh), m_nNodes(field.m_arrNode.GetSize()), m_nTriangles(field.m_arrTri.GetSize()) {
+    : m_field(field),
+      m_mesh(mesh),
+      m_nNodes(field.m_arrNode.GetSize()),
+      m_nTriangles(field.m_arrTri.GetSize()) {
     double longest = 0;
     PooledVector<PlaneBox> boxes(static_cast<std::size_t>(m_nTriangles));
     CFieldMesh::Corners at;
@@ -77,7 +81,8 @@ CFieldLocator::CFieldLocator(const CChang& field, const CFieldMesh& mesh)
     m_dReach = kFieldTolerance * longest;
     const PooledVector<int> items = m_cTriangles.Build(std::move(boxes));
     m_aCorners.resize(items.size());
-    for (std::size_t rank = 0; rank < items.size(); ++rank) m_mesh.Find(m_field.m_arrTri[items[rank]], m_aCorners[rank]);
+    for (std::size_t rank = 0; rank < items.size(); ++rank)
+        m_mesh.Find(m_field.m_arrTri[items[rank]], m_aCorners[rank]);
 }
 
 bool CFieldLocator::Fits(const CChang& field) const {
@@ -102,7 +107,8 @@ bool CFieldLocator::ValueAt(float x, float y, float& value) {
     const int triangle = m_cTriangles.Lowest(x, y, [&](int, std::size_t rank) {
         const CFieldMesh::Corners& at = m_aCorners[rank];
         const CornerShares s = SharesAt(m_mesh.Node(at[0]), m_mesh.Node(at[1]), m_mesh.Node(at[2]), px, py);
-        if (!s.held || !m_mesh.HasValue(at[0]) || !m_mesh.HasValue(at[1]) || !m_mesh.HasValue(at[2])) return false;
+        if (!s.held || !m_mesh.HasValue(at[0]) || !m_mesh.HasValue(at[1]) || !m_mesh.HasValue(at[2]))
+            return false;
         double v = 0;
         for (std::size_t k = 0; k < 3; ++k) v += s.share[k] * static_cast<double>(m_mesh.Value(at[k]));
         value = static_cast<float>(v);

@@ -35,6 +35,6 @@ private:
     double m_dReach = 0;         // how near a node must be: by the longest edge of all
     CBoxTree m_cTriangles;
     PooledVector<CFieldMesh::Corners> m_aCorners;  // of the triangles, by rank in the tree
-    CBoxTree m_cNodes;           // built when a point first falls outside of all triangles
+    CBoxTree m_cNodes;                             // built when a point first falls outside of all triangles
     bool m_bNodesBuilt = false;
 };

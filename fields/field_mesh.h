@@ -8,7 +8,8 @@
 
 #include "fields/chang.h"
 
-/// Finds nodes by number. Borrows the field's arrays, which may change: Refresh before a walk over the triangles.
+/// Finds nodes by number. Borrows the field's arrays, which may change: Refresh before a walk over the
+/// triangles.
 class CFieldMesh {
 public:
     using Corners = std::array<int, 3>;  // positions in the node array
@@ -51,9 +52,9 @@ private:
     int Find(int number) const;
 
     const CChang& m_field;
-    bool m_bPlain = true;                           // the numbers are 1, 2, 3 and so on
-    std::uint64_t m_nPrint = 0;                     // of the numbers that the table was made for
-    std::int64_t m_nLowest = 0;                     // number of the first entry of the table
-    std::vector<int> m_aPosition;                   // by number, where that is not wasteful
-    std::vector<std::pair<int, int>> m_aSorted;     // else number and position, by number; no number twice
+    bool m_bPlain = true;                        // the numbers are 1, 2, 3 and so on
+    std::uint64_t m_nPrint = 0;                  // of the numbers that the table was made for
+    std::int64_t m_nLowest = 0;                  // number of the first entry of the table
+    std::vector<int> m_aPosition;                // by number, where that is not wasteful
+    std::vector<std::pair<int, int>> m_aSorted;  // else number and position, by number; no number twice
 };

@@ -18,7 +18,8 @@ std::vector<RulerBand> RulerBands(CChang& field) {
         const double middle = max - step * std::min(i + 0.5, static_cast<double>(kRulerBands));
         const double edge = i == kRulerBands ? min : max - step * i;
         const bool labelled = any && i % 2 == 0 && (max > min || i == 0);
-        bands.push_back({COLORREF{field.GetIndexColor(static_cast<float>(middle))}, labelled ? FixedReal(edge * scale, 2) : ""});
+        bands.push_back({COLORREF{field.GetIndexColor(static_cast<float>(middle))},
+                         labelled ? FixedReal(edge * scale, 2) : ""});
         if (bands.back().label == "-0.00") bands.back().label = "0.00";
     }
     return bands;
@@ -28,12 +29,15 @@ RulerLayout::RulerLayout(const CRect& rect) {
     letterHeight = std::clamp(rect.Height() / 28, 10, 18);
     const int margin = letterHeight * 3 / 4;
     const int wide = std::min(letterHeight * 5 / 3, std::max(rect.Width() / 3, 1));
-    bands = CRect(rect.left + margin, rect.top + margin, rect.left + margin + wide, std::max(rect.top + margin, rect.bottom - margin));
+    bands = CRect(rect.left + margin, rect.top + margin, rect.left + margin + wide,
+                  std::max(rect.top + margin, rect.bottom - margin));
     labelLeft = bands.right + letterHeight;
     labelRight = rect.right;
 }
 
-int RulerLayout::BandTop(int band) const { return bands.top + static_cast<int>(std::int64_t{bands.Height()} * band / kRulerBands); }
+int RulerLayout::BandTop(int band) const {
+    return bands.top + static_cast<int>(std::int64_t{bands.Height()} * band / kRulerBands);
+}
 
 COLORREF RulerInk(COLORREF background) {
     const int light = 299 * GetRValue(background) + 587 * GetGValue(background) + 114 * GetBValue(background);
@@ -65,12 +69,14 @@ void CChang::DrawRuler(CDC* dc, const CRect& rect, CFCoor*, COLORREF background)
     dc->FillSolidRect(rect, background);
     const COLORREF ink = RulerInk(background);
     for (int i = 0; i < kRulerBands; ++i)
-        dc->FillSolidRect(CRect(layout.bands.left, layout.BandTop(i), layout.bands.right, layout.BandTop(i + 1)),
-                          ApartFrom(bands[static_cast<std::size_t>(i)].color, background));
+        dc->FillSolidRect(
+            CRect(layout.bands.left, layout.BandTop(i), layout.bands.right, layout.BandTop(i + 1)),
+            ApartFrom(bands[static_cast<std::size_t>(i)].color, background));
     CPen pen(PS_SOLID, 1, ink);
     CPen* const oldPen = dc->SelectObject(&pen);
     CFont font;
-    font.CreateFont(FittingHeight(dc, bands, layout), 0, 0, 0, FW_NORMAL, 0, 0, 0, DEFAULT_CHARSET, 0, 0, DEFAULT_QUALITY, 0, "");
+    font.CreateFont(FittingHeight(dc, bands, layout), 0, 0, 0, FW_NORMAL, 0, 0, 0, DEFAULT_CHARSET, 0, 0,
+                    DEFAULT_QUALITY, 0, "");
     CFont* const oldFont = dc->SelectObject(&font);
     const int oldMode = dc->SetBkMode(TRANSPARENT);
     const COLORREF oldColor = dc->SetTextColor(ink);

@@ -15,15 +15,15 @@ struct RulerBand {
     std::string label;  // beside the band's upper edge; empty at every second one
 };
 
-/// The bands of a field's range from the greatest value down, and last a band of no height for the label of the least.
-/// A constant field has one label.
+/// The bands of a field's range from the greatest value down, and last a band of no height for the label of
+/// the least. A constant field has one label.
 std::vector<RulerBand> RulerBands(CChang& field);
 
 /// Where things stand in a ruler of a given size, pixels.
 struct RulerLayout {
-    CRect bands;      // all of them together
-    int labelLeft;    // where texts begin
-    int labelRight;   // where they must end
+    CRect bands;     // all of them together
+    int labelLeft;   // where texts begin
+    int labelRight;  // where they must end
     int letterHeight;
 
     explicit RulerLayout(const CRect& rect);

@@ -15,15 +15,18 @@
 
 namespace {
 
-constexpr int kCopyPen = 13;         // R2_COPYPEN
-constexpr char kPlainPart = 65;      // colour index of grid and node values
+constexpr int kCopyPen = 13;     // R2_COPYPEN
+constexpr char kPlainPart = 65;  // colour index of grid and node values
 constexpr int kMaxLevels = 10000;
-constexpr int kMaxPieces = 10000000;  // of isolines: as many lines as a gigabyte holds, rather than all memory
+constexpr int kMaxPieces =
+    10000000;  // of isolines: as many lines as a gigabyte holds, rather than all memory
 constexpr double kMaxDigits = 1e6;
 
 std::string ValueText(double value) { return FixedReal(value, 2); }
 
-CFRect Scaled(const CFRect& r, float by) { return {r.m_fMinX * by, r.m_fMinY * by, r.m_fMaxX * by, r.m_fMaxY * by}; }
+CFRect Scaled(const CFRect& r, float by) {
+    return {r.m_fMinX * by, r.m_fMinY * by, r.m_fMaxX * by, r.m_fMaxY * by};
+}
 
 }  // namespace
 
@@ -42,24 +45,24 @@ void CGjChang::OnCalcParameters() {
 
 int CGjChang::DrawGraph(CDrawGraph* graph) {
     if (!m_pChang) return 1;
-    if (m_nDisplay == FIELD_DISPLAY_CLOUD)
-        graph->Set_Locator(m_rect);
-    else if (m_nDisplay == FIELD_DISPLAY_ISOLINE)
-        GenerateIsolineGraph(graph);
-    else
-        GenerateDigitGraph(graph);
+    if (m_nDisplay == FIELD_DISPLAY_CLOUD) graph->Set_Locator(m_rect);
+    else if (m_nDisplay == FIELD_DISPLAY_ISOLINE) GenerateIsolineGraph(graph);
+    else GenerateDigitGraph(graph);
     if (m_bDrawGrid) DrawGrid(graph);
     if (m_bDrawValue) DrawValue(graph);
     return 1;
 }
 
-void CGjChang::LevelColor(float value) { m_arrColor.Add(static_cast<std::int32_t>(m_pChang->GetIndexColor(value))); }
+void CGjChang::LevelColor(float value) {
+    m_arrColor.Add(static_cast<std::int32_t>(m_pChang->GetIndexColor(value)));
+}
 
 // --- isolines ---------------------------------------------------------------------------------------------
 
 namespace {
 
-/// A twentieth of the range; 1 for a range too small for that, or so far from zero that the step would be lost in it.
+/// A twentieth of the range; 1 for a range too small for that, or so far from zero that the step would be
+/// lost in it.
 double IsolineStep(double min, double max) {
     double step = (max - min) / 20.0;
     if (step < 0 || std::fabs(step) < 1e-7) step = 1.0;
@@ -82,15 +85,16 @@ int AppendLevel(CDrawGraph& graph, const CChang& field, float scale, const std::
 
 }  // namespace
 
-// Level and step are doubles: a float at 1e9 would never move by a step of 1. The index of a level's lines begins at 1,
-// where that of the colours begins at 0, so that a level shows the colour of the next one, and GetDrawInfo cuts the
-// last one's: drawings have always looked so.
+// Level and step are doubles: a float at 1e9 would never move by a step of 1. The index of a level's lines
+// begins at 1, where that of the colours begins at 0, so that a level shows the colour of the next one, and
+// GetDrawInfo cuts the last one's: drawings have always looked so.
 void CGjChang::GenerateIsolineGraph(CDrawGraph* graph) {
     m_arrColor.RemoveAll();
     m_pChang->m_nColorScheme = m_nColorScheme;
     float least, most;
     if (!m_pChang->GetMinMaxZ(least, most)) return;
-    const double min = static_cast<double>(least), max = static_cast<double>(most), step = IsolineStep(min, max);
+    const double min = static_cast<double>(least), max = static_cast<double>(most),
+                 step = IsolineStep(min, max);
     float traced = std::numeric_limits<float>::quiet_NaN();
     int index = 0, pieces = 0;
     for (double z = min; max > z && index < kMaxLevels && pieces < kMaxPieces; z += step) {
@@ -99,8 +103,9 @@ void CGjChang::GenerateIsolineGraph(CDrawGraph* graph) {
         traced = level;
         LevelColor(level);
         ++index;
-        pieces += AppendLevel(*graph, *m_pChang, m_fCoordScale, ValueText(z * static_cast<double>(m_fValueScale)),
-                              static_cast<char>(std::min(index, 127)));
+        pieces +=
+            AppendLevel(*graph, *m_pChang, m_fCoordScale, ValueText(z * static_cast<double>(m_fValueScale)),
+                        static_cast<char>(std::min(index, 127)));
         if (z + step == z) break;
     }
 }
@@ -114,7 +119,8 @@ struct Columns {
     double from, to, step;
     int count;
 
-    Columns(float low, float high, double by) : from(static_cast<double>(low)), to(static_cast<double>(high)), step(by), count(1) {
+    Columns(float low, float high, double by)
+        : from(static_cast<double>(low)), to(static_cast<double>(high)), step(by), count(1) {
         const double width = to - from;
         if (!(width > 0) || !std::isfinite(width)) return;
         if (width / step < 5) step = width / 5;
@@ -128,7 +134,8 @@ struct Columns {
     double At(int i) const { return std::min(from + i * step, to); }
 
 private:
-    // A step that ends within 0.01 behind the border still counts, but a narrow field has no second column there.
+    // A step that ends within 0.01 behind the border still counts, but a narrow field has no second column
+    // there.
     void Count() {
         const double width = to - from;
         const double steps = std::min(std::floor((width + 0.01) / step), std::ceil(width / step - 1e-9));
@@ -148,7 +155,8 @@ void CGjChang::GenerateDigitGraph(CDrawGraph* graph) {
 
     Columns columns(m_rect.m_fMinX, m_rect.m_fMaxX, 2000.0), rows(m_rect.m_fMinY, m_rect.m_fMaxY, 2000.0);
     while (static_cast<double>(columns.count) * rows.count > kMaxDigits) {
-        const double by = std::max(1.01, std::sqrt(static_cast<double>(columns.count) * rows.count / kMaxDigits));
+        const double by =
+            std::max(1.01, std::sqrt(static_cast<double>(columns.count) * rows.count / kMaxDigits));
         columns.Widen(by);
         rows.Widen(by);
     }
@@ -159,7 +167,8 @@ void CGjChang::GenerateDigitGraph(CDrawGraph* graph) {
             if (!m_pChang->PointInChang(fieldX, fieldY)) continue;
             const double v = static_cast<double>(m_pChang->Get_Value(fieldX, fieldY));
             const int part = max - min < 1e-7 ? 0 : SaturatedInt((v - min) / (max - min) * 126, 0, 126);
-            graph->Draw_Text(x, y, 500.0f, 0, ValueText(v * static_cast<double>(m_fValueScale)).c_str(), static_cast<char>(part));
+            graph->Draw_Text(x, y, 500.0f, 0, ValueText(v * static_cast<double>(m_fValueScale)).c_str(),
+                             static_cast<char>(part));
         }
     }
 }
@@ -174,8 +183,8 @@ void CGjChang::DrawGrid(CDrawGraph* graph) {
         if (!mesh.FindUsable(tri, at)) continue;
         for (std::size_t k = 0; k < 3; ++k) {
             const CChangNode &a = mesh.Node(at[k]), &b = mesh.Node(at[(k + 1) % 3]);
-            graph->Draw_Line(a.m_fX * m_fCoordScale, a.m_fY * m_fCoordScale, b.m_fX * m_fCoordScale, b.m_fY * m_fCoordScale,
-                             1.0f, kPlainPart, 0, kCopyPen);
+            graph->Draw_Line(a.m_fX * m_fCoordScale, a.m_fY * m_fCoordScale, b.m_fX * m_fCoordScale,
+                             b.m_fY * m_fCoordScale, 1.0f, kPlainPart, 0, kCopyPen);
         }
     }
 }
@@ -184,7 +193,8 @@ void CGjChang::DrawValue(CDrawGraph* graph) {
     for (const CChangNode& node : m_pChang->m_arrNode) {
         const float x = node.m_fX * m_fCoordScale, y = node.m_fY * m_fCoordScale;
         if (!std::isfinite(x) || !std::isfinite(y)) continue;
-        const double v = static_cast<double>(m_pChang->Get_Value(node.m_fX, node.m_fY)) * static_cast<double>(m_fValueScale);
+        const double v = static_cast<double>(m_pChang->Get_Value(node.m_fX, node.m_fY)) *
+                         static_cast<double>(m_fValueScale);
         graph->Draw_Text(x, y, 100.0f, 0, ValueText(v).c_str(), kPlainPart);
         if (!m_bShowCoord) continue;
         std::string place = "(";

@@ -22,8 +22,9 @@ void CGjChang::GenerateCloudGraph(CDC* dc, CFCoor* coor) {
     const CPoint anchor = coor->FPtoDP(m_ptAnchor);
     // A field whose picture is less than a pixel wide still shows.
     const int width = std::max(place.Width(), 1), height = std::max(place.Height(), 1);
-    TransparentBlt2(dc, place.left, SaturatedInt(static_cast<double>(anchor.y) - height), width, height, &m_dcCloud, 0, 0,
-                    m_nBitmapWidth, m_nBitmapHeight, COLORREF{g_cTvoProfile.m_crBackground});
+    TransparentBlt2(dc, place.left, SaturatedInt(static_cast<double>(anchor.y) - height), width, height,
+                    &m_dcCloud, 0, 0, m_nBitmapWidth, m_nBitmapHeight,
+                    COLORREF{g_cTvoProfile.m_crBackground});
 }
 
 void CGjChang::CreateCloudBitmap(CDC* dc, CFCoor* coor) {
@@ -57,8 +58,8 @@ void CGjChang::DrawScaleRuler(CDC* dc, CFCoor* coor) {
 int CGjChang::ReGen(CTvoViewMgr* mgr) {
     if (!m_pChang) return CGouJianEx::ReGen(mgr);
     if (!mgr) {
-        // The bitmaps need a view and wait for one. The display list is filled, so that a model without a window can be
-        // written out.
+        // The bitmaps need a view and wait for one. The display list is filled, so that a model without a
+        // window can be written out.
         CGouJianEx::ReGen(nullptr);
         m_bBitmapMade = 0;
         CDrawGraph* const graph = GetDrawGraph();

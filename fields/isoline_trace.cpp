@@ -19,16 +19,18 @@ std::vector<std::uint8_t> SidesOfNodes(const CFieldMesh& mesh, int nodes, float 
     return sides;
 }
 
-/// An edge that the level cuts, the node of the lower position first, so that both triangles at it get one point.
+/// An edge that the level cuts, the node of the lower position first, so that both triangles at it get one
+/// point.
 struct CutEdge {
     int low, high;
     std::uint64_t Key() const {
-        return static_cast<std::uint64_t>(static_cast<std::uint32_t>(low)) << 32 | static_cast<std::uint32_t>(high);
+        return static_cast<std::uint64_t>(static_cast<std::uint32_t>(low)) << 32 |
+               static_cast<std::uint32_t>(high);
     }
 };
 
-/// The two cut edges of each mixed triangle, one pair behind the other, in the order of the triangles. Within a pair
-/// edges stand in the order ab, bc, ca.
+/// The two cut edges of each mixed triangle, one pair behind the other, in the order of the triangles. Within
+/// a pair edges stand in the order ab, bc, ca.
 std::vector<CutEdge> CutTriangles(const CChang& field, const CFieldMesh& mesh, float level) {
     const auto sides = SidesOfNodes(mesh, field.m_arrNode.GetSize(), level);
     const auto side = [&](int at) { return sides[static_cast<std::size_t>(at)]; };
@@ -48,14 +50,15 @@ std::vector<CutEdge> CutTriangles(const CChang& field, const CFieldMesh& mesh, f
 
 constexpr int kOpen = -1;
 
-/// For each end the one that it is joined to, at the same edge. Where more than two triangles meet in an edge, their
-/// ends are joined in pairs as they come; an odd one stays open.
+/// For each end the one that it is joined to, at the same edge. Where more than two triangles meet in an
+/// edge, their ends are joined in pairs as they come; an odd one stays open.
 std::vector<int> JoinEnds(const std::vector<CutEdge>& ends) {
     std::vector<int> joined(ends.size(), kOpen);
     const std::size_t slots = std::bit_ceil(2 * ends.size() + 1);
     const int shift = 64 - std::countr_zero(slots);
-    std::vector<int> waiting(slots, kOpen);       // per slot, an end that looks for another
-    std::vector<std::uint64_t> keys(slots, ~std::uint64_t{0});  // no edge has this key: positions are below 2^31
+    std::vector<int> waiting(slots, kOpen);  // per slot, an end that looks for another
+    std::vector<std::uint64_t> keys(slots,
+                                    ~std::uint64_t{0});  // no edge has this key: positions are below 2^31
     for (std::size_t i = 0; i < ends.size(); ++i) {
         const std::uint64_t key = ends[i].Key();
         std::size_t slot = shift == 64 ? 0 : static_cast<std::size_t>(key * 0x9E3779B97F4A7C15u >> shift);
@@ -75,10 +78,12 @@ std::vector<int> JoinEnds(const std::vector<CutEdge>& ends) {
 
 CFPoint PointOn(const CutEdge& edge, const CFieldMesh& mesh, double level) {
     const CChangNode &a = mesh.Node(edge.low), &b = mesh.Node(edge.high);
-    const double va = static_cast<double>(mesh.Value(edge.low)), vb = static_cast<double>(mesh.Value(edge.high));
+    const double va = static_cast<double>(mesh.Value(edge.low)),
+                 vb = static_cast<double>(mesh.Value(edge.high));
     const double t = (level - va) / (vb - va);  // the values differ: one is below the level, the other is not
     const auto between = [t](float p, float q) {
-        return static_cast<float>(static_cast<double>(p) + t * (static_cast<double>(q) - static_cast<double>(p)));
+        return static_cast<float>(static_cast<double>(p) +
+                                  t * (static_cast<double>(q) - static_cast<double>(p)));
     };
     return {between(a.m_fX, b.m_fX), between(a.m_fY, b.m_fY), 0};
 }

@@ -30,7 +30,8 @@ public:
     int Next() const { return m_first + static_cast<int>(m_edges.size()); }
     const Edge& At(int number) const { return m_edges[static_cast<std::size_t>(number - m_first)]; }
 
-    /// The number of edge `k` of triangle `triangle`: an edge that stands there twice in one direction has the later one.
+    /// The number of edge `k` of triangle `triangle`: an edge that stands there twice in one direction has
+    /// the later one.
     int NumberOf(int triangle, int k) const {
         const int own = m_first + 3 * triangle + k;
         return m_repeated ? m_first + static_cast<int>(m_slots[SlotOf(At(own))]) : own;
@@ -56,13 +57,15 @@ private:
     }
 
     int m_first;
-    bool m_repeated = false;             // some edge stands there twice
+    bool m_repeated = false;              // some edge stands there twice
     PooledVector<Edge> m_edges;           // by number
     PooledVector<std::uint32_t> m_slots;  // entries of the former, by hash
 };
 
 CChangNode Middle(const CChangNode& a, const CChangNode& b, int number) {
-    const auto mean = [](float p, float q) { return static_cast<float>((static_cast<double>(p) + static_cast<double>(q)) / 2.0); };
+    const auto mean = [](float p, float q) {
+        return static_cast<float>((static_cast<double>(p) + static_cast<double>(q)) / 2.0);
+    };
     CChangNode node;
     node.m_nNumber = number;
     node.m_fX = mean(a.m_fX, b.m_fX);
@@ -74,7 +77,8 @@ CChangNode Middle(const CChangNode& a, const CChangNode& b, int number) {
 /// The greatest number in a triangle and one; -1 and one without triangles.
 std::int64_t FirstNumber(const CArray<CChangTri>& triangles) {
     int greatest = -1;
-    for (const CChangTri& tri : triangles) greatest = std::max({greatest, tri.m_aNode[0], tri.m_aNode[1], tri.m_aNode[2]});
+    for (const CChangTri& tri : triangles)
+        greatest = std::max({greatest, tri.m_aNode[0], tri.m_aNode[1], tri.m_aNode[2]});
     return std::int64_t{greatest} + 1;
 }
 
@@ -104,8 +108,8 @@ void wange_ge_jia_mi(CChang* source, CChang* target) {
             target->m_arrTri.Add({{ab, b, bc}});
             target->m_arrTri.Add({{bc, c, ca}});
         }
-        // The numbers up to the count of nodes are taken to be the nodes', whatever these are: only those behind it get
-        // a node. Numbers without an edge, or whose edge lacks a node, get none.
+        // The numbers up to the count of nodes are taken to be the nodes', whatever these are: only those
+        // behind it get a node. Numbers without an edge, or whose edge lacks a node, get none.
         const int from = std::max(nodes + 1, static_cast<int>(first));
         target->m_arrNode.Reserve(nodes + std::max(edges.Next() - from, 0));
         for (const CChangNode& node : source->m_arrNode) target->m_arrNode.Add(node);

@@ -3,8 +3,8 @@
 #include "fields/gj_chang.h"
 #include "model/tvo_data_base.h"
 
-CGjChang* CTvoDataBase::DrawChang(CChang* chang, int colorScheme, unsigned long tag, FIELD_DISPLAY display, float valueScale,
-                                  int drawGrid, int drawValue, unsigned char status) {
+CGjChang* CTvoDataBase::DrawChang(CChang* chang, int colorScheme, unsigned long tag, FIELD_DISPLAY display,
+                                  float valueScale, int drawGrid, int drawValue, unsigned char status) {
     if (!chang) return nullptr;
     auto* obj = new CGjChang;  // owned by the container from AddGouJian on
     obj->m_pDataBase = this;

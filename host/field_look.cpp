@@ -19,7 +19,8 @@ std::vector<CGjChang*> AllFields(CTvoHostDataBase& db) {
     db.m_mapFamily[GJLX_CHANG].ForEach([&](unsigned long, CGouJianEx* obj) {
         if (auto* field = dynamic_cast<CGjChang*>(obj); field && field->m_pChang) fields.push_back(field);
     });
-    std::sort(fields.begin(), fields.end(), [](const auto* a, const auto* b) { return a->m_dwGouJianID < b->m_dwGouJianID; });
+    std::sort(fields.begin(), fields.end(),
+              [](const auto* a, const auto* b) { return a->m_dwGouJianID < b->m_dwGouJianID; });
     return fields;
 }
 
@@ -75,10 +76,12 @@ CSize RulerSize(CDC& dc, const std::vector<CGjChang*>& fields, int width, int he
     const CRect most(0, 0, std::min(field.m_nRulerWidth, width / 3), std::min(field.m_nRulerHeight, height));
     const RulerLayout layout(most);
     CFont font;
-    font.CreateFont(layout.letterHeight, 0, 0, 0, FW_NORMAL, 0, 0, 0, DEFAULT_CHARSET, 0, 0, DEFAULT_QUALITY, 0, "");
+    font.CreateFont(layout.letterHeight, 0, 0, 0, FW_NORMAL, 0, 0, 0, DEFAULT_CHARSET, 0, 0, DEFAULT_QUALITY,
+                    0, "");
     CFont* const old = dc.SelectObject(&font);
     int widest = 0;
-    for (const RulerBand& band : RulerBands(*field.m_pChang)) widest = std::max(widest, dc.GetTextExtent(CString(band.label)).cx);
+    for (const RulerBand& band : RulerBands(*field.m_pChang))
+        widest = std::max(widest, dc.GetTextExtent(CString(band.label)).cx);
     dc.SelectObject(old);
     return {std::min(most.right, layout.labelLeft + widest + layout.letterHeight / 2), most.bottom};
 }
@@ -98,7 +101,8 @@ void DrawRuler(CDC& dc, CFCoor& coor, CGjChang& field, const CSize& size) {
     TransparentBlt2(&dc, 0, 0, size.cx, size.cy, &ruler, 0, 0, size.cx, size.cy, background);
 }
 
-/// A number on a rim of paper, so that what it lies on does not run into its digits; in the letters' own spacing.
+/// A number on a rim of paper, so that what it lies on does not run into its digits; in the letters' own
+/// spacing.
 void DrawNumber(CDC& dc, const CFCoor& coor, const CGraph_Text& text, COLORREF ink) {
     const int height = coor.FPtoDP(static_cast<double>(text.m_fHeight));
     if (height < 1 || height > dc.Surface()->Height()) return;
@@ -136,10 +140,8 @@ void DrawFieldLists(CDC& dc, CFCoor& coor, const std::vector<CGjChang*>& fields,
                 if ((i.entity->GetGraphType() == kGraphText) != texts) continue;
                 i.entity->SetColor(i.color);
                 i.entity->SetLineType(i.lineType);
-                if (texts)
-                    DrawNumber(dc, coor, static_cast<const CGraph_Text&>(*i.entity), i.color);
-                else
-                    i.entity->Draw(&dc, &coor);
+                if (texts) DrawNumber(dc, coor, static_cast<const CGraph_Text&>(*i.entity), i.color);
+                else i.entity->Draw(&dc, &coor);
             }
     }
     if (ruler.cx > 0) DrawRuler(dc, coor, *fields.back(), ruler);

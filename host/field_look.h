@@ -24,8 +24,8 @@ void AddFields(Extent& extent, const std::vector<CGjChang*>& fields);
 
 // ---- pixels ---------------------------------------------------------------------------------------
 
-/// Pixels at the left edge that the ruler of the fields takes in a picture of that size; 0 without fields, and in a
-/// picture too small for one. `height` is that of the drawing alone.
+/// Pixels at the left edge that the ruler of the fields takes in a picture of that size; 0 without fields,
+/// and in a picture too small for one. `height` is that of the drawing alone.
 CSize RulerSize(CDC& dc, const std::vector<CGjChang*>& fields, int width, int height);
 
 /// The clouds, which belong under the lines of the plan.

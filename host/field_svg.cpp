@@ -26,8 +26,10 @@ std::string Base64(const std::string& bytes) {
     text.reserve((bytes.size() + 2) / 3 * 4);
     for (std::size_t i = 0; i < bytes.size(); i += 3) {
         unsigned group = 0;
-        for (std::size_t k = 0; k < 3; ++k) group = group << 8 | (i + k < bytes.size() ? static_cast<unsigned char>(bytes[i + k]) : 0u);
-        for (std::size_t k = 0; k < 4; ++k) text += i + k < bytes.size() + 1 ? kDigits[group >> (18 - 6 * k) & 63] : '=';
+        for (std::size_t k = 0; k < 3; ++k)
+            group = group << 8 | (i + k < bytes.size() ? static_cast<unsigned char>(bytes[i + k]) : 0u);
+        for (std::size_t k = 0; k < 4; ++k)
+            text += i + k < bytes.size() + 1 ? kDigits[group >> (18 - 6 * k) & 63] : '=';
     }
     return text;
 }
@@ -54,7 +56,8 @@ std::string Is(const char* name, const std::string& value) {
 std::string Is(const char* name, double value) { return Is(name, SvgNumber(value)); }
 
 void AppendCloud(std::string& svg, CGjChang& field) {
-    const double wide = static_cast<double>(field.m_rect.Width()), high = static_cast<double>(field.m_rect.Height());
+    const double wide = static_cast<double>(field.m_rect.Width()),
+                 high = static_cast<double>(field.m_rect.Height());
     if (!(wide > 0) || !(high > 0) || !std::isfinite(wide) || !std::isfinite(high)) return;
     CFCoor coor;
     coor.SetScale(static_cast<float>(kCloudPixels / std::max(wide, high)));
@@ -62,13 +65,15 @@ void AppendCloud(std::string& svg, CGjChang& field) {
     int width = 0, height = 0;
     field.m_pChang->m_nColorScheme = field.m_nColorScheme;
     field.m_pChang->DrawBaseMap(nullptr, &picture, &coor, width, height, field.m_fCoordScale);
-    svg += "<image" + Is("x", static_cast<double>(field.m_rect.m_fMinX)) + Is("y", -static_cast<double>(field.m_rect.m_fMaxY)) +
-           Is("width", wide) + Is("height", high) + Is("preserveAspectRatio", "none") + " href=\"data:image/png;base64," +
+    svg += "<image" + Is("x", static_cast<double>(field.m_rect.m_fMinX)) +
+           Is("y", -static_cast<double>(field.m_rect.m_fMaxY)) + Is("width", wide) + Is("height", high) +
+           Is("preserveAspectRatio", "none") + " href=\"data:image/png;base64," +
            Base64(PngBytes(*picture.Surface(), PixelFromColor(kPaper))) + "\"/>\n";
 }
 
 bool IsFinite(const CGraph_Line& l) {
-    return std::isfinite(l.m_fX1) && std::isfinite(l.m_fY1) && std::isfinite(l.m_fX2) && std::isfinite(l.m_fY2);
+    return std::isfinite(l.m_fX1) && std::isfinite(l.m_fY1) && std::isfinite(l.m_fX2) &&
+           std::isfinite(l.m_fY2);
 }
 
 /// All lines, those of one colour that come one behind the other as one path.
@@ -84,7 +89,9 @@ void AppendLines(std::string& svg, const std::vector<InkedEntity>& inked, double
             svg += "\"/>\n";
             before = nullptr;
         }
-        if (!before) svg += "<path" + Is("stroke", SvgColor(i.color)) + (i.lineType ? Is("stroke-dasharray", 6 * width) : "") + " d=\"";
+        if (!before)
+            svg += "<path" + Is("stroke", SvgColor(i.color)) +
+                   (i.lineType ? Is("stroke-dasharray", 6 * width) : "") + " d=\"";
         if (!before || before->m_fX2 != line.m_fX1 || before->m_fY2 != line.m_fY1)
             svg.append("M").append(Place(line.m_fX1, line.m_fY1));
         svg.append("L").append(Place(line.m_fX2, line.m_fY2));
@@ -95,19 +102,22 @@ void AppendLines(std::string& svg, const std::vector<InkedEntity>& inked, double
 }
 
 void AppendTexts(std::string& svg, const std::vector<InkedEntity>& inked) {
-    svg += "<g font-family=\"sans-serif\" stroke=\"white\" paint-order=\"stroke\" stroke-linejoin=\"round\">\n";
+    svg +=
+        "<g font-family=\"sans-serif\" stroke=\"white\" paint-order=\"stroke\" stroke-linejoin=\"round\">\n";
     for (const InkedEntity& i : inked) {
         if (i.entity->GetGraphType() != kGraphText) continue;
         const auto& text = *static_cast<const CGraph_Text*>(i.entity);
         if (!std::isfinite(text.m_fX) || !std::isfinite(text.m_fY)) continue;
         const double height = static_cast<double>(text.m_fHeight);
-        svg += "<text" + Is("x", static_cast<double>(text.m_fX)) + Is("y", -static_cast<double>(text.m_fY)) + Is("font-size", height) +
-               Is("stroke-width", height / 6) + Is("fill", SvgColor(i.color)) + ">" + SvgEscaped(FieldNumber(text.m_strText.Std())) + "</text>\n";
+        svg += "<text" + Is("x", static_cast<double>(text.m_fX)) + Is("y", -static_cast<double>(text.m_fY)) +
+               Is("font-size", height) + Is("stroke-width", height / 6) + Is("fill", SvgColor(i.color)) +
+               ">" + SvgEscaped(FieldNumber(text.m_strText.Std())) + "</text>\n";
     }
     svg += "</g>\n";
 }
 
-/// Letters of a ruler of that height, and the width of its longest label at some 0.6 of an em for each character.
+/// Letters of a ruler of that height, and the width of its longest label at some 0.6 of an em for each
+/// character.
 double LetterHeight(double height) { return height / 28; }
 double LabelWidth(CGjChang& field, double letters) {
     std::size_t longest = 0;
@@ -150,18 +160,26 @@ void AppendRuler(std::string& svg, const std::vector<CGjChang*>& fields, double 
     chang.m_fValueScale = fields.back()->m_fValueScale;
     chang.m_nColorScheme = fields.back()->m_nColorScheme;
     const auto bands = RulerBands(chang);
-    const double letters = LetterHeight(height), wide = BandWidth(height), band = (height - letters) / kRulerBands;
-    svg += "<g id=\"ruler\"" + Is("font-family", "sans-serif") + Is("font-size", letters) + " fill=\"#333333\">\n";
+    const double letters = LetterHeight(height), wide = BandWidth(height),
+                 band = (height - letters) / kRulerBands;
+    svg += "<g id=\"ruler\"" + Is("font-family", "sans-serif") + Is("font-size", letters) +
+           " fill=\"#333333\">\n";
     for (int i = 0; i <= kRulerBands; ++i) {
         const RulerBand& b = bands[static_cast<std::size_t>(i)];
         const double top = y + letters / 2 + band * i;
         if (i < kRulerBands)  // a little more than its height, or the paper shines through between two
-            svg += "<rect" + Is("x", x) + Is("y", top) + Is("width", wide) + Is("height", i + 1 < kRulerBands ? band * 1.05 : band) +
-                   Is("fill", SvgColor(b.color)) + "/>\n";
+            svg += "<rect" + Is("x", x) + Is("y", top) + Is("width", wide) +
+                   Is("height", i + 1 < kRulerBands ? band * 1.05 : band) + Is("fill", SvgColor(b.color)) +
+                   "/>\n";
         if (b.label.empty()) continue;
-        svg += "<path" + Is("d", "M" + SvgNumber(x + wide).append(" ").append(SvgNumber(top)).append("h").append(SvgNumber(letters / 2))) +
-               Is("stroke", "#333333") + Is("stroke-width", letters / 14) + "/><text" + Is("x", x + wide + letters) +
-               Is("y", top + 0.36 * letters) + ">" + b.label + "</text>\n";
+        svg += "<path" +
+               Is("d", "M" + SvgNumber(x + wide)
+                                 .append(" ")
+                                 .append(SvgNumber(top))
+                                 .append("h")
+                                 .append(SvgNumber(letters / 2))) +
+               Is("stroke", "#333333") + Is("stroke-width", letters / 14) + "/><text" +
+               Is("x", x + wide + letters) + Is("y", top + 0.36 * letters) + ">" + b.label + "</text>\n";
     }
     svg += "</g>\n";
 }

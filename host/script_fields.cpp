@@ -39,24 +39,28 @@ FieldOptions ReadOptions(const ScriptWords& words) {
             options.scale = ScriptNumber(argument(), "--scale", -1e30, 1e30);
         } else if (word == "--value") {
             options.value = static_cast<int>(ScriptInteger(argument(), "--value", 1, CChang::kValues));
-        } else if (!displayGiven && (named(FIELD_DISPLAY_CLOUD) || named(FIELD_DISPLAY_ISOLINE) || named(FIELD_DISPLAY_DIGIT))) {
+        } else if (!displayGiven && (named(FIELD_DISPLAY_CLOUD) || named(FIELD_DISPLAY_ISOLINE) ||
+                                     named(FIELD_DISPLAY_DIGIT))) {
             displayGiven = true;
-            options.display = named(FIELD_DISPLAY_CLOUD) ? FIELD_DISPLAY_CLOUD
+            options.display = named(FIELD_DISPLAY_CLOUD)     ? FIELD_DISPLAY_CLOUD
                               : named(FIELD_DISPLAY_ISOLINE) ? FIELD_DISPLAY_ISOLINE
                                                              : FIELD_DISPLAY_DIGIT;
-        } else if (!schemeGiven && !word.empty() && word.find_first_not_of("0123456789") == std::string::npos) {
+        } else if (!schemeGiven && !word.empty() &&
+                   word.find_first_not_of("0123456789") == std::string::npos) {
             schemeGiven = true;
             options.scheme = static_cast<int>(ScriptInteger(word, "SCHEME", 1, 5));
         } else {
-            throw ScriptFailure{"field knows cloud, isoline, digit, a scheme from 1 to 5, --scale and --value, not '" + word + "'"};
+            throw ScriptFailure{
+                "field knows cloud, isoline, digit, a scheme from 1 to 5, --scale and --value, not '" + word +
+                "'"};
         }
     }
     return options;
 }
 
 /// Shows a field as a component that owns it.
-CGjChang* Show(CTvoHostDataBase& db, std::unique_ptr<CChang> chang, int scheme, std::uint32_t tag, FIELD_DISPLAY display,
-               float scale, unsigned char status) {
+CGjChang* Show(CTvoHostDataBase& db, std::unique_ptr<CChang> chang, int scheme, std::uint32_t tag,
+               FIELD_DISPLAY display, float scale, unsigned char status) {
     CGjChang* field = db.DrawChang(chang.get(), scheme, tag, display, scale, 0, 0, status);
     chang.release();  // the component's, which deletes it
     field->m_bOwnChang = 1;
@@ -67,10 +71,16 @@ Json FieldJson(const char* type, CGjChang& field, const FieldTally& tally) {
     CChang& chang = *field.m_pChang;
     float min, max;
     chang.GetMinMaxZ(min, max);
-    Json json = {{"type", type}, {"id", field.get_m_dwGouJianID()}, {"tag", field.m_dwTag},
-                 {"display", FieldDisplayName(field.m_nDisplay)}, {"scheme", field.m_nColorScheme},
-                 {"nodes", chang.m_arrNode.GetSize()}, {"triangles", chang.m_arrTri.GetSize()},
-                 {"passedOver", tally.passedOver}, {"min", JsonNumber(min)}, {"max", JsonNumber(max)}};
+    Json json = {{"type", type},
+                 {"id", field.get_m_dwGouJianID()},
+                 {"tag", field.m_dwTag},
+                 {"display", FieldDisplayName(field.m_nDisplay)},
+                 {"scheme", field.m_nColorScheme},
+                 {"nodes", chang.m_arrNode.GetSize()},
+                 {"triangles", chang.m_arrTri.GetSize()},
+                 {"passedOver", tally.passedOver},
+                 {"min", JsonNumber(min)},
+                 {"max", JsonNumber(max)}};
     if (field.m_nDisplay == FIELD_DISPLAY_ISOLINE) json["levels"] = field.m_arrColor.GetSize();
     if (const std::string remarks = tally.Remarks(chang); !remarks.empty()) json["remarks"] = remarks;
     return json;
@@ -101,15 +111,18 @@ void RunDensify(Script& script, const ScriptWords&) {
     if (fields.empty()) throw ScriptFailure{"there is no field"};
     CGjChang* const old = fields.back();
     if (old->m_pChang->m_arrTri.GetSize() > kMostTriangles / 4)
-        throw ScriptFailure{"the field would have more than " + std::to_string(kMostTriangles) + " triangles"};
+        throw ScriptFailure{"the field would have more than " + std::to_string(kMostTriangles) +
+                            " triangles"};
     auto fine = std::make_unique<CChang>();
     wange_ge_jia_mi(old->m_pChang, fine.get());
     fine->m_nValue = old->m_pChang->m_nValue;
     const FieldTally tally = TallyField(*fine);
     script.m_db.DeleteGouJian(old);  // the log keeps it, for undo
-    PrintJsonLine(script.m_out, FieldJson("densify", *Show(script.m_db, std::move(fine), old->m_nColorScheme, old->m_dwTag,
-                                                           old->m_nDisplay, old->m_fValueScale, old->get_m_byteStatus()),
-                                          tally));
+    PrintJsonLine(script.m_out,
+                  FieldJson("densify",
+                            *Show(script.m_db, std::move(fine), old->m_nColorScheme, old->m_dwTag,
+                                  old->m_nDisplay, old->m_fValueScale, old->get_m_byteStatus()),
+                            tally));
 }
 
 constexpr ScriptCommand kCommands[] = {

@@ -9,7 +9,8 @@ using nlohmann::json;
 
 // One square of two triangles over 10 m by 10 m, values 0 to 30, in each form.
 const char* const kText =
-    "# a square\nnode 1 0 0 0 5\nnode 2 10 0 10 5  # the right end\n\n  node 3 10 10 30 5\r\nnode 4 0 10 20 5\ntri 1 2 3\ntri 1 3 4\n";
+    "# a square\nnode 1 0 0 0 5\nnode 2 10 0 10 5  # the right end\n\n  node 3 10 10 30 5\r\nnode 4 0 10 20 "
+    "5\ntri 1 2 3\ntri 1 3 4\n";
 const char* const kMsh22 =
     "$MeshFormat\n2.2 0 8\n$EndMeshFormat\n$PhysicalNames\n1\n2 1 \"plate\"\n$EndPhysicalNames\n"
     "$Nodes\n4\n1 0 0 0\n2 10 0 0\n3 10 10 0\n4 0 10 0\n$EndNodes\n"
@@ -39,7 +40,9 @@ TEST(TvoFields, ReadsAllThreeForms) {
     for (const auto& row : rows) {
         SCOPED_TRACE(row.format);
         folder.Write(row.file, row.content);
-        const TvoRun run = RunTvo({"run"}, std::string("field ") + row.file + " isoline 4 --scale 2\nsvg a.svg\ndensify\nundo\n", folder.Path());
+        const TvoRun run = RunTvo(
+            {"run"}, std::string("field ") + row.file + " isoline 4 --scale 2\nsvg a.svg\ndensify\nundo\n",
+            folder.Path());
         ASSERT_EQ(run.status, 0) << run.err;
         const auto said = run.Json();
         EXPECT_EQ(said[0]["format"], row.format);
@@ -58,7 +61,8 @@ TEST(TvoFields, ReadsAllThreeForms) {
         if (svg.empty()) svg = drawn;
         EXPECT_EQ(drawn, svg);
     }
-    EXPECT_EQ(Count(svg, "<path stroke=\"#"), 18u);  // 19 lines; the last two have one colour, and so one path
+    EXPECT_EQ(Count(svg, "<path stroke=\"#"),
+              18u);  // 19 lines; the last two have one colour, and so one path
     EXPECT_EQ(Count(svg, ">57.00<"), 1u);
     EXPECT_EQ(Count(svg, ">60.00<"), 1u);
 }
@@ -80,9 +84,14 @@ TEST(TvoFields, TellsWhatIsWrong) {
         {"no such word", "node 1 0 0 1\n\nnodes 2 0 0 1\n", "field f", "f: line 3: is neither node nor tri"},
         {"rubbish", rubbish, "field f", "f: line 1: is neither"},
         {"one endless line", std::string(200000, 'x'), "field f", "f: line 1: is longer than 65536 bytes"},
-        {"bytes", std::string("\x7F" "ELF\0\1\2", 7), "field f", "f: line 1: is neither"},
+        {"bytes",
+         std::string("\x7F"
+                     "ELF\0\1\2",
+                     7),
+         "field f", "f: line 1: is neither"},
         {"no value", "node 1 0 0\n", "field f", "f: line 1: V is missing"},
-        {"eleven values", "node 1 0 0 1 2 3 4 5 6 7 8 9 10 11\n", "field f", "f: line 1: a node has at most ten"},
+        {"eleven values", "node 1 0 0 1 2 3 4 5 6 7 8 9 10 11\n", "field f",
+         "f: line 1: a node has at most ten"},
         {"a number that is none", "node 1 0 0,5 1\n", "field f", "f: line 1: Y: '0,5' is no number"},
         {"a node number of 0", "node 0 0 0 1\n", "field f", "f: line 1: N: '0' is out of range"},
         {"a corner missing", "tri 1 2\n", "field f", "f: line 1: a corner is missing"},
@@ -90,9 +99,12 @@ TEST(TvoFields, TellsWhatIsWrong) {
         {"another version", "$MeshFormat\n4.0 0 8\n", "field f", "f: line 2: only versions 2.2 and 4.1"},
         {"binary", "$MeshFormat\n4.1 1 8\n", "field f", "f: line 2: the file is binary"},
         {"nodes before the format", "$Nodes\n", "field f", "f: line 1: $MeshFormat should come first"},
-        {"more nodes claimed than there are", head + "$Nodes\n999999999999\n1 0 0 0\n$EndNodes\n", "field f", "f: line 7: the node's number: '$EndNodes' is no whole"},
-        {"cut off", head + "$Nodes\n2\n1 0 0 0\n", "field f", "f: line 6: the file ends where a node should follow"},
-        {"a section without end", head + "$Comments\nabc\n", "field f", "the file ends where $EndComments should follow"},
+        {"more nodes claimed than there are", head + "$Nodes\n999999999999\n1 0 0 0\n$EndNodes\n", "field f",
+         "f: line 7: the node's number: '$EndNodes' is no whole"},
+        {"cut off", head + "$Nodes\n2\n1 0 0 0\n", "field f",
+         "f: line 6: the file ends where a node should follow"},
+        {"a section without end", head + "$Comments\nabc\n", "field f",
+         "the file ends where $EndComments should follow"},
         {"no file", "", "field nowhere.txt", "nowhere.txt: No such file"},
         {"a folder", "", "field .", "Is a directory"},
         {"no such scheme", kText, "field f 6", "SCHEME: '6' is out of range"},
@@ -113,7 +125,8 @@ TEST(TvoFields, TellsWhatIsWrong) {
 
 TEST(TvoFields, ShowsWhatCanBeShown) {
     const ScratchFolder folder;
-    const std::string nodes = "node 1 0 0 0\nnode 2 10 0 10\nnode 3 10 10 nan\nnode 4 0 10 20\nnode 5 1 1 1\nnode 5 2 2 2\n";
+    const std::string nodes =
+        "node 1 0 0 0\nnode 2 10 0 10\nnode 3 10 10 nan\nnode 4 0 10 20\nnode 5 1 1 1\nnode 5 2 2 2\n";
     struct {
         const char* name;
         std::string content;
@@ -123,11 +136,14 @@ TEST(TvoFields, ShowsWhatCanBeShown) {
         {"all kinds of bad triangles", nodes + "tri 1 2 4\ntri 1 2 3\ntri 1 2 9\ntri 1 2 5\ntri 1 1 2\n", 4,
          "1 triangle with a corner that is no node; 1 triangle with a number that several nodes bear; "
          "1 triangle with one node at two corners; 1 triangle with a coordinate or value that is not finite"},
-        {"none left", nodes + "tri 1 2 3\n", 1, "1 triangle with a coordinate or value that is not finite; none is left to show"},
+        {"none left", nodes + "tri 1 2 3\n", 1,
+         "1 triangle with a coordinate or value that is not finite; none is left to show"},
         {"no triangles", nodes, 0, "there are no triangles"},
         {"nothing at all", "", 0, "there are no triangles"},
-        {"far away", "node 1 1e38 0 0\nnode 2 -1e38 1e38 1e38\nnode 3 0 -1e38 5\nnode 4 1e300 0 0\ntri 1 2 3\ntri 1 2 4\n", 1,
-         "1 triangle with a coordinate or value that is not finite"},
+        {"far away",
+         "node 1 1e38 0 0\nnode 2 -1e38 1e38 1e38\nnode 3 0 -1e38 5\nnode 4 1e300 0 0\ntri 1 2 3\ntri 1 2 "
+         "4\n",
+         1, "1 triangle with a coordinate or value that is not finite"},
         {"values without end", "node 1 0 0 inf\nnode 2 9 0 -inf\nnode 3 0 9 1e-400\ntri 1 2 3\n", 1,
          "1 triangle with a coordinate or value that is not finite; none is left to show"},
     };
@@ -136,24 +152,30 @@ TEST(TvoFields, ShowsWhatCanBeShown) {
         folder.Write("f", row.content);
         std::string script;
         for (const char* display : {"cloud", "isoline", "digit"})
-            script += std::string("field f ") + display + "\nsvg a.svg\npng a.png 320 240\ndensify\nsvg a.svg\nundo\nstart\n";
+            script += std::string("field f ") + display +
+                      "\nsvg a.svg\npng a.png 320 240\ndensify\nsvg a.svg\nundo\nstart\n";
         const TvoRun run = RunTvo({"run"}, script, folder.Path());
         ASSERT_EQ(run.status, 0) << run.err;
         EXPECT_EQ(run.Json()[0]["passedOver"], row.passedOver);
         EXPECT_EQ(run.Json()[0]["remarks"], row.remarks);
-        EXPECT_EQ(Count(ReadWholeFile(folder.File("a.svg")), "nan") + Count(ReadWholeFile(folder.File("a.svg")), "inf"), 0u);
+        EXPECT_EQ(Count(ReadWholeFile(folder.File("a.svg")), "nan") +
+                      Count(ReadWholeFile(folder.File("a.svg")), "inf"),
+                  0u);
     }
 }
 
 TEST(TvoFields, AreDrawnHiddenAndUndoneAndNotStored) {
     const ScratchFolder folder;
     folder.Write("f", kText);
-    const TvoRun run = RunTvo({"run"},
-                              "field f cloud\nsvg shown.svg\npng shown.png 640 480\nhide fields 1\nsvg hidden.svg\nshow fields\nstart\n"
-                              "densify\ndump fields\nundo\ndump fields\nsave m.tvo\nopen m.tvo\ndump fields\n",
-                              folder.Path());
+    const TvoRun run =
+        RunTvo({"run"},
+               "field f cloud\nsvg shown.svg\npng shown.png 640 480\nhide fields 1\nsvg hidden.svg\nshow "
+               "fields\nstart\n"
+               "densify\ndump fields\nundo\ndump fields\nsave m.tvo\nopen m.tvo\ndump fields\n",
+               folder.Path());
     ASSERT_EQ(run.status, 0) << run.err;
-    const std::string shown = ReadWholeFile(folder.File("shown.svg")), hidden = ReadWholeFile(folder.File("hidden.svg"));
+    const std::string shown = ReadWholeFile(folder.File("shown.svg")),
+                      hidden = ReadWholeFile(folder.File("hidden.svg"));
     EXPECT_EQ(Count(shown, "<image x=\"0\" y=\"-10000\" width=\"10000\" height=\"10000\""), 1u);
     EXPECT_EQ(Count(shown, "href=\"data:image/png;base64,iVBORw0KGgo"), 1u);
     EXPECT_EQ(Count(shown, "<g id=\"ruler\""), 1u);

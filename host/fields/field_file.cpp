@@ -22,7 +22,8 @@ int ReadNode(FieldLines& lines, CChang& field) {
         if (values == CChang::kValues) lines.Refuse("a node has at most ten values");
         node.m_aValue[values++] = lines.Real("V");
     } while (!lines.Line().empty() && lines.Line()[0] != '#');
-    std::fill(node.m_aValue + values, node.m_aValue + CChang::kValues, std::numeric_limits<float>::quiet_NaN());
+    std::fill(node.m_aValue + values, node.m_aValue + CChang::kValues,
+              std::numeric_limits<float>::quiet_NaN());
     field.m_arrNode.Add(node);
     return values;
 }
@@ -40,12 +41,9 @@ FieldFileTally ReadTextFile(FieldLines& lines, CChang& field) {
     for (; any; any = lines.Next()) {
         if (lines.Line()[0] == '#') continue;
         const std::string_view word = lines.Word();
-        if (word == "node")
-            tally.values = std::max(tally.values, ReadNode(lines, field));
-        else if (word == "tri")
-            ReadTriangle(lines, field);
-        else
-            lines.Refuse("is neither node nor tri, nor a comment");
+        if (word == "node") tally.values = std::max(tally.values, ReadNode(lines, field));
+        else if (word == "tri") ReadTriangle(lines, field);
+        else lines.Refuse("is neither node nor tri, nor a comment");
     }
     return tally;
 }
@@ -63,7 +61,8 @@ FieldTally TallyField(const CChang& field) {
     std::unordered_map<int, int> bearers;  // nodes by number, only looked up; -1: several
     bearers.reserve(static_cast<std::size_t>(field.m_arrNode.GetSize()));
     for (int i = 0; i < field.m_arrNode.GetSize(); ++i)
-        if (const auto [at, fresh] = bearers.emplace(field.m_arrNode[i].m_nNumber, i); !fresh) at->second = -1;
+        if (const auto [at, fresh] = bearers.emplace(field.m_arrNode[i].m_nNumber, i); !fresh)
+            at->second = -1;
     const int value = field.m_nValue;
     FieldTally tally;
     for (const CChangTri& tri : field.m_arrTri) {
@@ -74,13 +73,16 @@ FieldTally TallyField(const CChang& field) {
             repeated |= at != bearers.end() && at->second < 0;
             if (at == bearers.end() || at->second < 0) continue;
             const CChangNode& node = field.m_arrNode[at->second];
-            notFinite |= !std::isfinite(node.m_fX) || !std::isfinite(node.m_fY) || !std::isfinite(node.m_aValue[value]);
+            notFinite |= !std::isfinite(node.m_fX) || !std::isfinite(node.m_fY) ||
+                         !std::isfinite(node.m_aValue[value]);
         }
         const auto [a, b, c] = tri.m_aNode;
         const bool twice = a == b || b == c || c == a;
         tally.passedOver += missing || repeated || twice || notFinite;
-        (missing ? tally.missing : repeated ? tally.repeatedNumber : twice ? tally.repeatedCorner : tally.notFinite) +=
-            missing || repeated || twice || notFinite;
+        (missing    ? tally.missing
+         : repeated ? tally.repeatedNumber
+         : twice    ? tally.repeatedCorner
+                    : tally.notFinite) += missing || repeated || twice || notFinite;
     }
     return tally;
 }
@@ -96,8 +98,7 @@ std::string FieldTally::Remarks(const CChang& field) const {
     add(repeatedNumber, "with a number that several nodes bear");
     add(repeatedCorner, "with one node at two corners");
     add(notFinite, "with a coordinate or value that is not finite");
-    if (field.m_arrTri.GetSize() == 0)
-        text = "there are no triangles";
+    if (field.m_arrTri.GetSize() == 0) text = "there are no triangles";
     else if (passedOver == static_cast<std::uint64_t>(field.m_arrTri.GetSize()))
         text += "; none is left to show";
     return text;

@@ -23,7 +23,9 @@ bool IsSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 std::string Quoted(std::string_view word) {
     std::string text = "'";
     for (const char c : word.substr(0, kShownOfWord))
-        text += static_cast<unsigned char>(c) < 0x20 || c == 0x7F || static_cast<unsigned char>(c) >= 0x80 ? '?' : c;
+        text += static_cast<unsigned char>(c) < 0x20 || c == 0x7F || static_cast<unsigned char>(c) >= 0x80
+                    ? '?'
+                    : c;
     return text + (word.size() > kShownOfWord ? "...'" : "'");
 }
 
@@ -117,7 +119,8 @@ float FieldLines::Real(const char* what) {
         const bool small = e != std::string_view::npos && e + 1 < digits.size() && digits[e + 1] == '-';
         return small ? 0.0f : std::numeric_limits<float>::infinity();
     }
-    if (std::fabs(value) > kLargest) return std::copysign(std::numeric_limits<float>::infinity(), static_cast<float>(value > 0 ? 1 : -1));
+    if (std::fabs(value) > kLargest)
+        return std::copysign(std::numeric_limits<float>::infinity(), static_cast<float>(value > 0 ? 1 : -1));
     return static_cast<float>(value);
 }
 

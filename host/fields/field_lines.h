@@ -16,8 +16,8 @@ public:
     FieldLines(const FieldLines&) = delete;
     FieldLines& operator=(const FieldLines&) = delete;
 
-    /// Moves to the next line that is not blank; false at the end. A byte order mark and spaces at both ends are not
-    /// part of it.
+    /// Moves to the next line that is not blank; false at the end. A byte order mark and spaces at both ends
+    /// are not part of it.
     bool Next();
     /// The same, where the file must go on. `what` is awaited.
     void MustHave(const char* what);
@@ -28,7 +28,8 @@ public:
     std::string_view Word();
     /// Takes a whole number from `least` to `most`.
     std::int64_t Integer(const char* what, std::int64_t least, std::int64_t most);
-    /// Takes a number as a float; "nan" and "inf" are taken as such, a number too large for a float is infinite.
+    /// Takes a number as a float; "nan" and "inf" are taken as such, a number too large for a float is
+    /// infinite.
     float Real(const char* what);
     /// Refuses a line with words left on it.
     void NoMore();

@@ -23,18 +23,12 @@ public:
         do {
             const std::string section(m_lines.Line());
             if (section[0] != '$') m_lines.Refuse("a section should begin here");
-            if (section == "$MeshFormat")
-                ReadFormat();
-            else if (m_version == 0)
-                m_lines.Refuse("$MeshFormat should come first");
-            else if (section == "$Nodes")
-                m_version == 2 ? ReadNodes2() : ReadNodes4();
-            else if (section == "$Elements")
-                m_version == 2 ? ReadElements2() : ReadElements4();
-            else if (section == "$NodeData")
-                ReadNodeData();
-            else
-                SkipTo("$End" + section.substr(1));
+            if (section == "$MeshFormat") ReadFormat();
+            else if (m_version == 0) m_lines.Refuse("$MeshFormat should come first");
+            else if (section == "$Nodes") m_version == 2 ? ReadNodes2() : ReadNodes4();
+            else if (section == "$Elements") m_version == 2 ? ReadElements2() : ReadElements4();
+            else if (section == "$NodeData") ReadNodeData();
+            else SkipTo("$End" + section.substr(1));
         } while (m_lines.Next());
         return m_tally;
     }
@@ -52,9 +46,12 @@ private:
     void ReadFormat() {
         m_lines.MustHave("the version");
         const std::string version(m_lines.Word());
-        m_version = version == "2.2" || version == "2.1" || version == "2" || version == "2.0" ? 2 : version == "4.1" ? 4 : 0;
+        m_version = version == "2.2" || version == "2.1" || version == "2" || version == "2.0" ? 2
+                    : version == "4.1"                                                         ? 4
+                                                                                               : 0;
         if (m_version == 0) m_lines.Refuse("only versions 2.2 and 4.1 are read");
-        if (m_lines.Integer("the kind of file", 0, 1) == 1) m_lines.Refuse("the file is binary; only ASCII files are read");
+        if (m_lines.Integer("the kind of file", 0, 1) == 1)
+            m_lines.Refuse("the file is binary; only ASCII files are read");
         m_tally.format = "msh " + version;
         End("$EndMeshFormat");
     }
@@ -67,7 +64,8 @@ private:
         node.m_fX = m_lines.Real("x");
         node.m_fY = m_lines.Real("y");
         m_lines.Real("z");
-        std::fill(std::begin(node.m_aValue), std::end(node.m_aValue), std::numeric_limits<float>::quiet_NaN());
+        std::fill(std::begin(node.m_aValue), std::end(node.m_aValue),
+                  std::numeric_limits<float>::quiet_NaN());
         m_place.emplace(number, m_field.m_arrNode.Add(node));
     }
     int Number(const char* what) { return static_cast<int>(m_lines.Integer(what, 1, kLargestNumber)); }
@@ -84,7 +82,8 @@ private:
         m_lines.MustHave("the number of blocks");
         for (std::int64_t blocks = Count("the number of blocks"); blocks > 0; --blocks) {
             m_lines.MustHave("a block of nodes");
-            for (const char* what : {"the dimension", "the entity"}) m_lines.Integer(what, -kLargestCount, kLargestCount);
+            for (const char* what : {"the dimension", "the entity"})
+                m_lines.Integer(what, -kLargestCount, kLargestCount);
             m_lines.Integer("parametric", 0, 1);
             const std::int64_t count = Count("the number of nodes");
             std::vector<int> numbers;  // grows with the file, whatever it claims
@@ -111,7 +110,8 @@ private:
         } else if (type == kCurvedTriangle) {
             std::array<int, 6> at{};
             for (int& corner : at) corner = Number("a corner");
-            for (const std::array<std::size_t, 3>& part : {std::array<std::size_t, 3>{0, 3, 5}, {3, 4, 5}, {3, 1, 4}, {4, 2, 5}})
+            for (const std::array<std::size_t, 3>& part :
+                 {std::array<std::size_t, 3>{0, 3, 5}, {3, 4, 5}, {3, 1, 4}, {4, 2, 5}})
                 m_field.m_arrTri.Add({{at[part[0]], at[part[1]], at[part[2]]}});
         } else {
             ++m_tally.leftOut;
@@ -133,7 +133,8 @@ private:
         m_lines.MustHave("the number of blocks");
         for (std::int64_t blocks = Count("the number of blocks"); blocks > 0; --blocks) {
             m_lines.MustHave("a block of elements");
-            for (const char* what : {"the dimension", "the entity"}) m_lines.Integer(what, -kLargestCount, kLargestCount);
+            for (const char* what : {"the dimension", "the entity"})
+                m_lines.Integer(what, -kLargestCount, kLargestCount);
             const std::int64_t type = m_lines.Integer("the type", 1, 1000);
             for (std::int64_t left = Count("the number of elements"); left > 0; --left) {
                 m_lines.MustHave("an element");
@@ -171,7 +172,8 @@ private:
             for (int i = 0; i < components; ++i) {
                 const float value = m_lines.Real("a value");
                 const int at = m_tally.values + i;
-                if (place != m_place.end() && at < CChang::kValues) m_field.m_arrNode[place->second].m_aValue[at] = value;
+                if (place != m_place.end() && at < CChang::kValues)
+                    m_field.m_arrNode[place->second].m_aValue[at] = value;
             }
         }
         m_tally.values = std::min(CChang::kValues, m_tally.values + static_cast<int>(components));
