@@ -16,7 +16,9 @@ constexpr const char* kNoMemory = "CMatrix::CMatrix, not enough memory!";
 constexpr const char* kBadSizes = "错误行列数";
 constexpr double kMostRowsSquared = 1e8;
 
-[[noreturn]] void Fail(const char* message, int line = __builtin_LINE()) { throw CAXE_Exception("Matrix", line, message); }
+[[noreturn]] void Fail(const char* message, int line = __builtin_LINE()) {
+    throw CAXE_Exception("Matrix", line, message);
+}
 
 /// Elements of a matrix of those sizes.
 std::size_t CountOf(int rows, int cols) {
@@ -46,7 +48,8 @@ bool IsInside(const CMatrix& m, int row, int col) {
     return m.m_pData && row >= 1 && row <= m.m_nNumRow && col >= 1 && col <= m.m_nNumCol;
 }
 
-/// Throws, as reading element after element would, unless the matrix has all of these; where there are none it needn't.
+/// Throws, as reading element after element would, unless the matrix has all of these; where there are none
+/// it needn't.
 void RequireElements(const CMatrix& m, int rows, int cols, int line = __builtin_LINE()) {
     if (CountOf(rows, cols) > 0 && !IsInside(m, rows, cols)) Fail(kOutside, line);
 }
@@ -171,7 +174,8 @@ void CMatrix::Read_Binary(std::FILE* file) {
     DestroyData();
     const bool told = ReadWord(file, m_nNumRow) && ReadWord(file, m_nNumCol);
     const double rows = m_nNumRow, cols = m_nNumCol;
-    // The rows are squared where the number of elements might be expected: meant, files are told from rubbish by it.
+    // The rows are squared where the number of elements might be expected: meant, files are told from rubbish
+    // by it.
     if (!told || rows * cols < 0 || rows * rows > kMostRowsSquared || (rows < 0 && cols < 0)) Fail(kBadSizes);
 
     const std::size_t count = CountOf(m_nNumRow, m_nNumCol);
@@ -236,8 +240,8 @@ CVector operator-(const CVector& a, const CVector& b) {
     return difference;
 }
 
-// Row by row of the right operand, which runs through memory in order; each element still sums its products from the
-// first to the last.
+// Row by row of the right operand, which runs through memory in order; each element still sums its products
+// from the first to the last.
 CMatrix operator*(const CMatrix& a, const CMatrix& b) {
     CMatrix product(a.m_nNumRow, b.m_nNumCol);
     const int inner = a.m_nNumCol;
@@ -275,10 +279,8 @@ void MatrixAppendRow(CMatrix& m, const CVector& row) {
     if (!first && row.GetLength() != m.m_nNumCol) Fail("SetVector列数错误！");
     const CVector values = row;  // the vector may be the matrix itself
     try {
-        if (first)
-            m.ReDimension(1, values.GetLength());
-        else
-            m.RowExtend(1, 0);
+        if (first) m.ReDimension(1, values.GetLength());
+        else m.RowExtend(1, 0);
     } catch (const CAXE_Exception&) {
         Fail("MatrixAppendRow()::not enough memory!");
     }

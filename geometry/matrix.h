@@ -8,12 +8,15 @@
 /// What the matrix code throws, by value: where, and what. The caller decides what to show.
 class CAXE_Exception {
 public:
-    CAXE_Exception(const char* file, int line, const char* message) : m_strFile(file), m_nLine(line), m_strMessage(message) {}
+    CAXE_Exception(const char* file, int line, const char* message)
+        : m_strFile(file), m_nLine(line), m_strMessage(message) {}
 
     CString GetFileName() const { return m_strFile; }
     int GetLine() const { return m_nLine; }
     /// "__UNKNOWN__" when there is no message.
-    CString GetExceptionMessage() const { return m_strMessage.IsEmpty() ? CString("__UNKNOWN__") : m_strMessage; }
+    CString GetExceptionMessage() const {
+        return m_strMessage.IsEmpty() ? CString("__UNKNOWN__") : m_strMessage;
+    }
 
 private:
     CString m_strFile;  // name of the source, "Matrix"
@@ -21,13 +24,13 @@ private:
     CString m_strMessage;
 };
 
-/// A matrix of doubles. Rows and columns count from 1. Whatever fails throws a CAXE_Exception, memory that runs out too,
-/// and leaves the matrix as it was, but for ReDimension and Read_Binary, which leave one without elements. A size that is
-/// not above 0 makes a matrix without elements.
+/// A matrix of doubles. Rows and columns count from 1. Whatever fails throws a CAXE_Exception, memory that
+/// runs out too, and leaves the matrix as it was, but for ReDimension and Read_Binary, which leave one
+/// without elements. A size that is not above 0 makes a matrix without elements.
 class CMatrix {
 public:
-    CMatrix() = default;               // 0 by 0
-    CMatrix(int rows, int cols);       // zeros
+    CMatrix() = default;          // 0 by 0
+    CMatrix(int rows, int cols);  // zeros
     CMatrix(const CMatrix& other);
     CMatrix& operator=(const CMatrix& other);
     virtual ~CMatrix() { DestroyData(); }
@@ -53,9 +56,9 @@ public:
 
     /// Rows and columns as 32-bit ints, then the elements row by row.
     void Write_Binary(std::FILE* file) const;
-    /// The sizes stand in the object before anything is checked. Throws "错误行列数" when they have a negative product or
-    /// the square of the rows is above 1e8, whatever the columns, and when the file ends before they do. Memory grows with
-    /// what is read, not with what the sizes claim.
+    /// The sizes stand in the object before anything is checked. Throws "错误行列数" when they have a
+    /// negative product or the square of the rows is above 1e8, whatever the columns, and when the file ends
+    /// before they do. Memory grows with what is read, not with what the sizes claim.
     void Read_Binary(std::FILE* file);
 
     // For looking at; the format may change.
@@ -82,8 +85,8 @@ public:
     double operator[](int i) const { return (*this)(1, i); }
 };
 
-// Element by element, with the size of the left operand. Sizes are not compared first: an element that the right one lacks
-// throws, and what it has beyond is not looked at.
+// Element by element, with the size of the left operand. Sizes are not compared first: an element that the
+// right one lacks throws, and what it has beyond is not looked at.
 CMatrix operator+(const CMatrix& a, const CMatrix& b);
 CMatrix operator-(const CMatrix& a, const CMatrix& b);
 CVector operator+(const CVector& a, const CVector& b);
@@ -92,12 +95,14 @@ CVector operator-(const CVector& a, const CVector& b);
 CMatrix operator*(const CMatrix& a, const CMatrix& b);
 
 CVector GetVectorByRow(const CMatrix& m, int row);
-/// As a new last row; the first row of a 0 by 0 matrix gives it its columns. Another length than the columns throws as
-/// SetVector does.
+/// As a new last row; the first row of a 0 by 0 matrix gives it its columns. Another length than the columns
+/// throws as SetVector does.
 void MatrixAppendRow(CMatrix& m, const CVector& row);
-/// The columns are those of the first, or of the second when the first is 0 by 0; sizes are not compared, as above.
+/// The columns are those of the first, or of the second when the first is 0 by 0; sizes are not compared, as
+/// above.
 CMatrix MatrixAppendMatrix(const CMatrix& above, const CMatrix& below);
-// Throw "SetVector行号错误！" for a row outside the matrix, "SetVector列数错误！" for a length other than its columns.
+// Throw "SetVector行号错误！" for a row outside the matrix, "SetVector列数错误！" for a length other than its
+// columns.
 void SetVector(CMatrix& m, const CVector& values, int row);
 void SetVector(CMatrix& m, const CArray<float, float>& values, int row);
 CVector ConvertFromFloatArray(const CArray<float, float>& values);

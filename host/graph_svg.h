@@ -12,12 +12,13 @@ class CGraph_Point;
 class CGraph_PolyRgn;
 class CGraph_Text;
 
-/// Appends the primitives of display lists to an SVG text, each as a shape of its own kind, in model units with y written
-/// negated. White ink comes out dark. Primitives that are not finite, those of a host's own kind and locators are left
-/// out.
+/// Appends the primitives of display lists to an SVG text, each as a shape of its own kind, in model units
+/// with y written negated. White ink comes out dark. Primitives that are not finite, those of a host's own
+/// kind and locators are left out.
 class GraphSvg {
 public:
-    /// `pixel` is the size of a pixel of the view in model units: widths in pixels and the thinnest line go by it.
+    /// `pixel` is the size of a pixel of the view in model units: widths in pixels and the thinnest line go
+    /// by it.
     GraphSvg(std::string& svg, double pixel) : m_svg(svg), m_pixel(pixel) {}
 
     /// The whole display list of a component, hidden or not.

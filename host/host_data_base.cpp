@@ -73,7 +73,7 @@ void CTvoHostDataBase::OnDelGouJian(CGouJianEx* obj) {
 }
 
 int CTvoHostDataBase::DeleteGouJian(CGouJianEx* obj) {
-    if (obj->QueryBasicType() == kBasicLine) {
+    if (!m_mapRiders.empty() && obj->QueryBasicType() == kBasicLine) {
         CArray<CGouJianEx*> riders;
         QueryGouJianOnNetLine(static_cast<CGjNetLine*>(obj), riders);
         for (CGouJianEx* rider : riders) CGridDataBase::DeleteGouJian(rider);

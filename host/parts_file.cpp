@@ -13,6 +13,8 @@
 namespace {
 
 constexpr float kFarthest = 1e15f;
+constexpr int kLastLineType = 6;             // styles of pens
+constexpr int kFirstRop = 1, kLastRop = 16;  // raster modes
 
 void Put(std::FILE* file, std::uint32_t word) { PutLittleEndian(file, word); }
 void Put(std::FILE* file, int number) { PutLittleEndian(file, static_cast<std::uint32_t>(number)); }
@@ -93,20 +95,29 @@ bool EachNumber(CGraphEntity& entity, Visit visit) {
             auto& t = static_cast<CGraph_Text&>(entity);
             return visit(t.m_fX, t.m_fY, t.m_fHeight, t.m_fAngle);
         }
-        default: return true;
+        default:
+            return true;
     }
 }
 
 std::unique_ptr<CGraphEntity> MakePrimitive(std::uint32_t kind) {
     switch (kind) {
-        case kGraphPoint: return std::make_unique<CGraph_Point>();
-        case kGraphLine: return std::make_unique<CGraph_Line>();
-        case kGraphArc: return std::make_unique<CGraph_Arc>();
-        case kGraphCircle: return std::make_unique<CGraph_Circle>();
-        case kGraphPolyRgn: return std::make_unique<CGraph_PolyRgn>();
-        case kGraphCircleRgn: return std::make_unique<CGraph_CircleRgn>();
-        case kGraphText: return std::make_unique<CGraph_Text>();
-        default: return nullptr;
+        case kGraphPoint:
+            return std::make_unique<CGraph_Point>();
+        case kGraphLine:
+            return std::make_unique<CGraph_Line>();
+        case kGraphArc:
+            return std::make_unique<CGraph_Arc>();
+        case kGraphCircle:
+            return std::make_unique<CGraph_Circle>();
+        case kGraphPolyRgn:
+            return std::make_unique<CGraph_PolyRgn>();
+        case kGraphCircleRgn:
+            return std::make_unique<CGraph_CircleRgn>();
+        case kGraphText:
+            return std::make_unique<CGraph_Text>();
+        default:
+            return nullptr;
     }
 }
 
@@ -144,12 +155,16 @@ std::unique_ptr<CGraphEntity> ReadPrimitive(std::FILE* file) {
     std::uint32_t kind = 0, part = 0;
     if (!Take(file, kind)) return nullptr;
     auto entity = MakePrimitive(kind);
-    if (!entity || !Take(file, part) || part > 0xFF || !Take(file, entity->m_dwColor) || !Take(file, entity->m_nLineType) ||
-        !Take(file, entity->m_bSnap) || !Take(file, entity->m_nRop2))
+    if (!entity || !Take(file, part) || part > 0xFF || !Take(file, entity->m_dwColor) ||
+        !Take(file, entity->m_nLineType) || !Take(file, entity->m_bSnap) || !Take(file, entity->m_nRop2))
         return nullptr;
+    const bool known = entity->m_nLineType >= 0 && entity->m_nLineType <= kLastLineType &&
+                       entity->m_nRop2 >= kFirstRop && entity->m_nRop2 <= kLastRop;
+    if (!known) return nullptr;
     entity->SetPart(static_cast<char>(part));
     if (!EachNumber(*entity, [&](auto&... values) { return TakeFloats(file, values...); })) return nullptr;
-    if (kind == kGraphText && !TakeLetters(file, static_cast<CGraph_Text&>(*entity).m_strText)) return nullptr;
+    if (kind == kGraphText && !TakeLetters(file, static_cast<CGraph_Text&>(*entity).m_strText))
+        return nullptr;
     if (kind == kGraphPolyRgn && !ReadPoints(static_cast<CGraph_PolyRgn&>(*entity), file)) return nullptr;
     return entity;
 }
@@ -164,14 +179,15 @@ int WriteText(const CGjText& text, std::FILE* file) {
 }
 
 int ReadText(CGjText& text, std::FILE* file) {
-    return TakeFloats(file, text.m_fX, text.m_fY, text.m_fHeight, text.m_fAngle) && Take(file, text.m_crColor) &&
-           TakeLetters(file, text.m_strText);
+    return TakeFloats(file, text.m_fX, text.m_fY, text.m_fHeight, text.m_fAngle) &&
+           Take(file, text.m_crColor) && TakeLetters(file, text.m_strText);
 }
 
 int WriteGraph(CGouJianEx& component, std::FILE* file) {
     CDrawGraph& graph = *component.GetDrawGraph();
     std::uint32_t count = 0;
-    for (CGraphEntity* entity : graph.m_aEntity) count += MakePrimitive(static_cast<std::uint32_t>(entity->GetGraphType())) != nullptr;
+    for (CGraphEntity* entity : graph.m_aEntity)
+        count += MakePrimitive(static_cast<std::uint32_t>(entity->GetGraphType())) != nullptr;
     Put(file, graph.m_bFixed);
     Put(file, count);
     for (CGraphEntity* entity : graph.m_aEntity)

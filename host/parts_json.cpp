@@ -17,14 +17,16 @@ namespace {
 Json BoxJson(CGouJianEx& part) {
     if (part.GetDrawGraph()->m_aEntity.IsEmpty() && !part.m_bSelfDraw) return nullptr;
     const CFRect box = part.GetFrect();
-    return {JsonNumber(box.m_fMinX), JsonNumber(box.m_fMinY), JsonNumber(box.m_fMaxX), JsonNumber(box.m_fMaxY)};
+    return {JsonNumber(box.m_fMinX), JsonNumber(box.m_fMinY), JsonNumber(box.m_fMaxX),
+            JsonNumber(box.m_fMaxY)};
 }
 
 void AddText(Json& json, const CGjText& text) {
     json["x"] = JsonNumber(text.m_fX);
     json["y"] = JsonNumber(text.m_fY);
     json["height"] = JsonNumber(text.m_fHeight);
-    json["angle"] = JsonNumber(static_cast<float>(static_cast<double>(text.m_fAngle) * 180 / std::numbers::pi));
+    json["angle"] =
+        JsonNumber(static_cast<float>(static_cast<double>(text.m_fAngle) * 180 / std::numbers::pi));
     json["colour"] = SvgColor(COLORREF{text.m_crColor});
     json["text"] = text.m_strText.Std();
 }
@@ -35,7 +37,8 @@ void AddRider(Json& json, CTvoRider& rider) {
     CFRegion outline;
     rider.GetDiTuRegion(rider.m_fWidth, outline);
     json["outline"] = Json::array();
-    for (const CFShoot& v : outline) json["outline"].push_back({JsonNumber(v.x), JsonNumber(v.y), JsonNumber(v.c)});
+    for (const CFShoot& v : outline)
+        json["outline"].push_back({JsonNumber(v.x), JsonNumber(v.y), JsonNumber(v.c)});
 }
 
 void AddField(Json& json, const CGjChang& field) {
@@ -81,12 +84,15 @@ void AddPrimitive(Json& json, CGraphEntity& entity) {
             round(static_cast<CGraph_Circle&>(entity));
             put("width", static_cast<CGraph_Circle&>(entity).m_fWidth);
             break;
-        case kGraphCircleRgn: round(static_cast<CGraph_CircleRgn&>(entity)); break;
+        case kGraphCircleRgn:
+            round(static_cast<CGraph_CircleRgn&>(entity));
+            break;
         case kGraphPolyRgn:
             for (const CFPoint& p : static_cast<CGraph_PolyRgn&>(entity).m_aPoint)
                 json["points"].push_back({JsonNumber(p.x), JsonNumber(p.y)});
             break;
-        default: break;
+        default:
+            break;
     }
     json["colour"] = SvgColor(COLORREF{entity.m_dwColor});
 }
@@ -103,13 +109,10 @@ Json PartJson(CGouJianEx& part) {
                  {"storey", part.m_nCeng},
                  {"box", BoxJson(part)}};
     CDrawGraph& graph = *part.GetDrawGraph();
-    if (auto* text = dynamic_cast<CGjText*>(&part))
-        AddText(json, *text);
-    else if (auto* rider = dynamic_cast<CTvoRider*>(&part))
-        AddRider(json, *rider);
+    if (auto* text = dynamic_cast<CGjText*>(&part)) AddText(json, *text);
+    else if (auto* rider = dynamic_cast<CTvoRider*>(&part)) AddRider(json, *rider);
     else if (const auto* field = dynamic_cast<const CGjChang*>(&part); field && field->m_pChang)
         AddField(json, *field);
-    else if (graph.m_bFixed && graph.m_aEntity.GetSize() == 1)
-        AddPrimitive(json, *graph.m_aEntity[0]);
+    else if (graph.m_bFixed && graph.m_aEntity.GetSize() == 1) AddPrimitive(json, *graph.m_aEntity[0]);
     return json;
 }

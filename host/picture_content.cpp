@@ -19,15 +19,21 @@ constexpr int kPlaceOfLines = 100;
 /// Where a type stands in the order of painting: what covers most comes first, texts come last.
 int PaintingPlace(unsigned char type) {
     switch (type) {
-        case GJLX_POLYGON_RGN: return 1;
-        case GJLX_CIRCLE_RGN: return 2;
-        case kTvoRiderType: return 3;
-        case GJLX_TEXT: return 300;
-        default: return 200;
+        case GJLX_POLYGON_RGN:
+            return 1;
+        case GJLX_CIRCLE_RGN:
+            return 2;
+        case kTvoRiderType:
+            return 3;
+        case GJLX_TEXT:
+            return 300;
+        default:
+            return 200;
     }
 }
 
-/// Physical components other than nodes, lines, plates and what hangs on these, and fields; in the order of painting.
+/// Physical components other than nodes, lines, plates and what hangs on these, and fields; in the order of
+/// painting.
 std::vector<CGouJianEx*> OtherComponents(CTvoHostDataBase& db) {
     CList<CGouJianEx*> all;
     db.GetGouJianListAll(all);
@@ -36,8 +42,10 @@ std::vector<CGouJianEx*> OtherComponents(CTvoHostDataBase& db) {
         CGouJianEx* component = all.GetNext(at);
         const int kind = component->QueryBasicType();
         const bool drawnElsewhere = kind == kBasicNode || kind == kBasicLine || kind == kBasicPlate ||
-                                    component->get_Gjlx() == kTvoLoadType || component->get_Gjlx() == GJLX_CHANG;
-        if (!drawnElsewhere && component->IsPhysicalGouJian() == 1 && db.IsVisible(component)) others.push_back(component);
+                                    component->get_Gjlx() == kTvoLoadType ||
+                                    component->get_Gjlx() == GJLX_CHANG;
+        if (!drawnElsewhere && component->IsPhysicalGouJian() == 1 && db.IsVisible(component))
+            others.push_back(component);
     }
     std::sort(others.begin(), others.end(), [](const auto* a, const auto* b) {
         const int placeA = PaintingPlace(a->get_Gjlx()), placeB = PaintingPlace(b->get_Gjlx());
@@ -53,10 +61,14 @@ void AddBox(Extent& extent, const CFRect& box, float around = 0) {
 
 float WidthOf(CGraphEntity& entity) {
     switch (entity.GetGraphType()) {
-        case kGraphLine: return static_cast<CGraph_Line&>(entity).m_fWidth;
-        case kGraphArc: return static_cast<CGraph_Arc&>(entity).m_fWidth;
-        case kGraphCircle: return static_cast<CGraph_Circle&>(entity).m_fWidth;
-        default: return 0;
+        case kGraphLine:
+            return static_cast<CGraph_Line&>(entity).m_fWidth;
+        case kGraphArc:
+            return static_cast<CGraph_Arc&>(entity).m_fWidth;
+        case kGraphCircle:
+            return static_cast<CGraph_Circle&>(entity).m_fWidth;
+        default:
+            return 0;
     }
 }
 
@@ -68,7 +80,8 @@ void AddComponent(Extent& extent, CGouJianEx& component) {
         return;
     }
     AddBox(extent, component.GetFrect());
-    for (CGraphEntity* entity : entities) AddBox(extent, entity->GetFrect(), std::max(WidthOf(*entity), 0.0f) / 2);
+    for (CGraphEntity* entity : entities)
+        AddBox(extent, entity->GetFrect(), std::max(WidthOf(*entity), 0.0f) / 2);
 }
 
 }  // namespace
@@ -81,7 +94,7 @@ PictureContent ContentOfPicture(CTvoHostDataBase& db) {
     std::erase_if(content.nodes, [&](CGjNetNode* node) { return !db.IsVisible(node); });
     content.extent = ExtentOf(content.nodes, content.lines);
     for (CMianGouJian* plate : NetPlates(db))
-        if (db.IsVisible(plate)) AddBox(content.extent, plate->GetFrect());
+        if (db.IsVisible(plate) && !plate->m_region.IsEmpty()) AddBox(content.extent, plate->GetFrect());
     content.fields = ShownFields(db);
     AddFields(content.extent, content.fields);
     for (CGouJianEx* other : OtherComponents(db)) {

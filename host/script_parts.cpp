@@ -27,7 +27,9 @@ constexpr double kLargest = 1e9;  // a size in millimetres
 
 // ---- words ----------------------------------------------------------------------------------------
 
-float Place(const Words& words, std::size_t i, const char* what) { return static_cast<float>(ScriptNumber(words[i], what)); }
+float Place(const Words& words, std::size_t i, const char* what) {
+    return static_cast<float>(ScriptNumber(words[i], what));
+}
 
 /// A size above 0.
 float Size(const std::string& word, const char* what) {
@@ -37,17 +39,23 @@ float Size(const std::string& word, const char* what) {
 }
 
 /// Of a line: in millimetres, or in pixels when it is negative.
-float Width(const std::string& word) { return static_cast<float>(ScriptNumber(word, "WIDTH", -1000, kLargest)); }
+float Width(const std::string& word) {
+    return static_cast<float>(ScriptNumber(word, "WIDTH", -1000, kLargest));
+}
 
 unsigned long Color(const std::string& word) {
-    if (!word.starts_with('#')) return GetAcadRGBColor(static_cast<int>(ScriptInteger(word, "colour", 0, 255)));
+    if (!word.starts_with('#'))
+        return GetAcadRGBColor(static_cast<int>(ScriptInteger(word, "colour", 0, 255)));
     const bool digits = word.find_first_not_of("0123456789abcdefABCDEF", 1) == std::string::npos;
-    if (word.size() != 7 || !digits) throw ScriptFailure{"colour: '" + word + "' is no colour such as #FF8000"};
+    if (word.size() != 7 || !digits)
+        throw ScriptFailure{"colour: '" + word + "' is no colour such as #FF8000"};
     const auto channel = [&](std::size_t at) { return std::stoi(word.substr(at, 2), nullptr, 16); };
     return RGB(channel(1), channel(3), channel(5));
 }
 
-std::uint32_t Tag(const std::string& word) { return static_cast<std::uint32_t>(ScriptInteger(word, "tag", 0, 0xFFFFFFFF)); }
+std::uint32_t Tag(const std::string& word) {
+    return static_cast<std::uint32_t>(ScriptInteger(word, "tag", 0, 0xFFFFFFFF));
+}
 
 /// What may stand behind the arguments of a component: colour C, tag N.
 struct PartOptions {
@@ -61,18 +69,19 @@ PartOptions OptionsFrom(const Words& words, std::size_t first) {
     PartOptions options;
     for (std::size_t i = first; i < words.size(); i += 2) {
         const bool isColor = words[i] == kColorWord;
-        if (!isColor && words[i] != "tag") throw ScriptFailure{"'" + words[i] + "' is neither colour nor tag"};
+        if (!isColor && words[i] != "tag")
+            throw ScriptFailure{"'" + words[i] + "' is neither colour nor tag"};
         if (i + 1 == words.size()) throw ScriptFailure{words[i] + " needs a value behind it"};
-        if (isColor)
-            options.color = Color(words[i + 1]);
-        else
-            options.tag = Tag(words[i + 1]);
+        if (isColor) options.color = Color(words[i + 1]);
+        else options.tag = Tag(words[i + 1]);
     }
     return options;
 }
 
 void PrintAdded(Script& script, const CGouJianEx* part) {
-    PrintJsonLine(script.m_out, {{"type", "added"}, {"kind", FindPartKind(part->get_Gjlx())->one}, {"id", part->m_dwGouJianID}});
+    PrintJsonLine(
+        script.m_out,
+        {{"type", "added"}, {"kind", FindPartKind(part->get_Gjlx())->one}, {"id", part->m_dwGouJianID}});
 }
 
 // ---- drawing --------------------------------------------------------------------------------------
@@ -84,19 +93,21 @@ void RunText(Script& script, const Words& words) {
     if (!IsUtf8(words[5])) throw ScriptFailure{"STRING: the text is not UTF-8"};
     const PartOptions options = OptionsFrom(words, 6);
     const auto radians = static_cast<float>(degrees * std::numbers::pi / 180);
-    PrintAdded(script, script.m_db.DrawTextA(x, y, CString(words[5]), options.tag, GJ_STATUS_NORMAL, height, radians,
-                                             options.color ? &*options.color : nullptr, 0));
+    PrintAdded(script, script.m_db.DrawTextA(x, y, CString(words[5]), options.tag, GJ_STATUS_NORMAL, height,
+                                             radians, options.color ? &*options.color : nullptr, 0));
 }
 
 void RunPoint(Script& script, const Words& words) {
     const PartOptions o = OptionsFrom(words, 3);
-    PrintAdded(script, script.m_db.DrawPoint(Place(words, 1, "X"), Place(words, 2, "Y"), o.ColorOrWhite(), o.tag, GJ_STATUS_NORMAL, 1));
+    PrintAdded(script, script.m_db.DrawPoint(Place(words, 1, "X"), Place(words, 2, "Y"), o.ColorOrWhite(),
+                                             o.tag, GJ_STATUS_NORMAL, 1));
 }
 
 void RunPline(Script& script, const Words& words) {
     const PartOptions o = OptionsFrom(words, 6);
-    PrintAdded(script, script.m_db.DrawLine(Place(words, 1, "X1"), Place(words, 2, "Y1"), Place(words, 3, "X2"), Place(words, 4, "Y2"),
-                                            Width(words[5]), o.ColorOrWhite(), o.tag, GJ_STATUS_NORMAL, 1));
+    PrintAdded(script, script.m_db.DrawLine(Place(words, 1, "X1"), Place(words, 2, "Y1"),
+                                            Place(words, 3, "X2"), Place(words, 4, "Y2"), Width(words[5]),
+                                            o.ColorOrWhite(), o.tag, GJ_STATUS_NORMAL, 1));
 }
 
 void RunParc(Script& script, const Words& words) {
@@ -104,22 +115,25 @@ void RunParc(Script& script, const Words& words) {
     double end = ScriptNumber(words[5], "END", -3600, 3600);
     while (end < start) end += 360;  // anticlockwise from the start
     if (end == start || end - start > 360)
-        throw ScriptFailure{end == start ? "START and END give no arc" : "START to END turns more than once round"};
+        throw ScriptFailure{end == start ? "START and END give no arc"
+                                         : "START to END turns more than once round"};
     const PartOptions o = OptionsFrom(words, 7);
-    PrintAdded(script, script.m_db.DrawArc(Place(words, 1, "X"), Place(words, 2, "Y"), Size(words[3], "R"), static_cast<float>(start),
-                                           static_cast<float>(end), Width(words[6]), o.ColorOrWhite(), o.tag, GJ_STATUS_NORMAL, 1));
+    PrintAdded(script, script.m_db.DrawArc(Place(words, 1, "X"), Place(words, 2, "Y"), Size(words[3], "R"),
+                                           static_cast<float>(start), static_cast<float>(end),
+                                           Width(words[6]), o.ColorOrWhite(), o.tag, GJ_STATUS_NORMAL, 1));
 }
 
 void RunCircle(Script& script, const Words& words) {
     const PartOptions o = OptionsFrom(words, 5);
-    PrintAdded(script, script.m_db.DrawCircle(Place(words, 1, "X"), Place(words, 2, "Y"), Size(words[3], "R"), Width(words[4]),
-                                              o.ColorOrWhite(), o.tag, GJ_STATUS_NORMAL, 1));
+    PrintAdded(script, script.m_db.DrawCircle(Place(words, 1, "X"), Place(words, 2, "Y"), Size(words[3], "R"),
+                                              Width(words[4]), o.ColorOrWhite(), o.tag, GJ_STATUS_NORMAL, 1));
 }
 
 void RunDisc(Script& script, const Words& words) {
     const PartOptions o = OptionsFrom(words, 4);
-    PrintAdded(script, script.m_db.DrawCircleRgn(Place(words, 1, "X"), Place(words, 2, "Y"), Size(words[3], "R"), o.ColorOrWhite(),
-                                                 o.tag, GJ_STATUS_NORMAL, 1));
+    PrintAdded(script,
+               script.m_db.DrawCircleRgn(Place(words, 1, "X"), Place(words, 2, "Y"), Size(words[3], "R"),
+                                         o.ColorOrWhite(), o.tag, GJ_STATUS_NORMAL, 1));
 }
 
 void RunPolygon(Script& script, const Words& words) {
@@ -129,7 +143,8 @@ void RunPolygon(Script& script, const Words& words) {
     if (end % 2 == 0) throw ScriptFailure{"an X without its Y"};
     if (end < 7) throw ScriptFailure{"a polygon has three points at least"};
     CArray<CFPoint, CFPoint> points;
-    for (std::size_t i = 1; i < end; i += 2) points.Add(CFPoint(Place(words, i, "X"), Place(words, i + 1, "Y"), 0));
+    for (std::size_t i = 1; i < end; i += 2)
+        points.Add(CFPoint(Place(words, i, "X"), Place(words, i + 1, "Y"), 0));
     PrintAdded(script, script.m_db.DrawPolygonRgn(points, o.ColorOrWhite(), o.tag, GJ_STATUS_NORMAL, 1));
 }
 
@@ -141,7 +156,8 @@ void RunRider(Script& script, const Words& words) {
     const float width = Size(words[2], "WIDTH");
     const PartOptions options = OptionsFrom(words, 3);
     if (options.color) throw ScriptFailure{"a rider has no colour of its own"};
-    const CTvoRider* rider = script.m_db.AddRider(static_cast<CGjNetLine*>(line), width, options.tag, GJ_STATUS_NORMAL);
+    const CTvoRider* rider =
+        script.m_db.AddRider(static_cast<CGjNetLine*>(line), width, options.tag, GJ_STATUS_NORMAL);
     if (!rider) throw ScriptFailure{"plates have the type byte of riders in this model"};
     PrintAdded(script, rider);
 }
@@ -175,12 +191,15 @@ void RunShow(Script& script, const Words& words) {
 
 void RunClear(Script& script, const Words& words) {
     const unsigned char type = TypeNamed(words[1]);
-    const bool graphics = (type >= GJLX_TEXT && type <= GJLX_CIRCLE_RGN) || type == GJLX_POLYGON_RGN || type == kTvoRiderType;
-    if (!graphics) throw ScriptFailure{"clear is for texts, fields, graphics and riders, not for " + words[1]};
+    const bool graphics =
+        (type >= GJLX_TEXT && type <= GJLX_CIRCLE_RGN) || type == GJLX_POLYGON_RGN || type == kTvoRiderType;
+    if (!graphics)
+        throw ScriptFailure{"clear is for texts, fields, graphics and riders, not for " + words[1]};
     words.size() > 2 ? script.m_db.Clear_GouJian(type, Tag(words[2])) : script.m_db.Clear_GouJian(type);
 }
 
-// A text is replaced by one of the other height, since only what enters or leaves the store can be taken back.
+// A text is replaced by one of the other height, since only what enters or leaves the store can be taken
+// back.
 void RunSetTextHeight(Script& script, const Words& words) {
     const float height = Size(words[1], "H");
     CArray<CGouJianEx*> texts;
@@ -206,7 +225,8 @@ std::vector<CGouJianEx*> Family(CTvoHostDataBase& db, unsigned char type) {
     CArray<CGouJianEx*> array;
     db.GetGouJianArray(type, &array);
     std::vector<CGouJianEx*> family(array.begin(), array.end());
-    std::sort(family.begin(), family.end(), [](const auto* a, const auto* b) { return a->m_dwGouJianID < b->m_dwGouJianID; });
+    std::sort(family.begin(), family.end(),
+              [](const auto* a, const auto* b) { return a->m_dwGouJianID < b->m_dwGouJianID; });
     return family;
 }
 
@@ -215,11 +235,16 @@ void DumpKind(Script& script, const PartKind& kind) {
         for (auto* component : components) PrintJsonLine(script.m_out, json(*component));
     };
     switch (kind.type) {
-        case GJLX_NET_NODE: return print(NetNodes(script.m_db), NodeJson);
-        case GJLX_NET_LINE: return print(NetLines(script.m_db), LineJson);
-        case GJLX_MIAN: return print(AllPlates(script.m_db), PlateJson);
-        case kTvoLoadType: return print(AllLoads(script.m_db), LoadJson);
-        default: return print(Family(script.m_db, kind.type), PartJson);
+        case GJLX_NET_NODE:
+            return print(NetNodes(script.m_db), NodeJson);
+        case GJLX_NET_LINE:
+            return print(NetLines(script.m_db), LineJson);
+        case GJLX_MIAN:
+            return print(AllPlates(script.m_db), PlateJson);
+        case kTvoLoadType:
+            return print(AllLoads(script.m_db), LoadJson);
+        default:
+            return print(Family(script.m_db, kind.type), PartJson);
     }
 }
 
@@ -247,22 +272,27 @@ void RunDump(Script& script, const Words& words) {
 constexpr ScriptCommand kCommands[] = {
     {"text", "X Y HEIGHT ANGLE_DEG STRING [colour C] [tag N]", 5, 9, RunText,
      "add a text; prints its identity, as the next ones do"},
-    {"point", "X Y [colour C] [tag N]", 2, 6, RunPoint, "draw a point; C is an index from 0 to 255 or #RRGGBB"},
+    {"point", "X Y [colour C] [tag N]", 2, 6, RunPoint,
+     "draw a point; C is an index from 0 to 255 or #RRGGBB"},
     {"pline", "X1 Y1 X2 Y2 WIDTH [colour C] [tag N]", 5, 9, RunPline,
      "draw a straight line that is none of the net; a negative WIDTH is in pixels"},
-    {"parc", "X Y R START END WIDTH [colour C] [tag N]", 6, 10, RunParc, "draw an arc, anticlockwise, in degrees"},
+    {"parc", "X Y R START END WIDTH [colour C] [tag N]", 6, 10, RunParc,
+     "draw an arc, anticlockwise, in degrees"},
     {"circle", "X Y R WIDTH [colour C] [tag N]", 4, 8, RunCircle, "draw a circle"},
     {"disc", "X Y R [colour C] [tag N]", 3, 7, RunDisc, "draw a filled circle"},
     {"polygon", "X1 Y1 X2 Y2 X3 Y3 ... [colour C] [tag N]", 6, -1, RunPolygon, "draw a filled polygon"},
     {"rider", "LINEID WIDTH [tag N]", 2, 4, RunRider,
      "put a strip on a line: it is broken and merged with the line, and goes with it"},
-    {"hide", "TYPE [TAG]", 1, 2, RunHide, "hide components of a kind (with a tag); no edit, so that undo leaves it"},
+    {"hide", "TYPE [TAG]", 1, 2, RunHide,
+     "hide components of a kind (with a tag); no edit, so that undo leaves it"},
     {"show", "TYPE [TAG]", 1, 2, RunShow, "show them again; TYPE is a name as in dump, or a type byte"},
     {"clear", "TYPE [TAG]", 1, 2, RunClear, "delete texts, fields, graphics or riders (with a tag)"},
     {"settextheight", "H", 1, 1, RunSetTextHeight, "give all texts that height"},
     {"dump", "[KIND]", 0, 1, RunDump,
-     "print components, each by identity: nodes, lines, plates, loads, texts, fields, points, plines, arcs, circles,\n"
-     "                                discs, polygons, riders; without KIND, or for all, everything there is"},
+     "print components, each by identity: nodes, lines, plates, loads, texts, fields, points, plines, arcs, "
+     "circles,\n"
+     "                                discs, polygons, riders; without KIND, or for all, everything there "
+     "is"},
 };
 
 }  // namespace

@@ -7,14 +7,24 @@
 std::string SvgEscaped(std::string_view text) {
     const bool whole = IsUtf8(text);
     std::string out;
+    out.reserve(text.size());
     for (const char c : text) {
         const auto byte = static_cast<unsigned char>(c);
         switch (c) {
-            case '&': out += "&amp;"; break;
-            case '<': out += "&lt;"; break;
-            case '>': out += "&gt;"; break;
-            case '"': out += "&quot;"; break;
-            default: out += byte < 0x20 || byte == 0x7F ? ' ' : byte >= 0x80 && !whole ? '?' : c;
+            case '&':
+                out += "&amp;";
+                break;
+            case '<':
+                out += "&lt;";
+                break;
+            case '>':
+                out += "&gt;";
+                break;
+            case '"':
+                out += "&quot;";
+                break;
+            default:
+                out += byte < 0x20 || byte == 0x7F ? ' ' : byte >= 0x80 && !whole ? '?' : c;
         }
     }
     return out;

@@ -20,7 +20,9 @@ namespace {
 constexpr std::uint32_t kPlatesFollow = 1, kHasGrid = 2, kGridShown = 4;
 constexpr std::uint32_t kLongestSpacings = 1 << 20;  // bytes
 
-bool IsGraphics(unsigned char type) { return (type >= GJLX_POINT && type <= GJLX_CIRCLE_RGN) || type == GJLX_POLYGON_RGN; }
+bool IsGraphics(unsigned char type) {
+    return (type >= GJLX_POINT && type <= GJLX_CIRCLE_RGN) || type == GJLX_POLYGON_RGN;
+}
 
 // ---- the background grid ----------------------------------------------------------------------------
 
@@ -35,13 +37,14 @@ CBackgrnd NewGrid() {
 }
 
 bool SameGrid(const CBackgrnd& a, const CBackgrnd& b) {
-    return a.m_nMode == b.m_nMode && a.m_fX0 == b.m_fX0 && a.m_fY0 == b.m_fY0 && a.m_fZ0 == b.m_fZ0 && a.m_strKuaX == b.m_strKuaX &&
-           a.m_strKuaY == b.m_strKuaY && a.m_strKuaZ == b.m_strKuaZ;
+    return a.m_nMode == b.m_nMode && a.m_fX0 == b.m_fX0 && a.m_fY0 == b.m_fY0 && a.m_fZ0 == b.m_fZ0 &&
+           a.m_strKuaX == b.m_strKuaX && a.m_strKuaY == b.m_strKuaY && a.m_strKuaZ == b.m_strKuaZ;
 }
 
 void WriteGrid(const CBackgrnd& grid, std::FILE* out) {
     PutLittleEndian(out, static_cast<std::uint32_t>(grid.m_nMode));
-    for (const float v : {grid.m_fX0, grid.m_fY0, grid.m_fZ0}) PutLittleEndian(out, std::bit_cast<std::uint32_t>(v));
+    for (const float v : {grid.m_fX0, grid.m_fY0, grid.m_fZ0})
+        PutLittleEndian(out, std::bit_cast<std::uint32_t>(v));
     for (const CString* text : {&grid.m_strKuaX, &grid.m_strKuaY, &grid.m_strKuaZ}) {
         PutLittleEndian(out, static_cast<std::uint32_t>(text->GetLength()));
         std::fwrite(text->GetString(), 1, text->Std().size(), out);
@@ -67,7 +70,8 @@ bool ReadGrid(std::FILE* in, CBackgrnd& grid) {
         *v = std::bit_cast<float>(bits);
         if (!std::isfinite(*v)) return false;
     }
-    return ReadSpacings(in, grid.m_strKuaX) && ReadSpacings(in, grid.m_strKuaY) && ReadSpacings(in, grid.m_strKuaZ);
+    return ReadSpacings(in, grid.m_strKuaX) && ReadSpacings(in, grid.m_strKuaY) &&
+           ReadSpacings(in, grid.m_strKuaZ);
 }
 
 }  // namespace
@@ -123,7 +127,8 @@ void TvoModelHost::WriteData(CGridDataBase& db, std::FILE* out) const {
     const bool follow = host.PlatesFollow() && host.GetGouJianCount(GJLX_MIAN) == 0;
     const bool grid = host.m_bGridShown || !SameGrid(host.GetBackgrnd(), NewGrid());
     if (kept.empty() && !follow && !grid) return;
-    PutLittleEndian(out, (follow ? kPlatesFollow : 0u) | (grid ? kHasGrid : 0u) | (host.m_bGridShown ? kGridShown : 0u));
+    PutLittleEndian(
+        out, (follow ? kPlatesFollow : 0u) | (grid ? kHasGrid : 0u) | (host.m_bGridShown ? kGridShown : 0u));
     PutLittleEndian(out, static_cast<std::uint32_t>(kept.size()));
     for (const std::uint32_t id : kept) PutLittleEndian(out, id);
     if (grid) WriteGrid(host.GetBackgrnd(), out);

@@ -14,9 +14,9 @@
 
 namespace {
 
-constexpr int kRiderColor = 96;    // dark green
-constexpr int kCopyPen = 13;       // R2_COPYPEN
-constexpr float kWidest = 1e9f;    // mm
+constexpr int kRiderColor = 96;  // dark green
+constexpr int kCopyPen = 13;     // R2_COPYPEN
+constexpr float kWidest = 1e9f;  // mm
 
 float Degrees(float radians) { return radians * 180.0f / tolerance::kHalfTurnF; }
 
@@ -40,7 +40,8 @@ int CTvoRider::DrawGraph(CDrawGraph* g) {
         }
         const CGjNetLine& line = *m_pNetLine;
         const float r = line.GetR() + (i == 1 ? m_fWidth : -m_fWidth) / 2;
-        g->Draw_Arc(line.m_fCenterX, line.m_fCenterY, r, Degrees(line.m_fStartDir), Degrees(line.m_fEndDir), 1.0f, 'A', 1, kCopyPen);
+        g->Draw_Arc(line.m_fCenterX, line.m_fCenterY, r, Degrees(line.m_fStartDir), Degrees(line.m_fEndDir),
+                    1.0f, 'A', 1, kCopyPen);
     }
     return 1;
 }
@@ -60,7 +61,9 @@ int CTvoRider::WriteBinary(std::FILE* file) {
 
 int CTvoRider::ReadBinary(std::FILE* file) {
     std::uint32_t number = 0, id = 0, line = 0, bits = 0;
-    if (!TakeLittleEndian(file, number) || !TakeLittleEndian(file, id) || !TakeLittleEndian(file, line) || !TakeLittleEndian(file, bits)) return 0;
+    if (!TakeLittleEndian(file, number) || !TakeLittleEndian(file, id) || !TakeLittleEndian(file, line) ||
+        !TakeLittleEndian(file, bits))
+        return 0;
     const float width = std::bit_cast<float>(bits);
     if (id >> 24 != kTvoRiderType || !(width > 0 && width <= kWidest)) return 0;
     m_dwGouJianNO = number;

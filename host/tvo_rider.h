@@ -5,12 +5,13 @@
 
 #include "net/gj_line_goujian.h"
 
-/// Type byte of riders: the last that hosts may use but that of loads, out of the way of the types that `combine` is given.
+/// Type byte of riders: the last that hosts may use but that of loads, out of the way of the types that
+/// `combine` is given.
 inline constexpr unsigned char kTvoRiderType = 253;
 
-/// A strip of some width on a net line. When the line is broken each part gets a strip of its own, when two lines merge
-/// strips of one kind become one, and when the line goes the strip goes with it: CTvoHostDataBase sees to that. It shows
-/// as its outline.
+/// A strip of some width on a net line. When the line is broken each part gets a strip of its own, when two
+/// lines merge strips of one kind become one, and when the line goes the strip goes with it: CTvoHostDataBase
+/// sees to that. It shows as its outline.
 class CTvoRider : public CGjLineGouJian {
 public:
     /// What riders have in common that may become one when their lines do.
@@ -29,8 +30,9 @@ public:
     void OnCalcParameters() override;
     int DrawGraph(CDrawGraph* g) override;
     void GetDrawInfo(unsigned char status, char part, unsigned long& colour, int& lineType) override;
-    /// Number, identity and the line's identity as 32-bit words, then the width as a 32-bit float, little-endian. The
-    /// reader gives 0 at the end of the file, for an identity of another type and a width that is none.
+    /// Number, identity and the line's identity as 32-bit words, then the width as a 32-bit float,
+    /// little-endian. The reader gives 0 at the end of the file, for an identity of another type and a width
+    /// that is none.
     int WriteBinary(std::FILE* file) override;
     int ReadBinary(std::FILE* file) override;
 

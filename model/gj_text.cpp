@@ -10,7 +10,9 @@ constexpr unsigned char kStateMuted = 3;  // a state of drawing that is never st
 
 /// Each channel to 42 %, cut to whole steps.
 unsigned long Darkened(COLORREF colour) {
-    const auto dark = [](int channel) { return static_cast<unsigned char>(static_cast<float>(channel) * 0.42f); };
+    const auto dark = [](int channel) {
+        return static_cast<unsigned char>(static_cast<float>(channel) * 0.42f);
+    };
     return RGB(dark(GetRValue(colour)), dark(GetGValue(colour)), dark(GetBValue(colour)));
 }
 
@@ -44,6 +46,7 @@ void CGjText::GetDrawInfo(unsigned char status, char, unsigned long& colour, int
             colour = GetAcadRGBColor(g_cTvoProfile.m_nMutedColor);
             lineType = 0;
             break;
-        default: break;
+        default:
+            break;
     }
 }

@@ -18,7 +18,8 @@ Strip StraightStrip(const CGjNetLine& line, float width) {
     const CGjNetNode &from = *line.m_pStartNode, &to = *line.m_pEndNode;
     const float angle = get_line_angle(from.m_fX, from.m_fY, to.m_fX, to.m_fY);
     const float length = line.GetLength(), half = width / 2;
-    Strip strip{CFShoot(0, -half, 0), CFShoot(length, -half, 0), CFShoot(length, half, 0), CFShoot(0, half, 0)};
+    Strip strip{CFShoot(0, -half, 0), CFShoot(length, -half, 0), CFShoot(length, half, 0),
+                CFShoot(0, half, 0)};
     for (CFShoot& corner : strip) frame_to_model(angle, from.m_fX, from.m_fY, &corner.x, &corner.y);
     return strip;
 }
@@ -45,5 +46,6 @@ void CGjLineGouJian::GetDiTuRegion(float width, CFRegion& out) {
     out.RemoveAll();
     const CGjNetLine* line = GetNetLine();
     if (!line || !line->m_pStartNode || !line->m_pEndNode) return;
-    for (const CFShoot& corner : line->m_nArc ? ArcStrip(*line, width) : StraightStrip(*line, width)) out.Add(corner);
+    for (const CFShoot& corner : line->m_nArc ? ArcStrip(*line, width) : StraightStrip(*line, width))
+        out.Add(corner);
 }

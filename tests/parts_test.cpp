@@ -1,4 +1,5 @@
-// Texts, riders and graphics: their defaults and outlines, riders under random edits, and all of them in model files.
+// Texts, riders and graphics: their defaults and outlines, riders under random edits, and all of them in
+// model files.
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -26,23 +27,20 @@
 
 namespace {
 
-std::vector<CTvoRider*> RidersOf(CTvoHostDataBase& db) {
+/// A family by ascending identity.
+template <class Component>
+std::vector<Component*> FamilyOf(CTvoHostDataBase& db, unsigned char type) {
     CArray<CGouJianEx*> all;
-    db.GetGouJianArray(kTvoRiderType, &all);
-    std::vector<CTvoRider*> riders;
-    for (CGouJianEx* obj : all) riders.push_back(static_cast<CTvoRider*>(obj));
-    std::sort(riders.begin(), riders.end(), [](auto* a, auto* b) { return a->m_dwGouJianID < b->m_dwGouJianID; });
-    return riders;
+    db.GetGouJianArray(type, &all);
+    std::vector<Component*> family;
+    for (CGouJianEx* obj : all) family.push_back(static_cast<Component*>(obj));
+    std::sort(family.begin(), family.end(),
+              [](auto* a, auto* b) { return a->m_dwGouJianID < b->m_dwGouJianID; });
+    return family;
 }
 
-std::vector<CGjNetLine*> LinesOf(CTvoHostDataBase& db) {
-    CArray<CGouJianEx*> all;
-    db.GetGouJianArray(GJLX_NET_LINE, &all);
-    std::vector<CGjNetLine*> lines;
-    for (CGouJianEx* obj : all) lines.push_back(static_cast<CGjNetLine*>(obj));
-    std::sort(lines.begin(), lines.end(), [](auto* a, auto* b) { return a->m_dwGouJianID < b->m_dwGouJianID; });
-    return lines;
-}
+std::vector<CTvoRider*> RidersOf(CTvoHostDataBase& db) { return FamilyOf<CTvoRider>(db, kTvoRiderType); }
+std::vector<CGjNetLine*> LinesOf(CTvoHostDataBase& db) { return FamilyOf<CGjNetLine>(db, GJLX_NET_LINE); }
 
 class PartsFile : public testing::Test {
 protected:
@@ -101,14 +99,17 @@ TEST(Texts, HaveTheirDefaultsAndStates) {
     EXPECT_EQ(text.m_fAngle, 0.0f);
     EXPECT_EQ(text.m_crColor, GetAcadRGBColor(3));
     EXPECT_EQ(text.QueryBasicType(), 4);
-    EXPECT_EQ(text.SaveData(nullptr) + text.LoadData(nullptr) + text.WriteBinary(nullptr) + text.ReadBinary(nullptr), 4);
+    EXPECT_EQ(text.SaveData(nullptr) + text.LoadData(nullptr) + text.WriteBinary(nullptr) +
+                  text.ReadBinary(nullptr),
+              4);
 
     text.m_crColor = 0x00C8640B;  // 11, 100 and 200, of which 42 % are 4.62, 42.0 and 84.0
     struct {
         unsigned char status;
         unsigned long color;
         int lineType;
-    } const rows[] = {{0, 0x00C8640B, 0}, {1, 0x00542A04, 1}, {2, 1234, 56}, {3, GetAcadRGBColor(250), 0}, {9, 1234, 56}};
+    } const rows[] = {
+        {0, 0x00C8640B, 0}, {1, 0x00542A04, 1}, {2, 1234, 56}, {3, GetAcadRGBColor(250), 0}, {9, 1234, 56}};
     for (const auto& row : rows) {
         unsigned long color = 1234;
         int lineType = 56;
@@ -160,8 +161,10 @@ TEST(Riders, CoverAStripAboutTheirLine) {
         const CFPoint a = line->GetStartPoint(), b = line->GetEndPoint();
         const double half = static_cast<double>(row.width) / 2;
         if (row.bulge == 0) {
-            const double l = std::hypot(b.x - a.x, b.y - a.y), nx = -(b.y - a.y) / l * half, ny = (b.x - a.x) / l * half;
-            const double corners[4][2] = {{a.x - nx, a.y - ny}, {b.x - nx, b.y - ny}, {b.x + nx, b.y + ny}, {a.x + nx, a.y + ny}};
+            const double l = std::hypot(b.x - a.x, b.y - a.y), nx = -(b.y - a.y) / l * half,
+                         ny = (b.x - a.x) / l * half;
+            const double corners[4][2] = {
+                {a.x - nx, a.y - ny}, {b.x - nx, b.y - ny}, {b.x + nx, b.y + ny}, {a.x + nx, a.y + ny}};
             for (int i = 0; i < 4; ++i) {
                 EXPECT_NEAR(outline[i].x, corners[i][0], 0.01);
                 EXPECT_NEAR(outline[i].y, corners[i][1], 0.01);
@@ -169,12 +172,16 @@ TEST(Riders, CoverAStripAboutTheirLine) {
             }
         } else {
             const double c = row.bulge * 3.14159265 / 180, want[] = {0, c, 0, -c};
-            const double radii[] = {line->m_fR - half, line->m_fR + half, line->m_fR + half, line->m_fR - half};
+            const double radii[] = {line->m_fR - half, line->m_fR + half, line->m_fR + half,
+                                    line->m_fR - half};
             const float angles[] = {line->m_fStartDir, line->m_fStartDir, line->m_fEndDir, line->m_fEndDir};
-            const double near = std::max(0.01, line->m_fR * 1e-6);  // of a bulge that is none the centre lies far away
+            const double near =
+                std::max(0.01, line->m_fR * 1e-6);  // of a bulge that is none the centre lies far away
             for (int i = 0; i < 4; ++i) {
-                EXPECT_NEAR(outline[i].x, line->m_fCenterX + radii[i] * std::cos(static_cast<double>(angles[i])), near);
-                EXPECT_NEAR(outline[i].y, line->m_fCenterY + radii[i] * std::sin(static_cast<double>(angles[i])), near);
+                EXPECT_NEAR(outline[i].x,
+                            line->m_fCenterX + radii[i] * std::cos(static_cast<double>(angles[i])), near);
+                EXPECT_NEAR(outline[i].y,
+                            line->m_fCenterY + radii[i] * std::sin(static_cast<double>(angles[i])), near);
                 EXPECT_NEAR(outline[i].c, want[i], 1e-6);
             }
         }
@@ -193,14 +200,17 @@ namespace {
 
 using Pieces = std::set<std::array<int, 3>>;  // level or upright, x, y
 
-/// How much of the lattice's unit pieces riders of each kind cover: the axis-parallel lines of these rounds lie on it.
+/// How much of the lattice's unit pieces riders of each kind cover: the axis-parallel lines of these rounds
+/// lie on it.
 std::map<std::pair<float, std::uint32_t>, Pieces> Covered(CTvoHostDataBase& db) {
     std::map<std::pair<float, std::uint32_t>, Pieces> covered;
     for (const CTvoRider* rider : RidersOf(db)) {
         const CGjNetLine& l = *rider->m_pNetLine;
         if (l.m_nArc) continue;
-        const int x1 = static_cast<int>(std::lround(l.m_fStartX / 1000)), x2 = static_cast<int>(std::lround(l.m_fEndX / 1000));
-        const int y1 = static_cast<int>(std::lround(l.m_fStartY / 1000)), y2 = static_cast<int>(std::lround(l.m_fEndY / 1000));
+        const int x1 = static_cast<int>(std::lround(l.m_fStartX / 1000)),
+                  x2 = static_cast<int>(std::lround(l.m_fEndX / 1000));
+        const int y1 = static_cast<int>(std::lround(l.m_fStartY / 1000)),
+                  y2 = static_cast<int>(std::lround(l.m_fEndY / 1000));
         auto& pieces = covered[{rider->m_fWidth, rider->m_dwTag}];
         for (int x = std::min(x1, x2); x < std::max(x1, x2); ++x) pieces.insert({0, x, y1});
         for (int y = std::min(y1, y2); y < std::max(y1, y2); ++y) pieces.insert({1, x1, y});
@@ -222,23 +232,22 @@ std::string RidersFault(CTvoHostDataBase& db) {
     for (CTvoRider* rider : RidersOf(db)) {
         CGjNetLine* line = rider->GetNetLine();
         if (db.FindGouJian(rider->m_dwLineID) != line || !line) return "a rider without its line";
-        if (!seen.insert({line, {rider->m_fWidth, rider->m_dwTag}}).second) return "two riders of a kind on a line";
+        if (!seen.insert({line, {rider->m_fWidth, rider->m_dwTag}}).second)
+            return "two riders of a kind on a line";
         CArray<CGouJianEx*> here;
         db.QueryGouJianOnNetLine(line, here);
-        if (std::find(here.begin(), here.end(), rider) == here.end()) return "a rider that its line does not know";
+        if (std::find(here.begin(), here.end(), rider) == here.end())
+            return "a rider that its line does not know";
     }
     return "";
 }
 
 std::string TextOf(CTvoHostDataBase& db) {
     std::ostringstream text;
-    for (const CTvoRider* r : RidersOf(db)) text << r->m_dwGouJianID << " on " << r->m_dwLineID << " wide " << r->m_fWidth << '\n';
+    for (const CTvoRider* r : RidersOf(db))
+        text << r->m_dwGouJianID << " on " << r->m_dwLineID << " wide " << r->m_fWidth << '\n';
     for (const CGjNetLine* l : LinesOf(db)) text << l->m_dwGouJianID << '\n';
-    CArray<CGouJianEx*> nodes;
-    db.GetGouJianArray(GJLX_NET_NODE, &nodes);
-    std::set<std::uint32_t> ids;
-    for (const CGouJianEx* node : nodes) ids.insert(node->m_dwGouJianID);
-    for (const std::uint32_t id : ids) text << id << ' ';
+    for (const CGouJianEx* node : FamilyOf<CGouJianEx>(db, GJLX_NET_NODE)) text << node->m_dwGouJianID << ' ';
     return text.str();
 }
 
@@ -261,7 +270,8 @@ TEST(Riders, SurviveWhateverTheNetGoesThrough) {
             constexpr double kSnapped = 120;  // what ends may be moved by
             switch (lines.empty() ? 0 : number(6)) {
                 case 0: {
-                    const float start = static_cast<float>(30 * number(12)), sweep = static_cast<float>(30 + 30 * number(6));
+                    const float start = static_cast<float>(30 * number(12)),
+                                sweep = static_cast<float>(30 + 30 * number(6));
                     db.AddArc(CFPoint(4000, 4000, 0), 2500, start, start + sweep);
                     ASSERT_EQ(Covered(db), before);
                     ASSERT_NEAR(ArcLength(db), arcs, kSnapped);
@@ -272,7 +282,8 @@ TEST(Riders, SurviveWhateverTheNetGoesThrough) {
                     const int x = number(8), y = number(8), length = 1 + number(6);
                     const bool level = number(2) != 0;
                     const CFPoint from(static_cast<float>(x * 1000), static_cast<float>(y * 1000), 0);
-                    const CFPoint to = from + CFPoint(static_cast<float>(level ? length * 1000 : 0), static_cast<float>(level ? 0 : length * 1000), 0);
+                    const CFPoint to = from + CFPoint(static_cast<float>(level ? length * 1000 : 0),
+                                                      static_cast<float>(level ? 0 : length * 1000), 0);
                     db.AddNetLine(from, to, 0, 0);
                     ASSERT_EQ(Covered(db), before);
                     ASSERT_NEAR(ArcLength(db), arcs, kSnapped);
@@ -281,7 +292,8 @@ TEST(Riders, SurviveWhateverTheNetGoesThrough) {
                 }
                 case 3: {
                     CGjNetLine* line = lines[rng() % lines.size()];
-                    CTvoRider* rider = db.AddRider(line, number(2) ? 200.0f : 300.0f, static_cast<std::uint32_t>(number(2)), 0);
+                    CTvoRider* rider = db.AddRider(line, number(2) ? 200.0f : 300.0f,
+                                                   static_cast<std::uint32_t>(number(2)), 0);
                     ASSERT_EQ(rider->GetNetLine(), line);
                     break;
                 }
@@ -302,7 +314,8 @@ TEST(Riders, SurviveWhateverTheNetGoesThrough) {
                     for (const auto& [kind, pieces] : before) lost += static_cast<double>(pieces.size());
                     for (const auto& [kind, pieces] : now) {
                         lost -= static_cast<double>(pieces.size());
-                        ASSERT_TRUE(std::includes(before.at(kind).begin(), before.at(kind).end(), pieces.begin(), pieces.end()));
+                        ASSERT_TRUE(std::includes(before.at(kind).begin(), before.at(kind).end(),
+                                                  pieces.begin(), pieces.end()));
                     }
                     ASSERT_LT(lost, line->m_nArc || here.IsEmpty() ? 1 : gone / 1000 + here.GetSize());
                     ASSERT_GT(lost, line->m_nArc || here.IsEmpty() ? -1 : gone / 1000 - here.GetSize());
@@ -336,13 +349,14 @@ TEST_F(PartsFile, ComeBackToTheSameBytes) {
     EXPECT_EQ(Saved(opened), bytes);
     EXPECT_TRUE(opened.m_bGridShown);
     for (int type = 1; type < kTypeCount; ++type) {
-        CArray<CGouJianEx*> before, after;
-        db.GetGouJianArray(static_cast<unsigned char>(type), &before);
-        opened.GetGouJianArray(static_cast<unsigned char>(type), &after);
-        ASSERT_EQ(before.GetSize(), after.GetSize()) << type;
-        for (int i = 0; i < before.GetSize(); ++i) {
+        const auto before = FamilyOf<CGouJianEx>(db, static_cast<unsigned char>(type));
+        const auto after = FamilyOf<CGouJianEx>(opened, static_cast<unsigned char>(type));
+        ASSERT_EQ(before.size(), after.size()) << type;
+        for (std::size_t i = 0; i < before.size(); ++i) {
             EXPECT_EQ(before[i]->GetDrawGraph()->m_bFixed, after[i]->GetDrawGraph()->m_bFixed) << type;
-            EXPECT_EQ(before[i]->GetDrawGraph()->m_aEntity.GetSize(), after[i]->GetDrawGraph()->m_aEntity.GetSize()) << type;
+            EXPECT_EQ(before[i]->GetDrawGraph()->m_aEntity.GetSize(),
+                      after[i]->GetDrawGraph()->m_aEntity.GetSize())
+                << type;
             EXPECT_EQ(before[i]->get_m_byteStatus(), after[i]->get_m_byteStatus()) << type;
             EXPECT_EQ(before[i]->GetFrect().m_fMaxX, after[i]->GetFrect().m_fMaxX) << type;
         }
@@ -371,7 +385,8 @@ TEST_F(PartsFile, DamageCostsNoMoreThanItsSection) {
     const std::string whole = Saved(db);
     const auto offset = [&](std::uint32_t type) {
         for (const ModelSection& section : TakeApart(whole).sections)
-            if (section.head.kind == SectionKind::kHost && section.head.type == type) return static_cast<std::size_t>(section.offset);
+            if (section.head.kind == SectionKind::kHost && section.head.type == type)
+                return static_cast<std::size_t>(section.offset);
         return std::size_t{0};
     };
     struct {
@@ -385,6 +400,7 @@ TEST_F(PartsFile, DamageCostsNoMoreThanItsSection) {
         {"letters without end", GJLX_TEXT, 20, 0xFFFFFFFF, "texts section"},
         {"letters that are none", GJLX_TEXT, 24, 0xFFFEFDFC, "texts section"},
         {"a primitive of no kind", GJLX_ARC, 8, 99, "arcs section"},
+        {"a raster mode that is none", GJLX_LINE, 28, 17, "plain lines section"},
         {"more primitives than bytes", GJLX_CIRCLE, 4, 5, "circles section"},
         {"more corners than bytes", GJLX_POLYGON_RGN, 32, 0x7FFFFFFF, "polygons section"},
         {"a rider of no width", kTvoRiderType, 12, 0, "host components section"},
@@ -410,12 +426,15 @@ TEST_F(PartsFile, DamageCostsNoMoreThanItsSection) {
     Reseal(bytes);
     const BuiltModel built = OpenModel(Write(bytes), db, TvoModelHost());
     EXPECT_EQ(built.others, 9u);
-    EXPECT_NE(built.Remarks().find("rider 4244635649 on line 33554999"), std::string::npos) << built.Remarks();
+    EXPECT_NE(built.Remarks().find("rider 4244635649 on line 33554999"), std::string::npos)
+        << built.Remarks();
     // Cut and scratched anywhere: refused or opened, and never worse.
     std::mt19937 rng(4);
     for (int round = 0; round < 400; ++round) {
         std::string text = whole.substr(0, rng() % 2 ? whole.size() : rng() % whole.size());
-        for (auto i = rng() % 3; i > 0 && !text.empty(); --i) text[kModelHeaderSize % text.size() + rng() % (text.size() - kModelHeaderSize % text.size())] = static_cast<char>(rng());
+        for (auto i = rng() % 3; i > 0 && !text.empty(); --i)
+            text[kModelHeaderSize % text.size() + rng() % (text.size() - kModelHeaderSize % text.size())] =
+                static_cast<char>(rng());
         if (rng() % 2 && text.size() == whole.size()) Reseal(text);
         const ModelFile file = TakeApart(text);
         ModelPlan plan = PlanModel(file, TvoModelHost());
