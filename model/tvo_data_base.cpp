@@ -93,7 +93,7 @@ void CTvoDataBase::LetGo(CGouJianEx* obj) {
     if (drop(m_mapFamily[type]) || m_bNumbersStale[type]) m_arrBianHao[type].RemoveAll();
     if (CTvoViewMgr* view = Showing()) {
         drop(view->m_mapViewPort);
-        while (POSITION p = view->m_pSelectedList->Find(obj)) view->m_pSelectedList->RemoveAt(p);
+        view->ForgetComponent(obj);
     }
 }
 

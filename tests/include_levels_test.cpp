@@ -23,8 +23,8 @@ const std::map<std::string, std::set<std::string>> kMayInclude = {
     {"net", {"model", "geometry", "platform"}},
     {"plates", {"net", "model", "geometry", "platform"}},
     {"fields", {"net", "model", "geometry", "platform"}},
-    {"view", {"plates", "net", "model", "geometry", "platform"}},
-    {"shell", {"view", "plates", "net", "model", "geometry", "platform"}},
+    {"view", {"fields", "plates", "net", "model", "geometry", "platform"}},
+    {"shell", {"view", "fields", "plates", "net", "model", "geometry", "platform"}},
 };
 
 /// Includes against that direction which the design forces.
@@ -78,6 +78,8 @@ bool IsAllowed(const Include& include) {
     const std::string from = FolderOf(include.file), to = FolderOf(include.included);
     if (from == to || kExceptions.count({include.file, include.included})) return true;
     if ((to == "view" || to == "shell") && kMayCallView.count(include.file)) return true;
+    // The view's sources talk to the frame and the prompt; its headers don't know them.
+    if (from == "view" && to == "shell") return include.file.ends_with(".cpp");
     if (from == "platform" && to == "geometry") return kValueTypes.count(include.included) != 0;
     const auto allowed = kMayInclude.find(from);
     return allowed != kMayInclude.end() && allowed->second.count(to) != 0;

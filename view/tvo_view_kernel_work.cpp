@@ -1,0 +1,259 @@
+// CTvoViewKernel: the work message, by which all input reaches the running command.
+#include <algorithm>
+#include <string>
+#include <utility>
+
+#include "model/tvo_data_base.h"
+#include "platform/canvas/client_dc.h"
+#include "shell/prompt_view.h"
+#include "shell/tvo_frame_base.h"
+#include "view/dt_work_ex.h"
+#include "view/select_command.h"
+#include "view/tvo_view_kernel.h"
+
+namespace {
+
+constexpr std::size_t kMostTyped = 500;  // bytes of typed text that reach a command
+
+}  // namespace
+
+/// What a repaint needs: the window, and a copy of the base map on which cursor and rubber line are put before it goes to
+/// the window in one piece. The copy is made at once, and again if the base map has changed meanwhile: the old picture
+/// must not overwrite the new one.
+class CTvoViewKernel::Glass {
+public:
+    explicit Glass(CTvoViewKernel& view) : m_view(view), m_screen(&view) { Copy(); }
+    void Show(unsigned mask) {
+        if (m_made != m_view.m_nBaseMapMade) Copy();
+        m_view.OverlapBaseMap(&m_copy, mask);
+        m_view.BlitScreen(&m_screen, &m_copy);
+        m_made = m_view.m_nBaseMapMade - 1;  // this copy has been drawn on
+    }
+
+private:
+    void Copy() {
+        m_view.CopyBaseMap(&m_copy, &m_screen, &m_view.m_cBaseMap);
+        m_made = m_view.m_nBaseMapMade;
+    }
+    CTvoViewKernel& m_view;
+    CClientDC m_screen;
+    CDC m_copy;
+    unsigned m_made = 0;  // the base map's count when it was copied
+};
+
+LRESULT CTvoViewKernel::WindowProc(UINT message, WPARAM w, LPARAM l) {
+    if (message == WM_DTVIEW_WORK) return OnWmDtviewWork(w, l);
+    if (message == WM_DTVIEW_IDLE) return OnWnDtviewIdle(w, l);
+    return CView::WindowProc(message, w, l);
+}
+
+LRESULT CTvoViewKernel::OnWmDtviewWork(WPARAM code, LPARAM l) {
+    Glass glass(*this);
+    if (!m_pWork) {
+        if (!m_pSelectedList->IsEmpty()) {
+            ClearSelectedList();
+            glass.Show(3);
+        }
+        return 0;
+    }
+    m_bNeedBlit = 1;
+    const int blit = m_pWork->BlitAfterComplete();
+
+    if (code == DTW_CANCEL) {
+        CancelByKey();
+        return 0;
+    }
+    bool go = true, switched = false;
+    if (code == DTW_NORMAL) go = OnNormal() != 0;
+    else switched = !Dispatch(code, l);
+
+    if (!go || !m_pWork) {
+        if (go || blit) glass.Show(7);
+        return 0;
+    }
+    // What was posted as the result of a select step with an owner.
+    if (IsSelecting() && code == QS_FINISH) {
+        ReSetToInitialState(0);
+        if (m_pFrame) m_pFrame->AfterCommandComplete(CurrentCommandId());
+        return 0;
+    }
+    // A command that was switched in meanwhile has its own start waiting: what it awaits is asked then.
+    if (!switched && Await()) {
+        glass.Show(6);
+        return 0;
+    }
+    // While a selection stays in work nothing follows that would draw the cursor.
+    if (m_bNeedBlit == 1) glass.Show(m_nObjectHint == QS_SELECT && !IsSelecting() ? 6 : 7);
+    return 0;
+}
+
+void CTvoViewKernel::CancelByKey() {
+    CDtWorkEx* const work = m_pWork;
+    if (m_pFrame) m_pFrame->AppendPromptText(work->m_strPrompt + (work->m_bPlainCancel ? " * 取消 *" : " *ESC 取消*"));
+    Called(work, [&] { work->OnCancel(); });
+    if (m_pWork) m_pWork->m_bEchoPrompt = 0;
+    ReSetToInitialState(1);
+}
+
+// 1 while the command that was called is still the running one.
+int CTvoViewKernel::Dispatch(WPARAM code, LPARAM l) {
+    const CommandCall call(*this, m_pWork);
+    CDtWorkEx* const work = m_pWork;
+    const auto await = [&](unsigned hint) {
+        if (call.Stands()) m_nObjectHint = hint;
+    };
+    switch (code) {
+        case DTW_START:
+            m_aFunctionKey.RemoveAll();
+            work->OnPrepare();
+            if (call.Stands()) work->RegisterFunctionKey(m_aFunctionKey);
+            break;
+        case DTW_POINT:
+            if (m_nObjectHint & QS_POINT) await(work->OnGetObject(OH_POINT, &m_cCursor, 0));
+            break;
+        case DTW_INPUT: {
+            const std::string text = l ? reinterpret_cast<const char*>(l) : "";
+            if (m_pFrame) m_pFrame->AppendPromptText(g_strPrompt + " " + CString(text));
+            CPromptView* const prompt = m_pFrame ? m_pFrame->GetPromptView() : nullptr;
+            if (prompt) prompt->m_bInInput = 1;
+            OnInput(text.c_str());
+            if (prompt) prompt->m_bInInput = 0;
+            break;
+        }
+        case DTW_REQUERY:
+            m_aFunctionKey.RemoveAll();
+            work->RegisterFunctionKey(m_aFunctionKey);
+            await(work->OnQueryState());
+            break;
+        default:
+            break;
+    }
+    return call.Stands();
+}
+
+// What the command awaits now. 1 if a selection has been switched in.
+int CTvoViewKernel::Await() {
+    if ((m_nObjectHint & QS_SELECT) && !IsSelecting()) {
+        auto* const select = static_cast<CSelectCommand*>(m_pSelectCommand[std::clamp(m_nSelectKind, 0, 2)]);
+        if (!select) return 0;
+        PushViewStack();
+        select->TakeFilter(m_byteFilter, m_aFilter);
+        select->Run();
+        return 1;
+    }
+    // Equal, not by bit: a word with others set is only a wait.
+    CDtWorkEx* const work = m_pWork;
+    if (m_nObjectHint == QS_RESTART) {
+        Called(work, [&] { work->Run(); });
+    } else if (m_nObjectHint == QS_FINISH) {
+        Finish();
+    } else if (m_nObjectHint == QS_CANCEL) {
+        if (Called(work, [&] { work->OnCancel(); })) RevokeCurCmd(1);
+    }
+    return 0;
+}
+
+void CTvoViewKernel::Finish() {
+    CDtWorkEx* const work = m_pWork;
+    if (IsStockObject(work)) {
+        work->OnComplete();
+        // A select command with an owner takes itself out of work as it ends.
+        if (m_pWork == work || !m_pWork) RevokeCurCmd(0);
+        return;
+    }
+    if (work->m_bCompleted) return;
+    const std::lock_guard lock(m_csWork);
+    work->m_bCompleted = 1;
+    const bool stands = Called(work, [&] {
+        work->OnComplete();
+        if (m_pFrame) m_pFrame->AfterCommandComplete(CurrentCommandId());
+    });
+    if (stands) RevokeCurCmd(0);
+}
+
+// The list of a selection goes to the command that waited for it; what was switched in by OnComplete itself is left
+// alone.
+int CTvoViewKernel::OnNormal() {
+    CDtWorkEx* const work = m_pWork;
+    const CSelectCommand* const select = Selecting();
+    const bool owned = select && select->m_pOwner;
+    // Within OnComplete of this very command, as from a dialog that it shows: the outer call ends it.
+    if (!IsStockObject(work) && work->m_bCompleted) return 0;
+    bool switched = false;
+    {
+        const std::lock_guard lock(m_csWork);
+        if (!IsStockObject(work)) work->m_bCompleted = 1;
+        Called(work, [&] { work->OnComplete(); });
+        switched = m_pWork && m_pWork != work;
+    }
+    if (switched) return 0;
+    if (IsSelecting()) {
+        RevokeCurCmd(0);
+        if (m_pWork) {
+            m_bKeepSelected = 1;
+            if (m_nObjectHint & QS_SELECT) {
+                unsigned hint = 0;
+                if (Called(m_pWork, [&] { hint = m_pWork->OnGetObject(OH_OBJECT, m_pSelectedList, 0); }))
+                    m_nObjectHint = hint;
+            }
+            return 1;
+        }
+        if (!owned) ReSetToInitialState(0);
+        return 0;
+    }
+    if (!IsShowing()) ClearSelectedList();
+    RevokeCurCmd(0);
+    return 0;
+}
+
+// A text that reads as a coordinate while a point is awaited never reaches the command as text.
+int CTvoViewKernel::OnInput(const char* text) {
+    if (!m_pWork) return 1;
+    std::string typed = text ? text : "";
+    typed.resize(Utf8CutLength(typed, kMostTyped));
+    int valid = 0;
+    if (m_nObjectHint & QS_POINT) {
+        CFPoint point;
+        valid = ProcessInputCoor(typed.c_str(), point);
+        if (valid) {
+            unsigned hint = 0;
+            if (!Called(m_pWork, [&] { hint = m_pWork->OnGetObject(OH_POINT, &point, 0); })) return 1;
+            m_nObjectHint = hint;
+            // Behind the call: a click stores its point before.
+            StorePoint(point);
+            ShowCopy(m_nObjectHint == QS_FINISH ? 0 : 7);
+            ShowLocate();
+        }
+    }
+    if ((m_nObjectHint & QS_TEXT) && !valid) {
+        unsigned hint = 0;
+        if (Called(m_pWork, [&] { hint = m_pWork->OnGetObject(OH_TEXT, typed.data(), 0); })) m_nObjectHint = hint;
+    }
+    return 1;
+}
+
+void CTvoViewKernel::ShowCopy(unsigned mask) { Glass(*this).Show(mask); }
+
+void CTvoViewKernel::StorePoint(const CFPoint& p) {
+    if (m_nInputPoint < kMostInputPoints) m_aInputPoint[m_nInputPoint++] = p;
+}
+
+void CTvoViewKernel::ReSetToInitialState(int bCancel) {
+    EndSuspended(bCancel);
+    ClearWork(bCancel);
+    m_nObjectHint = 0;
+    m_nWorkState = 0;
+    m_nWorkMessage = WM_DTVIEW_IDLE;
+    SetWork(nullptr);
+    m_byteFilter = 255;
+    m_aFilter.RemoveAll();
+    ClearSelectedList();
+    if (m_pFrame) m_pFrame->RestoreParaPrompt();
+    SendMessage(WM_SETCURSOR);
+    {
+        CClientDC screen(this);
+        CreateBaseMap(&screen);
+    }
+    ShowCopy(7);
+    m_bNeedBlit = 0;
+}
