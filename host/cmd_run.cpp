@@ -1,27 +1,14 @@
 // tvo run: edits a net by the commands of a script.
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <CLI/CLI.hpp>
-#include <cerrno>
-#include <cstring>
-#include <fstream>
 #include <iostream>
 #include <memory>
 #include <string>
 
 #include "host/commands.h"
-#include "host/failure.h"
-#include "host/file_output.h"
 #include "host/script.h"
-#include "host/script_line.h"
+#include "host/script_reader.h"
 
 namespace {
-
-struct RunOptions {
-    std::string script = "-";
-    bool keepGoing = false;
-};
 
 const char* const kAbout =
     "Edits a net by commands, one a line, and prints the results as JSON, one object a line.\n"
@@ -74,54 +61,16 @@ std::string Footer() {
            "\nExample:  printf 'line 0 0 6000 0\\nline 3000 -1000 3000 1000\\nstat\\n' | tvo run\n";
 }
 
-bool IsRegularFile(int descriptor) {
-    struct stat status {};
-    return ::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
-}
-
-void DropByteOrderMark(std::string& line) {
-    if (line.starts_with("\xEF\xBB\xBF")) line.erase(0, 3);
-}
-
-int RunScript(const RunOptions& options) {
-    std::ifstream file;
-    const bool fromInput = options.script == "-";
-    if (!fromInput) {
-        RequireReadable(options.script);
-        errno = 0;
-        file.open(options.script, std::ios::binary);
-        if (!file) throw DataFailure("cannot read " + options.script + ": " + std::strerror(errno));
-    }
-    std::istream& in = fromInput ? std::cin : file;
-    // Whoever talks with us through a pipe waits for each answer.
-    const bool answerAtOnce = fromInput && !IsRegularFile(STDIN_FILENO);
-
-    Script script(std::cout);
-    int errors = 0;
-    std::string line;
-    for (long long number = 1; std::getline(in, line); ++number) {
-        if (number == 1) DropByteOrderMark(line);
-        try {
-            script.Run(line);
-        } catch (const ScriptFailure& failure) {
-            std::cout.flush();
-            std::cerr << "error: line " << number << ": " << failure.message << std::endl;
-            ++errors;
-            if (!options.keepGoing) return kWrongUsage;
-        }
-        if (answerAtOnce) std::cout.flush();
-    }
-    if (in.bad()) throw DataFailure("cannot read " + (fromInput ? "the standard input" : options.script));
-    return errors ? kDataUnusable : kDone;
-}
-
 }  // namespace
 
 Command AddRunCommand(CLI::App& app) {
-    auto options = std::make_shared<RunOptions>();
+    auto options = std::make_shared<ScriptSource>();
     CLI::App* command = app.add_subcommand("run", "Edit a net by the commands of a script");
-    command->add_option("SCRIPT", options->script, "file of commands; - or nothing: the standard input");
+    command->add_option("SCRIPT", options->file, "file of commands; - or nothing: the standard input");
     command->add_flag("--keep-going", options->keepGoing, "go on after a bad command");
     command->footer(Footer());
-    return {command, [options] { return RunScript(*options); }};
+    return {command, [options] {
+                Script script(std::cout);
+                return ReadScript(*options, [&](std::string_view line) { script.Run(line); });
+            }};
 }

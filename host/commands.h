@@ -17,5 +17,6 @@ Command AddLayersCommand(CLI::App& app);
 Command AddCheckCommand(CLI::App& app);
 Command AddImportCommand(CLI::App& app);
 Command AddInfoCommand(CLI::App& app);
+Command AddPlayCommand(CLI::App& app);
 Command AddRecoverCommand(CLI::App& app);
 Command AddRunCommand(CLI::App& app);

@@ -1,5 +1,7 @@
 #include "view/dt_work_ex.h"
 
+#include <utility>
+
 #include "platform/canvas/client_dc.h"
 #include "shell/prompt_view.h"
 #include "shell/tvo_frame_base.h"
@@ -42,7 +44,8 @@ void CDtWorkEx::Run() {
         m_nSelectKind = 0;
         auto* const single = static_cast<CSelectCommand*>(m_pView->m_pSelectCommand[0]);
         if (!single) return;
-        if (single->m_pOwner && single->m_pOwner != this) delete single->m_pOwner;
+        CDtWorkEx* const before = std::exchange(single->m_pOwner, nullptr);
+        if (before && before != this) m_pView->EndLife(before);
         SetPromptText(m_strPrompt);
         single->m_pOwner = this;
         single->TakeFilter(m_byteFilter, m_aFilter);

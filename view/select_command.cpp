@@ -73,41 +73,45 @@ void CSelectCommand::Run() {
     CDtWorkEx::Run();
 }
 
+template <class F>
+bool CSelectCommand::Ask(F hook) {
+    CDtWorkEx* const owner = m_pOwner;
+    const bool stands = m_pView->Called(owner, [&] { hook(*owner); });
+    return stands && m_pOwner == owner;
+}
+
 void CSelectCommand::OnPrepare() {
-    if (m_pOwner) m_pOwner->OnPrepare();
+    if (m_pOwner) Ask([](CDtWorkEx& owner) { owner.OnPrepare(); });
 }
 
 void CSelectCommand::RegisterFunctionKey(CArray<unsigned, unsigned>& keys) {
-    if (m_pOwner) m_pOwner->RegisterFunctionKey(keys);
+    if (m_pOwner) Ask([&](CDtWorkEx& owner) { owner.RegisterFunctionKey(keys); });
 }
 
 void CSelectCommand::OnGetFunctionKey(unsigned code) {
-    if (m_pOwner) m_pOwner->OnGetFunctionKey(code);
+    if (m_pOwner) Ask([&](CDtWorkEx& owner) { owner.OnGetFunctionKey(code); });
 }
 
-CDtWorkEx* CSelectCommand::EndOwner() {
+// The owner is let go of first: what its last hook does must not end it again.
+void CSelectCommand::EndOwner(int bCancel) {
     CDtWorkEx* const owner = std::exchange(m_pOwner, nullptr);
-    if (owner) {
-        m_pView->m_nObjectHint = 0;
-        m_pView->SetWork(nullptr);
-    }
-    return owner;
+    if (!owner) return;
+    const bool stands = m_pView->Called(owner, [&] {
+        if (bCancel) owner->OnCancel();
+        else owner->OnComplete();
+    });
+    m_pView->EndLife(owner);
+    if (!stands) return;
+    m_pView->m_nObjectHint = 0;
+    m_pView->SetWork(nullptr);
 }
 
 void CSelectCommand::OnComplete() {
-    if (CDtWorkEx* const owner = m_pOwner) {
-        owner->OnComplete();
-        if (m_pOwner == owner) delete EndOwner();
-    }
+    EndOwner(0);
     CDtWorkEx::OnComplete();
 }
 
-void CSelectCommand::OnCancel() {
-    if (CDtWorkEx* const owner = m_pOwner) {
-        owner->OnCancel();
-        if (m_pOwner == owner) delete EndOwner();
-    }
-}
+void CSelectCommand::OnCancel() { EndOwner(1); }
 
 void CSelectCommand::CopyMap(CSelectCommand* other) {
     CopyList(m_lstAdded, other->m_lstAdded);
@@ -121,9 +125,12 @@ void CSelectCommand::TakeFilter(std::uint8_t type, const CByteArray& types) {
 }
 
 unsigned CSelectCommand::OnQueryState() {
-    if (m_pOwner) return m_pOwner->OnQueryState();
+    if (m_pOwner) {
+        unsigned state = 0;
+        return Ask([&](CDtWorkEx& owner) { state = owner.OnQueryState(); }) ? state : 0;
+    }
     COperStackItem top;
-    if (m_pView->PeekViewStack(top) && top.m_pWork) top.m_pWork->OnQueryState();  // for its prompt
+    if (m_pView->PeekViewStack(top) && top.m_pWork) m_pView->Called(top.m_pWork, [&] { top.m_pWork->OnQueryState(); });  // for its prompt
     else SetPromptText(m_strPrompt);
     return QS_POINT;
 }
@@ -152,16 +159,27 @@ unsigned CSingleSelect::OnMouseNotify(unsigned event, unsigned keys, CFPoint poi
     return event == MN_LDOWN ? OnLeftButton(keys, point) : OnRightButton(keys, point);
 }
 
+// Wherever the owner ends by its own answer there is nobody left to go on with.
 unsigned CSingleSelect::OnLeftButton(unsigned keys, CFPoint point) {
+    unsigned answer = 0;
+    const auto notify = [&](unsigned event) {
+        return Ask([&](CDtWorkEx& owner) { answer = owner.OnMouseNotify(event, keys, point); });
+    };
+    const auto query = [&] { return Ask([&](CDtWorkEx& owner) { answer = owner.OnQueryState(); }); };
+    const auto give = [&](OBJECT_HINT hint, void* object) {
+        return Ask([&](CDtWorkEx& owner) { answer = owner.OnGetObject(hint, object, 0); }) ? answer : unsigned{DTW_NONE};
+    };
     if (m_pOwner && m_pOwner->m_bTakeClicks) {
-        if (m_pOwner->m_nMouseMask == MN_LDOWN && m_pOwner->OnMouseNotify(MN_LDOWN, keys, point) == DTW_NORMAL) return DTW_NORMAL;
-        return m_pOwner->OnQueryState() & QS_POINT ? m_pOwner->OnGetObject(OH_POINT, &point, 0) : 0;
+        if (m_pOwner->m_nMouseMask == MN_LDOWN && (!notify(MN_LDOWN) || answer == DTW_NORMAL)) return answer;
+        if (!query()) return DTW_NONE;
+        return answer & QS_POINT ? give(OH_POINT, &point) : 0;
     }
     const CPoint pixel = m_pView->PixelOf(point);
     const int left = pixel.x - CATCH_SIZE / 2, top = pixel.y - CATCH_SIZE / 2;
     CFRect box = m_pView->m_cCoor.DPtoFP(CRect(left, top, left + CATCH_SIZE, top + CATCH_SIZE));
     Init();
-    if (m_pOwner && (m_pOwner->OnQueryState() & QS_SELECT)) {
+    if (m_pOwner && !query()) return DTW_NONE;
+    if (m_pOwner && (answer & QS_SELECT)) {
         if (m_pView->HitTest(box, m_pView->m_pSelectedList, 0, 1, m_lstAdded, m_lstRemoved)) AppendPromptText("1个对象被选中");
     } else {
         if (!m_pOwner) {
@@ -176,35 +194,42 @@ unsigned CSingleSelect::OnLeftButton(unsigned keys, CFPoint point) {
     }
     ModifyBaseMap();
     if (!m_pOwner) return DTW_NONE;
-    if (m_pOwner->m_nMouseMask & MN_LDOWN) return m_pOwner->OnMouseNotify(MN_LDOWN, keys, point);
-    const unsigned state = m_pOwner->OnQueryState();
-    if (state == QS_POINT) return m_pOwner->OnGetObject(OH_POINT, &point, 0);
-    if (state != QS_SELECT) return state;
-    if (!m_lstAdded.IsEmpty()) return m_pOwner->OnGetObject(OH_OBJECT, m_lstAdded.GetHead(), 0);
-    if (!m_lstRemoved.IsEmpty()) return m_pOwner->OnGetObject(OH_REMOVED, m_lstRemoved.GetHead(), 0);
-    return state;
+    if (m_pOwner->m_nMouseMask & MN_LDOWN) return notify(MN_LDOWN) ? answer : unsigned{DTW_NONE};
+    if (!query()) return DTW_NONE;
+    if (answer == QS_POINT) return give(OH_POINT, &point);
+    if (answer != QS_SELECT) return answer;
+    if (!m_lstAdded.IsEmpty()) return give(OH_OBJECT, m_lstAdded.GetHead());
+    if (!m_lstRemoved.IsEmpty()) return give(OH_REMOVED, m_lstRemoved.GetHead());
+    return answer;
 }
 
 unsigned CSingleSelect::OnRightButton(unsigned keys, CFPoint point) {
+    unsigned answer = DTW_NONE;
+    const auto notify = [&] {
+        return Ask([&](CDtWorkEx& owner) { answer = owner.OnMouseNotify(MN_RDOWN, keys, point); });
+    };
+    const auto query = [&] { return Ask([&](CDtWorkEx& owner) { answer = owner.OnQueryState(); }); };
     if (m_pOwner && m_pOwner->m_bTakeClicks) {
-        if (m_pOwner->OnMouseNotify(MN_RDOWN, keys, point) == DTW_NORMAL) return DTW_NORMAL;
-        unsigned state = m_pOwner->OnQueryState();
-        if (state & QS_TEXT) {
+        if (!notify()) return DTW_NONE;
+        if (answer == DTW_NORMAL) return DTW_NORMAL;
+        if (!query()) return DTW_NONE;
+        if (answer & QS_TEXT) {
             CTvoFrameBase* const frame = Frame();
             const CString typed = frame ? frame->GetInput() : CString();
             std::string text = typed.GetString();
-            state = m_pOwner->OnGetObject(OH_TEXT, text.data(), 1);
+            const bool stands = Ask([&](CDtWorkEx& owner) { answer = owner.OnGetObject(OH_TEXT, text.data(), 1); });
             if (CPromptView* prompt = Prompt()) {
                 prompt->AddPromptText(g_strPrompt + " " + typed, 0);
                 prompt->ClearInput();
             }
+            if (!stands) return DTW_NONE;
         }
-        return state == QS_FINISH ? DTW_NORMAL : DTW_POINT;
+        return answer == QS_FINISH ? DTW_NORMAL : DTW_POINT;
     }
     m_pView->m_bKeepSelected = 1;
     if (!m_pOwner) return DTW_NORMAL;
-    m_pOwner->OnQueryState();  // for its prompt
-    return m_pOwner->OnMouseNotify(MN_RDOWN, keys, point);
+    if (!query()) return DTW_NONE;  // for its prompt
+    return notify() ? answer : unsigned{DTW_NONE};
 }
 
 void CSingleSelect::DrawCursor(CTvoViewKernel* view, CFPoint& at, CDC* dc) {
@@ -258,7 +283,10 @@ unsigned CWindowSelect::OnGetObject(OBJECT_HINT hint, void* object, int byDefaul
     if (CPromptView* prompt = Prompt()) prompt->AddPromptText(changed ? "对象被选中" : "没有对象被选中", 0);
     m_bFromSingle = 0;
     ModifyBaseMap();
-    if (m_pOwner) return m_pOwner->OnGetObject(hint, object, byDefault);
+    if (m_pOwner) {
+        unsigned answer = 0;
+        return Ask([&](CDtWorkEx& owner) { answer = owner.OnGetObject(hint, object, byDefault); }) ? answer : 0;
+    }
     m_pView->m_bKeepSelected = 1;
     return QS_FINISH;
 }

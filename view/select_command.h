@@ -30,11 +30,14 @@ public:
     CList<CGouJianEx*, CGouJianEx*> m_lstRemoved{10};   // taken out by it; borrowed
 
 protected:
+    /// Calls a hook of the owner: false if the owner has ended by it.
+    template <class F>
+    bool Ask(F hook);
     /// Draws what the last action changed into the base map, so that it shows without a rebuild.
     void ModifyBaseMap();
 
 private:
-    CDtWorkEx* EndOwner();  // takes the owner and itself out of work
+    void EndOwner(int bCancel);  // and takes itself out of work
 };
 
 /// A pick box. Without an owner the click begins a window: it is deliberate that no object is picked.

@@ -173,11 +173,10 @@ void CTvoViewKernel::ClearWork(int bCancel) {
         EndLife(work);
     } else if (CSelectCommand* select = Selecting(); select && select->m_pOwner) {
         CDtWorkEx* const owner = std::exchange(select->m_pOwner, nullptr);
-        {
-            const CommandCall call(*this, owner);
+        Called(owner, [&] {
             if (bCancel) owner->OnCancel();
             else owner->OnComplete();
-        }
+        });
         EndLife(owner);
     }
 }
@@ -202,11 +201,10 @@ void CTvoViewKernel::EndSuspended(int bCancel) {
         CDtWorkEx* const work = item.m_pWork;
         if (!work || work == m_pWork || IsStockObject(work)) continue;
         PurgeStack(work);  // it may stand there twice
-        {
-            const CommandCall call(*this, work);
+        Called(work, [&] {
             if (bCancel) work->OnCancel();
             else work->OnComplete();
-        }
+        });
         EndLife(work);
     }
 }

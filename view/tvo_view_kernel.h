@@ -73,6 +73,11 @@ public:
     void ClearResultSize() { m_nInputPoint = 0; }
     /// Makes a command the running one, for the view's own commands: what goes on around notices the change.
     void SetWork(CDtWorkEx* pWork);
+    /// A command's end: deleted now, or when the last call of its hooks that is under way returns.
+    void EndLife(CDtWorkEx* pWork);
+    /// Calls a hook of a command: true if what runs is the same afterwards.
+    template <class F>
+    bool Called(CDtWorkEx* work, F hook);
 
     // --- keyboard
     void SetCursorByKbd(int key);
@@ -174,14 +179,9 @@ protected:
     void OnPaint() override;
 
     CSelectCommand* Selecting() const;  // the running select command, or null
-    /// A command's end: deleted now, or when the last call of its hooks that is under way returns.
-    void EndLife(CDtWorkEx* pWork);
     void EndSuspended(int bCancel);  // each command on the stack, but for the running one
     void ShowCopy(unsigned mask);    // base map, with overlays as in OverlapBaseMap, to the window
     void ForgetStock(const CDtWorkEx* pWork) { PurgeStack(pWork); }
-    /// Calls a hook of a command: true if that is still the running one afterwards.
-    template <class F>
-    bool Called(CDtWorkEx* work, F hook);
 
 private:
     class Glass;

@@ -1,0 +1,45 @@
+// tvo play: a session at the editor's view, event by event.
+#include <CLI/CLI.hpp>
+#include <iostream>
+#include <memory>
+#include <string>
+
+#include "host/commands.h"
+#include "host/edit_commands.h"
+#include "host/play_session.h"
+#include "host/script_reader.h"
+
+namespace {
+
+const char* const kAbout =
+    "Plays a session of the editor without a screen: mouse, keys and typed text, one event a line, for\n"
+    "tests, demonstrations and reports of faults. The view is 800 by 600 pixels at the start and shows\n"
+    "the background grid, 240 by 150 m. All that tvo run knows works too, on the same model.";
+
+std::string Footer() {
+    return std::string(kAbout) + "\n\nEvents:\n" + PlaySession::Help() +
+           "\nCommands that are typed (type line, enter), besides Zoom, Z, Pan, P, Undo, U, Redo, Re:\n" + EditCommandHelp() +
+           "\nPoints are typed as x,y or r<angle, with @ before for relative ones. F3 switches snapping to\n"
+           "objects, F4 to angles, F2 to the grid; F5 shows all.\n"
+           "\nResults:\n"
+           "  state:  {\"type\":\"state\",\"work\":0 or 1,\"command\":NAME or null,\"hint\":N,\"select\":N,\"points\":N,\n"
+           "           \"stack\":[NAME or null,...],\"selection\":[ID...],\"prompt\":TEXT,\"last\":TEXT,\"scale\":F,\"x\":F,\n"
+           "           \"y\":F,\"cursor\":[X,Y],\"snap\":N}; hint: 8 a selection, 16 text, 32 a point; snap: -1 none\n"
+           "  prompt: {\"type\":\"prompt\",\"lines\":[TEXT...],\"prompt\":TEXT}\n"
+           "\nStatus: as that of tvo run.\n"
+           "\nExample:  printf 'type line\\nenter\\ntype 0,0\\nenter\\ntype @6000<0\\nenter\\nstate\\nstat\\n' | tvo play\n";
+}
+
+}  // namespace
+
+Command AddPlayCommand(CLI::App& app) {
+    auto options = std::make_shared<ScriptSource>();
+    CLI::App* command = app.add_subcommand("play", "Play a session of the editor, event by event");
+    command->add_option("SCRIPT", options->file, "file of events; - or nothing: the standard input");
+    command->add_flag("--keep-going", options->keepGoing, "go on after a bad line");
+    command->footer(Footer());
+    return {command, [options] {
+                PlaySession session(std::cout);
+                return ReadScript(*options, [&](std::string_view line) { session.Run(line); });
+            }};
+}

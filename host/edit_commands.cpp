@@ -1,0 +1,249 @@
+#include "host/edit_commands.h"
+
+#include <cmath>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include "host/host_data_base.h"
+#include "net/gj_net_line.h"
+#include "platform/number_text.h"
+#include "shell/cmd_map.h"
+#include "view/rubber_line.h"
+#include "view/simple_commands.h"
+#include "view/tvo_view_mgr.h"
+
+namespace {
+
+struct EditCommand {
+    int id;
+    const char* chinese;
+    const char* english;
+    const char* help;
+};
+
+constexpr EditCommand kCommands[] = {
+    {kCmdLine, "直线", "Line", "a line by two points"},
+    {kCmdPolyline, "折线", "PLine", "lines through points; a right click ends, C closes"},
+    {kCmdRectangle, "矩形", "Rect", "four lines by two corners"},
+    {kCmdArc3, "圆弧", "Arc", "an arc by its start, its end and a point between"},
+    {kCmdArcCentre, "圆心弧", "ArcC", "an arc by its centre, its start and its end, anticlockwise"},
+    {kCmdCircle, "圆", "Circle", "a circle by its centre and a point on it"},
+    {kCmdErase, "删除", "Erase", "deletes the lines that are selected; a right click ends the selection"},
+    {kCmdDistance, "距离", "Dist", "tells the distance of two points"},
+    {kCmdTextHeight, "字高", "TextHeight", "sets the height of all texts, in metres"},
+};
+
+CString Length(double millimetres) { return CString(FixedReal(millimetres, 2)); }
+
+/// A command that takes points one after another, each with its prompt, and does one undoable edit.
+class PointCommand : public CDtWorkEx {
+public:
+    PointCommand(const char* name, std::vector<const char*> prompts, CRubberLine* line) : m_prompts(std::move(prompts)) {
+        m_strName = name;
+        m_strPrompt = m_prompts[0];
+        m_first = line;
+    }
+    ~PointCommand() override { delete m_first; }
+
+    unsigned OnGetObject(OBJECT_HINT hint, void* object, int) override {
+        if (hint != OH_POINT) return QS_POINT;
+        m_points.push_back(*static_cast<const CFPoint*>(object));
+        if (m_first) SwitchRubberLine(std::exchange(m_first, nullptr), 0);
+        return TakePoint();
+    }
+    unsigned OnQueryState() override {
+        Ask();
+        return QS_POINT;
+    }
+
+protected:
+    /// Called with each point; the default waits for as many as there are prompts, and then draws.
+    virtual unsigned TakePoint() {
+        if (m_points.size() < m_prompts.size()) {
+            Ask();
+            return QS_POINT;
+        }
+        Edit([&] { Draw(); });
+        return QS_FINISH;
+    }
+    virtual void Draw() {}
+    void Ask() { SetPromptText(m_prompts[std::min(m_points.size(), m_prompts.size() - 1)]); }
+    CTvoHostDataBase& Db() { return *static_cast<CTvoHostDataBase*>(m_pDataBase); }
+    void AddLine(const CFPoint& a, const CFPoint& b) { Db().AddNetLine(a, b, 0, 0); }
+    /// One undo step, plates included.
+    template <class F>
+    void Edit(F edit) {
+        Db().Start();
+        Db().DoEdit(edit);
+    }
+
+    std::vector<const char*> m_prompts;
+    std::vector<CFPoint> m_points;
+
+private:
+    CRubberLine* m_first;  // used from the first point on; owned till then
+};
+
+class LineCommand : public PointCommand {
+public:
+    LineCommand() : PointCommand("Line", {"请输入起点", "请输入终点"}, new CLineRubberLine) {}
+
+private:
+    void Draw() override { AddLine(m_points[0], m_points[1]); }
+};
+
+/// Draws each piece as it is given; all of them are one undo step.
+class PolylineCommand : public PointCommand {
+public:
+    PolylineCommand() : PointCommand("PLine", {"请输入起点", "请输入下一点, 右键结束, <C>闭合"}, new CLineRubberLine) {
+        m_nObjectHint = QS_POINT;
+    }
+    unsigned OnGetObject(OBJECT_HINT hint, void* object, int byDefault) override {
+        if (hint != OH_TEXT) return PointCommand::OnGetObject(hint, object, byDefault);
+        const CString text(static_cast<const char*>(object));
+        if (text.IsEmpty() && byDefault) return QS_FINISH;
+        if (text.CompareNoCase("C") == 0 && m_points.size() > 2) {
+            Db().DoEdit([&] { AddLine(m_points.back(), m_points.front()); });
+            return QS_FINISH;
+        }
+        AppendPromptText(CString("*") + text + ": 未知命令参数*");
+        return Awaited();
+    }
+    unsigned OnQueryState() override {
+        Ask();
+        return Awaited();
+    }
+
+private:
+    unsigned Awaited() const { return m_points.empty() ? unsigned{QS_POINT} : unsigned{QS_POINT} | QS_TEXT; }
+    unsigned TakePoint() override {
+        const std::size_t n = m_points.size();
+        if (n == 2) Db().Start();
+        if (n > 1) Db().DoEdit([&] { AddLine(m_points[n - 2], m_points[n - 1]); });
+        Ask();
+        return Awaited();
+    }
+};
+
+class RectangleCommand : public PointCommand {
+public:
+    RectangleCommand() : PointCommand("Rect", {"请输入第1角点", "请输入第2角点"}, new CRectRubberLine) {}
+
+private:
+    void Draw() override {
+        const CFPoint a = m_points[0], c = m_points[1], b(c.x, a.y, 0), d(a.x, c.y, 0);
+        AddLine(a, b);
+        AddLine(b, c);
+        AddLine(c, d);
+        AddLine(d, a);
+    }
+};
+
+class Arc3Command : public PointCommand {
+public:
+    Arc3Command() : PointCommand("Arc", {"请输入圆弧起点", "请输入圆弧终点", "请输入圆弧上一点"}, new CArcRubberLine) {}
+
+private:
+    void Draw() override { Db().AddArc(m_points[0], m_points[1], m_points[2]); }
+};
+
+float Degrees(const CFPoint& from, const CFPoint& to) {
+    const double a = std::atan2(static_cast<double>(to.y) - from.y, static_cast<double>(to.x) - from.x) * 180 / 3.14159265358979323846;
+    return static_cast<float>(a < 0 ? a + 360 : a);
+}
+
+float Distance(const CFPoint& a, const CFPoint& b) { return std::hypot(a.x - b.x, a.y - b.y); }
+
+class ArcCentreCommand : public PointCommand {
+public:
+    ArcCentreCommand() : PointCommand("ArcC", {"请输入圆心", "请输入圆弧起点", "请输入圆弧终点"}, new CPieRubberLine) {}
+
+private:
+    void Draw() override {
+        const float r = Distance(m_points[0], m_points[1]);
+        if (r > 0) Db().AddArc(m_points[0], r, Degrees(m_points[0], m_points[1]), Degrees(m_points[0], m_points[2]));
+    }
+};
+
+class CircleCommand : public PointCommand {
+public:
+    CircleCommand() : PointCommand("Circle", {"请输入圆心", "请输入圆上一点"}, new CCircleRubberLine) {}
+
+private:
+    void Draw() override {
+        const float r = Distance(m_points[0], m_points[1]);
+        if (r > 0) Db().AddArc(m_points[0], r, 0, 360);
+    }
+};
+
+class DistanceCommand : public PointCommand {
+public:
+    DistanceCommand() : PointCommand("Dist", {"请输入第1点", "请输入第2点"}, new CLineRubberLine) {}
+
+private:
+    unsigned TakePoint() override {
+        if (m_points.size() < 2) return PointCommand::TakePoint();
+        const CFPoint &a = m_points[0], &b = m_points[1];
+        AppendPromptText(CString("距离 = ") + Length(std::hypot(static_cast<double>(b.x) - a.x, static_cast<double>(b.y) - a.y)) +
+                         ", dx = " + Length(static_cast<double>(b.x) - a.x) + ", dy = " + Length(static_cast<double>(b.y) - a.y));
+        return QS_FINISH;
+    }
+};
+
+/// Deletes lines that are picked first. The selection stays while the view is moved.
+class EraseCommand : public CCmdSimpleSelect {
+public:
+    EraseCommand(CTvoHostDataBase& db, CTvoViewMgr& view) : CCmdSimpleSelect(&db, &view, GJLX_NET_LINE, 0) {
+        m_strName = "Erase";
+        m_strPrompt = "请选择要删除的轴线";
+        m_pEnd = [](CTvoDataBase* base, CTvoViewMgr* shown, CArray<CGouJianEx*, CGouJianEx*>& lines) {
+            auto& net = *static_cast<CTvoHostDataBase*>(base);
+            shown->ClearSelectedList();  // what is deleted is selected no more
+            net.Start();
+            net.DoEdit([&] { net.DeleteNetLine(lines); });
+        };
+    }
+    void OnPrepare() override { m_pView->m_bKeepSelected = 1; }
+};
+
+}  // namespace
+
+void AddEditCommands() {
+    g_cCmdMap.AddBasicCommands();
+    for (const EditCommand& command : kCommands) {
+        g_cCmdMap.AddCommandMap(command.chinese, command.id, 0);
+        g_cCmdMap.AddCommandMap(command.english, command.id, 0);
+    }
+}
+
+std::string EditCommandHelp() {
+    std::string text;
+    for (const EditCommand& command : kCommands) {
+        std::string head = std::string("  ").append(command.english) + ", " + command.chinese;
+        // A Chinese character takes two columns and three bytes.
+        const std::size_t letters = std::string(command.chinese).size() / 3;
+        head.resize(std::max<std::size_t>(head.size() + 2, 28 + letters), ' ');
+        text += head + command.help + "\n";
+    }
+    return text;
+}
+
+CDtWorkEx* MakeEditCommand(int id, CTvoHostDataBase& db, CTvoViewMgr& view) {
+    CDtWorkEx* command = nullptr;
+    switch (id) {
+        case kCmdLine: command = new LineCommand; break;
+        case kCmdPolyline: command = new PolylineCommand; break;
+        case kCmdRectangle: command = new RectangleCommand; break;
+        case kCmdArc3: command = new Arc3Command; break;
+        case kCmdArcCentre: command = new ArcCentreCommand; break;
+        case kCmdCircle: command = new CircleCommand; break;
+        case kCmdErase: command = new EraseCommand(db, view); break;
+        case kCmdDistance: command = new DistanceCommand; break;
+        case kCmdTextHeight: command = new CCmdSetTextHeight(&db, &view, 0); break;
+        default: return nullptr;
+    }
+    command->m_pView = &view;
+    command->m_pDataBase = &db;
+    return command;
+}

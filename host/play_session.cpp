@@ -1,0 +1,246 @@
+#include "host/play_session.h"
+
+#include <algorithm>
+#include <cctype>
+#include <ostream>
+#include <span>
+#include <vector>
+
+#include "host/edit_commands.h"
+#include "host/failure.h"
+#include "host/file_output.h"
+#include "host/json_text.h"
+#include "host/play_frame.h"
+#include "host/png/png_writer.h"
+#include "host/script_line.h"
+#include "platform/canvas/client_dc.h"
+#include "shell/prompt_view.h"
+#include "view/tvo_view_mgr.h"
+
+namespace {
+
+using Words = std::vector<std::string>;
+
+constexpr int kLargestView = 16384;
+
+struct Event {
+    const char* name;
+    const char* arguments;
+    int least, most;  // words behind the name; most -1: the rest of the line as it stands
+    void (*run)(PlaySession& session, const Words& words);
+    const char* help;
+};
+
+int Pixel(const std::string& word, const char* what) { return static_cast<int>(ScriptInteger(word, what, -1000000, 1000000)); }
+
+void Resize(PlaySession& session, const Words& words) {
+    session.Resize(static_cast<int>(ScriptInteger(words[1], "W", 0, kLargestView)),
+                   static_cast<int>(ScriptInteger(words[2], "H", 0, kLargestView)));
+}
+
+void Move(PlaySession& session, const Words& words) {
+    session.Mouse(WM_MOUSEMOVE, Pixel(words[1], "X"), Pixel(words[2], "Y"));
+}
+
+// With a place the pointer goes there first: what a press stores is the cursor, which has followed the pointer.
+template <unsigned kMessage>
+void Button(PlaySession& session, const Words& words) {
+    if (words.size() == 2) throw ScriptFailure{words[0] + " takes X and Y or nothing"};
+    if (words.size() == 3) Move(session, words);
+    session.Mouse(kMessage, session.m_x, session.m_y);
+}
+
+void Wheel(PlaySession& session, const Words& words) {
+    const int x = Pixel(words[1], "X"), y = Pixel(words[2], "Y");
+    const int delta = static_cast<int>(ScriptInteger(words[3], "D", -100000, 100000));
+    CPoint screen(x, y);
+    session.View().ClientToScreen(screen);
+    session.m_system.DeliverWheel(session.View(), 0, delta, screen);
+}
+
+struct KeyName {
+    const char* name;
+    unsigned key;
+    const char* text;
+};
+constexpr KeyName kKeys[] = {{"enter", VK_RETURN, ""}, {"space", VK_SPACE, " "}, {"tab", VK_TAB, ""},
+                             {"esc", VK_ESCAPE, ""},   {"left", VK_LEFT, ""},    {"right", VK_RIGHT, ""},
+                             {"up", VK_UP, ""},        {"down", VK_DOWN, ""},    {"back", VK_BACK, "\b"}};
+
+void PressKey(PlaySession& session, const Words& words) {
+    bool shift = false, control = false;
+    for (std::size_t i = 2; i < words.size(); ++i) {
+        if (words[i] == "shift") shift = true;
+        else if (words[i] == "ctrl") control = true;
+        else throw ScriptFailure{"with a key goes ctrl or shift, not '" + words[i] + "'"};
+    }
+    std::string name = words[1];
+    std::transform(name.begin(), name.end(), name.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    for (const KeyName& key : kKeys)
+        if (name == key.name) return session.Key(key.key, shift, control, key.text);
+    if (name.size() > 1 && name[0] == 'f' && name.find_first_not_of("0123456789", 1) == std::string::npos) {
+        const auto n = ScriptInteger(name.substr(1), "F key", 1, 12);
+        return session.Key(VK_F1 + static_cast<unsigned>(n) - 1, shift, control, "");
+    }
+    const unsigned char c = static_cast<unsigned char>(name[0]);
+    if (name.size() != 1 || !std::isalnum(c))
+        throw ScriptFailure{"there is no key '" + words[1] +
+                            "'; known are enter, space, tab, esc, left, right, up, down, back, F1 to F12, letters and digits"};
+    session.Key(static_cast<unsigned>(std::toupper(c)), shift, control, control ? "" : words[1]);
+}
+
+template <unsigned kKey>
+void Press(PlaySession& session, const Words&) {
+    session.Key(kKey, false, false, "");
+}
+
+// A blank is a key as it is for hands: it ends what is typed, like Enter.
+void Type(PlaySession& session, const Words& words) {
+    std::string piece;
+    for (const char c : words[1]) {
+        if (c != ' ') {
+            piece += c;
+            continue;
+        }
+        session.Key(0, false, false, std::exchange(piece, {}));
+        session.Key(VK_SPACE, false, false, " ");
+    }
+    session.Key(0, false, false, piece);
+}
+
+void Png(PlaySession& session, const Words& words) {
+    const auto& glass = session.View().ClientSurface();
+    ReplaceFile(words[1], [&](const std::string& name) {
+        std::string error;  // "name: reason"
+        return WritePng(*glass, name, error) ? "" : error.substr(std::min(error.size(), name.size() + 2));
+    });
+}
+
+void State(PlaySession& session, const Words&) {
+    CTvoViewMgr& view = session.View();
+    Json stack = Json::array(), selection = Json::array();
+    for (POSITION p = view.m_cViewStack.GetHeadPosition(); p;) {
+        const CDtWorkEx* const work = view.m_cViewStack.GetNext(p).m_pWork;
+        stack.push_back(work ? Json(work->m_strName.GetString()) : Json(nullptr));
+    }
+    for (POSITION p = view.m_pSelectedList->GetHeadPosition(); p;)
+        selection.push_back(view.m_pSelectedList->GetNext(p)->get_m_dwGouJianID());
+    const auto& history = session.Frame().GetPromptView()->m_aHistory;
+    const CFPoint origin = view.m_cCoor.GetOrigin();
+    PrintJsonLine(session.m_out,
+                  {{"type", "state"},
+                   {"work", view.m_nWorkState},
+                   {"command", view.m_pWork ? Json(view.m_pWork->m_strName.GetString()) : Json(nullptr)},
+                   {"hint", view.m_nObjectHint},
+                   {"select", view.m_nSelectKind},
+                   {"points", view.m_nInputPoint},
+                   {"stack", stack},
+                   {"selection", selection},
+                   {"prompt", g_strPrompt.GetString()},
+                   {"last", history.IsEmpty() ? "" : history[history.GetUpperBound()].GetString()},
+                   {"scale", JsonNumber(static_cast<double>(view.m_cCoor.GetScale()))},
+                   {"x", JsonNumber(static_cast<double>(origin.x))},
+                   {"y", JsonNumber(static_cast<double>(origin.y))},
+                   {"cursor", Json::array({JsonNumber(static_cast<double>(view.m_cCursor.x)), JsonNumber(static_cast<double>(view.m_cCursor.y))})},
+                   {"snap", view.m_bSnapHit ? g_nSnapSymbolKind : -1}});
+}
+
+void Prompt(PlaySession& session, const Words&) {
+    Json lines = Json::array();
+    for (const CString& line : session.Frame().GetPromptView()->m_aHistory) lines.push_back(line.GetString());
+    PrintJsonLine(session.m_out, {{"type", "prompt"}, {"lines", lines}, {"prompt", g_strPrompt.GetString()}});
+}
+
+constexpr Event kEvents[] = {
+    {"size", "W H", 2, 2, Resize, "the view's size in pixels; 800 by 600 at the start"},
+    {"move", "X Y", 2, 2, Move, "the pointer goes to a pixel of the view"},
+    {"ldown", "[X Y]", 0, 2, Button<WM_LBUTTONDOWN>, "the left button goes down, there"},
+    {"lup", "[X Y]", 0, 2, Button<WM_LBUTTONUP>, "and up"},
+    {"mdown", "[X Y]", 0, 2, Button<WM_MBUTTONDOWN>, "the middle button: moves the view"},
+    {"mup", "[X Y]", 0, 2, Button<WM_MBUTTONUP>, "and up"},
+    {"rdown", "[X Y]", 0, 2, Button<WM_RBUTTONDOWN>, "the right button: ends, or repeats"},
+    {"rup", "[X Y]", 0, 2, Button<WM_RBUTTONUP>, "and up"},
+    {"wheel", "X Y D", 3, 3, Wheel, "the wheel turns over a pixel: D above 0 zooms in"},
+    {"key", "NAME [ctrl] [shift]", 1, 3, PressKey, "a key: F1 to F12, arrows by name, letters, ..."},
+    {"type", "TEXT", 1, -1, Type, "types into the command line; a blank acts as Enter"},
+    {"enter", "", 0, 0, Press<VK_RETURN>, "the Enter key"},
+    {"esc", "", 0, 0, Press<VK_ESCAPE>, "the Esc key: empties the line, then cancels the command"},
+    {"tab", "", 0, 0, Press<VK_TAB>, "the Tab key: the next way to select"},
+    {"png", "FILE", 1, 1, Png, "the view as it stands on the glass, as PNG; with W H it is that of tvo run"},
+    {"state", "", 0, 0, State, "prints what runs, what it awaits, the view"},
+    {"prompt", "", 0, 0, Prompt, "prints the whole history of the command line"},
+};
+
+const Event* FindEvent(const Words& words) {
+    for (const Event& event : kEvents)
+        if (words[0] == event.name && !(words[0] == "png" && words.size() > 2)) return &event;
+    return nullptr;
+}
+
+}  // namespace
+
+PlaySession::PlaySession(std::ostream& out) : m_script(out), m_out(out) {
+    AddEditCommands();
+    m_frame = std::make_unique<CPlayFrame>(m_script.m_db);
+    m_script.m_db.m_pFrame = m_frame.get();
+    m_frame->m_bShowScrnMenu = 0;
+    m_frame->Create(nullptr, CPlayFrame::PlaceFor(800, 600), WindowKind::kFrame);
+    m_frame->CreatePanes(&m_script.m_db);
+    m_system.Drain();
+}
+
+PlaySession::~PlaySession() { m_script.m_db.m_pFrame = nullptr; }
+
+CTvoViewMgr& PlaySession::View() { return *m_frame->GetDtView(); }
+
+void PlaySession::Resize(int width, int height) {
+    m_frame->MoveWindow(CPlayFrame::PlaceFor(width, height));
+    m_system.Drain();
+}
+
+void PlaySession::Mouse(unsigned message, int x, int y) {
+    m_x = x;
+    m_y = y;
+    m_system.DeliverMouse(View(), message, 0, {x, y});
+}
+
+void PlaySession::Key(unsigned key, bool shift, bool control, const std::string& text) {
+    m_system.DeliverKey(m_frame->GetPromptView()->m_cInput, key, shift, control, text);
+}
+
+void PlaySession::Run(std::string_view line) {
+    // Text to type stands as it is, quotes and all.
+    const std::size_t first = line.find_first_not_of(" \t\r");
+    std::string_view rest = first == std::string_view::npos ? std::string_view() : line.substr(first);
+    while (!rest.empty() && rest.back() == '\r') rest.remove_suffix(1);
+    if (rest.starts_with("type ")) {
+        Type(*this, {"type", std::string(rest.substr(5))});
+        return;
+    }
+    const Words words = SplitScriptLine(line);
+    if (words.empty()) return;
+    const Event* const event = FindEvent(words);
+    if (!event) {
+        m_script.Run(line);
+        m_system.Drain();
+        return;
+    }
+    const int count = static_cast<int>(words.size()) - 1;
+    if (count < event->least || count > event->most)
+        throw ScriptFailure{std::string(event->name) + " takes " + (*event->arguments ? event->arguments : "no arguments")};
+    try {
+        event->run(*this, words);
+    } catch (const DataFailure& failure) {
+        throw ScriptFailure{failure.what()};
+    }
+}
+
+std::string PlaySession::Help() {
+    std::string text;
+    for (const Event& event : kEvents) {
+        std::string head = std::string("  ").append(event.name) + " " + event.arguments;
+        head.resize(std::max<std::size_t>(head.size() + 2, 32), ' ');
+        text += head + event.help + "\n";
+    }
+    return text;
+}
