@@ -227,8 +227,9 @@ bool CPromptInput::AnswerSelection(CTvoViewMgr& view, const CString& text) {
     const unsigned answer = command->OnGetObject(OH_TEXT, typed.data(), 0);
     if (call.Stands() && command->m_pRubberLine) view.Invalidate();
     if (call.Stands() && (answer == QS_CANCEL || answer == QS_FINISH)) {
-        // OnCancel for both, a quirk that hosts know.
-        command->OnCancel();
+        // One that has finished is cancelled before it is completed with all others, a quirk that hosts know; one that
+        // cancels is cancelled with them.
+        if (answer == QS_FINISH) command->OnCancel();
         if (call.Stands()) view.ReSetToInitialState(answer == QS_CANCEL);
     }
     m_pPromptView->AppendPromptText(text);
