@@ -7,6 +7,7 @@
 #include <string>
 
 #include "host/commands.h"
+#include "host/dxf_output.h"
 #include "host/failure.h"
 #include "host/file_output.h"
 #include "host/host_data_base.h"
@@ -22,7 +23,8 @@ namespace {
 
 struct ImportOptions {
     ImportJob job;
-    std::string out, svg, png;
+    std::string out, dxf, svg, png;
+    std::string dxfVersion = "r12";
     std::string size = "1600x1000";
     int tolerance = 50;
     bool keepNodes = false;
@@ -65,6 +67,12 @@ int RunImport(const ImportOptions& options) {
         outcome.modelFile = options.out;
         outcome.stages.push_back({"save", watch.Lap()});
     }
+    if (!options.dxf.empty()) {
+        DxfVersion version = DxfVersion::R12;
+        ReadDxfVersion(options.dxfVersion, version);
+        SaveDrawing(options.dxf, db, version);
+        outcome.stages.push_back({"dxf", watch.Lap()});
+    }
     if (!options.svg.empty()) {
         ReplaceFile(options.svg, SvgOfNet(db, caption));
         outcome.stages.push_back({"svg", watch.Lap()});
@@ -100,6 +108,11 @@ Command AddImportCommand(CLI::App& app) {
     command->add_flag("--keep-nodes", options->keepNodes, "leave nodes without lines in the net");
     command->add_flag("--no-plates", options->noPlates, "leave the plates out");
     command->add_option("--out", options->out, "save the model; a file before is kept as MODEL.tvo~")->type_name("MODEL.tvo");
+    CLI::Option* dxf = command->add_option("--dxf", options->dxf, "draw the net as DXF")->type_name("FILE");
+    command->add_option("--dxf-version", options->dxfVersion, "r12 or 2000 (r12)")
+        ->check(CheckDxfVersion)
+        ->type_name("VERSION")
+        ->needs(dxf);
     command->add_option("--svg", options->svg, "draw the net as SVG")->type_name("FILE");
     CLI::Option* png = command->add_option("--png", options->png, "draw the net as PNG")->type_name("FILE");
     command->add_option("--size", options->size, "pixels of the PNG (1600x1000)")

@@ -19,8 +19,8 @@ int Main(int argc, char** argv) {
     app.footer("tvo COMMAND --help tells all about a command.\n"
                "\nStatus: 0 done; 1 the data could not be used; 2 wrong usage.\n");
     const Command commands[] = {AddLayersCommand(app), AddImportCommand(app), AddCheckCommand(app),
-                                AddInfoCommand(app),   AddRunCommand(app),    AddPlayCommand(app),
-                                AddRecoverCommand(app)};
+                                AddInfoCommand(app),   AddExportCommand(app), AddRunCommand(app),
+                                AddPlayCommand(app),   AddRecoverCommand(app)};
     // Said here since CLI11 would only miss a command.
     const auto named = [&](const Command& command) { return command.app->get_name() == argv[1]; };
     if (argc > 1 && argv[1][0] != '-' && std::none_of(std::begin(commands), std::end(commands), named)) {

@@ -200,7 +200,8 @@ constexpr ScriptCommand kCommands[] = {
 };
 
 // The families, in the order in which the help tells them.
-const std::span<const ScriptCommand> kFamilies[] = {kCommands, PartCommands(), PlateCommands(), FieldCommands(), GridCommands(), ModelCommands()};
+const std::span<const ScriptCommand> kFamilies[] = {kCommands, PartCommands(), PlateCommands(), FieldCommands(), GridCommands(),
+                                                    ModelCommands(), DrawingCommands()};
 
 const ScriptCommand& FindCommand(const std::string& name) {
     for (const auto& family : kFamilies)

@@ -24,4 +24,5 @@ std::span<const ScriptCommand> PartCommands();   // texts, graphics, riders; wha
 std::span<const ScriptCommand> PlateCommands();
 std::span<const ScriptCommand> FieldCommands();
 std::span<const ScriptCommand> GridCommands();   // the background grid
+std::span<const ScriptCommand> DrawingCommands();  // DXF out
 std::span<const ScriptCommand> ModelCommands();  // saving and opening

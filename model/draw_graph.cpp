@@ -20,20 +20,22 @@ void CDrawGraph::Append(CGraphEntity* entity) {
     m_aEntity.Add(entity);
 }
 
+// What the entity has stands before the call: for parts and states that an owner doesn't know it leaves both as they
+// are.
+void CDrawGraph::TakeDrawInfo(CGraphEntity& entity, CGouJianEx& owner) {
+    unsigned long color = entity.m_dwColor;
+    int lineType = entity.m_nLineType;
+    owner.GetDrawInfo(owner.get_m_byteStatus(), entity.GetPart(), color, lineType);
+    entity.SetColor(color);
+    entity.SetLineType(lineType);
+}
+
 // --- painting and queries ---------------------------------------------------------------------------------
 
 void CDrawGraph::Draw(CDC* dc, CFCoor* coor, CGouJianEx* owner) {
     for (int i = 0; i < m_aEntity.GetSize() && owner->IsVisable(); ++i) {
         CGraphEntity* const entity = m_aEntity[i];
-        if (!owner->m_pDrawGraph || !owner->m_pDrawGraph->m_bFixed) {
-            // What the entity has stands before the call: for parts and states that an owner doesn't know it
-            // leaves both as they are.
-            unsigned long color = entity->m_dwColor;
-            int lineType = entity->m_nLineType;
-            owner->GetDrawInfo(owner->get_m_byteStatus(), entity->GetPart(), color, lineType);
-            entity->SetColor(color);
-            entity->SetLineType(lineType);
-        }
+        if (!owner->m_pDrawGraph || !owner->m_pDrawGraph->m_bFixed) TakeDrawInfo(*entity, *owner);
         entity->Draw(dc, coor);
     }
 }

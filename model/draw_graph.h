@@ -47,6 +47,9 @@ public:
                            char part);  // angle in radians; no snap
     CGraph_Locator* Set_Locator(CFRect rect);  // part '0', no snap
 
+    /// Gives a primitive of a generated list the colour and line type that its owner's GetDrawInfo has for it now.
+    static void TakeDrawInfo(CGraphEntity& entity, CGouJianEx& owner);
+
     /// Appends a primitive and owns it from here on.
     void Append(CGraphEntity* entity);
     /// Deletes every primitive. The pen position and the fixed flag stay.

@@ -15,6 +15,7 @@ public:
 
     unsigned long GetGraphType() override { return kGraphLine; }
     void Draw(CDC* dc, CFCoor* coor) override;
+    void DrawDXF(CBase_SGT* dxf, CFCoor* coor) override;
     using CGraphEntity::HitTest;
     int HitTest(const CFRegion& region, int mode) override;
     CFRect GetFrect() override;
@@ -39,6 +40,7 @@ public:
 
     unsigned long GetGraphType() override { return kGraphArc; }
     void Draw(CDC* dc, CFCoor* coor) override;
+    void DrawDXF(CBase_SGT* dxf, CFCoor* coor) override;
     using CGraphEntity::HitTest;
     int HitTest(const CFRegion& region, int mode) override;
     CFRect GetFrect() override;
@@ -61,6 +63,7 @@ public:
 
     unsigned long GetGraphType() override { return kGraphCircle; }
     void Draw(CDC* dc, CFCoor* coor) override;
+    void DrawDXF(CBase_SGT* dxf, CFCoor* coor) override;
     using CGraphEntity::HitTest;
     int HitTest(const CFRegion& region, int mode) override;
     CFRect GetFrect() override;

@@ -28,6 +28,7 @@ public:
 
     unsigned long GetGraphType() override { return kGraphPoint; }
     void Draw(CDC* dc, CFCoor* coor) override;
+    void DrawDXF(CBase_SGT* dxf, CFCoor* coor) override;
     int HitTest(const CFRegion& region, int mode) override;
     /// Exact, border included, while the region form also takes what is within its own tolerance.
     int HitTest(const CFRect& rect, int mode) override;
@@ -45,6 +46,7 @@ public:
 
     unsigned long GetGraphType() override { return kGraphPolyRgn; }
     void Draw(CDC* dc, CFCoor* coor) override;
+    void DrawDXF(CBase_SGT* dxf, CFCoor* coor) override;
     using CGraphEntity::HitTest;
     int HitTest(const CFRegion& region, int mode) override;
     CFRect GetFrect() override;
@@ -62,6 +64,7 @@ public:
 
     unsigned long GetGraphType() override { return kGraphCircleRgn; }
     void Draw(CDC* dc, CFCoor* coor) override;
+    void DrawDXF(CBase_SGT* dxf, CFCoor* coor) override;
     using CGraphEntity::HitTest;
     int HitTest(const CFRegion& region, int mode) override;
     CFRect GetFrect() override;

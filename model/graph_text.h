@@ -27,6 +27,7 @@ public:
 
     unsigned long GetGraphType() override { return kGraphText; }
     void Draw(CDC* dc, CFCoor* coor) override;
+    void DrawDXF(CBase_SGT* dxf, CFCoor* coor) override;
     int HitTest(const CFRegion& region, int mode) override;
     int HitTest(const CFRect& rect, int mode) override;
     CFRect GetFrect() override;

@@ -202,6 +202,8 @@ public:
     void DrawOneType(CList<CGouJianEx*, CGouJianEx*>& objects, CDC* dc, CFCoor* coor);
     /// Writes a text dump for debugging; silently nothing if the path can't be written.
     void OutputData(CString path);
+    /// Asks for a file and writes the drawing that the view shows (ExportDxf). 0 when the user cancels, else 1.
+    int Write_DXF(CWnd* parent);
 
     int m_bNoRefresh = 0;                // non-zero: edits don't invalidate the view
     CString m_strDataName;               // class tag

@@ -1,5 +1,9 @@
 #include "platform/acad_color.h"
 
+#include <algorithm>
+#include <array>
+#include <cstdint>
+
 namespace {
 
 // Hues stand 15 degrees apart from red, ten entries each: five values, each with full and half saturation.
@@ -35,4 +39,52 @@ COLORREF GetAcadRGBColor(int index) {
     if (index < 250) return ColorOfHue(index);
     const int grey = kGrey[index - 250];
     return RGB(grey, grey, grey);
+}
+
+namespace {
+
+struct Channels {
+    std::array<int, 256> r, g, b;
+};
+
+const Channels& TableChannels() {
+    static const Channels table = [] {
+        Channels t{};
+        for (std::size_t i = 0; i < 256; ++i) {
+            const COLORREF c = GetAcadRGBColor(static_cast<int>(i));
+            t.r[i] = GetRValue(c);
+            t.g[i] = GetGValue(c);
+            t.b[i] = GetBValue(c);
+        }
+        return t;
+    }();
+    return table;
+}
+
+int NearestIndex(int r, int g, int b) {
+    const Channels& table = TableChannels();
+    std::array<int, 256> distance;
+    for (std::size_t i = 0; i < 256; ++i) {
+        const int dr = table.r[i] - r, dg = table.g[i] - g, db = table.b[i] - b;
+        distance[i] = dr * dr + dg * dg + db * db;
+    }
+    return static_cast<int>(std::min_element(distance.begin() + 1, distance.end()) - distance.begin());
+}
+
+}  // namespace
+
+// A model has few colours and asks for them again and again: the latest answers are kept, each colour in a place of
+// its own that others may take over.
+int RGB2AcadIndex(int r, int g, int b) {
+    struct Known {
+        std::uint32_t color = 0;
+        int index = 7;  // of black
+    };
+    static thread_local std::array<Known, 256> known;
+    const auto channel = [](int v) { return static_cast<std::uint32_t>(std::clamp(v, 0, 255)); };
+    const std::uint32_t color = channel(r) | channel(g) << 8 | channel(b) << 16;
+    Known& entry = known[(color * 0x9E3779B1u) >> 24];
+    if (entry.color != color)
+        entry = {color, NearestIndex(static_cast<int>(channel(r)), static_cast<int>(channel(g)), static_cast<int>(channel(b)))};
+    return entry.index;
 }

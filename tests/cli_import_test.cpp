@@ -242,7 +242,7 @@ TEST(TvoImport, SaysWhyItCannot) {
         {"a check of what is no model", {"check", note}, 1, "note.txt"},
         {"size without a picture", {"import", plan, "--layer", "A", "--size", "80x80"}, 2, "--png"},
         {"unknown option", {"import", plan, "--layer", "A", "--fast"}, 2, "--fast"},
-        {"unknown command", {"export"}, 2, "export"},
+        {"unknown command", {"explode"}, 2, "explode"},
         {"no command", {}, 2, "subcommand is required"},
     };
     for (const auto& row : rows) {
@@ -259,10 +259,10 @@ TEST(Tvo, HelpTellsAllOptions) {
         std::vector<std::string> arguments;
         std::vector<const char*> parts;
     } const rows[] = {
-        {{"--help"}, {"layers", "import", "check", "run", "Status:"}},
+        {{"--help"}, {"layers", "import", "check", "export", "run", "Status:"}},
         {{"layers", "--help"}, {"PLAN.dxf", "--json", "extent"}},
         {{"import", "--help"},
-         {"PLAN.dxf", "--layer", "--tolerance", "--scale", "--keep-nodes", "--no-plates", "--out", "--svg", "--png", "--size",
+         {"PLAN.dxf", "--layer", "--tolerance", "--scale", "--keep-nodes", "--no-plates", "--out", "--dxf", "--svg", "--png", "--size",
           "--json"}},
         {{"check", "--help"}, {"FILE", "--layer", "--tolerance", "--scale", "--json", "dangling", "duplicate", "Status:"}},
         {{"run", "--help"},
@@ -274,7 +274,7 @@ TEST(Tvo, HelpTellsAllOptions) {
           "clear TYPE [TAG]", "settextheight H", "field FILE [cloud|isoline|digit] [SCHEME]", "densify",
           "begin", "end", "combine TYPE TAG ID...", "embrace ID", "inside ID", "around ID", "stride LINEID",
           "isrect ID TOL_DEG", "load PLATEID VALUE", "outer", "wholenet", "grid X Y [X0 Y0] | off",
-          "svg FILE", "png FILE W H"}},
+          "svg FILE", "png FILE W H", "export FILE.dxf"}},
     };
     for (const auto& row : rows) {
         const TvoRun run = RunTvo(row.arguments);

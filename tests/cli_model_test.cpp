@@ -181,3 +181,42 @@ TEST(TvoModel, RecoversWhatIsWhole) {
     EXPECT_EQ(nothing.err, "error: none.tvo: nothing could be recovered\n");
     EXPECT_EQ(NamesIn(folder).count("none.tvo.recovered.tvo"), 0u);
 }
+
+TEST(TvoExport, WritesASavedModelAsADrawing) {
+    const ScratchFolder folder;
+    const std::string model = folder.File("a.tvo"), drawing = folder.File("a.dxf");
+    const TvoRun script = RunScript("line 0 0 6000 0\narc 0 0 6000 0 90\nsave " + model + "\nexport " + folder.File("s") + " 2000\n");
+    ASSERT_EQ(script.status, 0) << script.err;
+    EXPECT_EQ(script.Json().back()["file"], folder.File("s.dxf"));  // with its ending
+    ASSERT_EQ(RunTvo({"export", model, folder.File("a")}).status, 0);
+    EXPECT_NE(ReadWholeFile(drawing).find("AC1009"), std::string::npos);
+    EXPECT_NE(ReadWholeFile(drawing).find("ARC\r\n  8\r\n0\r\n"), std::string::npos);
+    const TvoRun newer = RunTvo({"export", model, drawing, "--dxf-version", "2000", "--json"});
+    EXPECT_EQ(newer.Json()[0]["entities"], script.Json().back()["entities"]);
+    EXPECT_EQ(ReadWholeFile(drawing), ReadWholeFile(folder.File("s.dxf")));  // the same model, the same bytes
+
+    const TvoRun again = RunTvo({"import", drawing, "--layer", "0", "--dxf", folder.File("b.dxf"), "--dxf-version", "2000"});
+    ASSERT_EQ(again.status, 0) << again.err;
+    EXPECT_EQ(ReadWholeFile(folder.File("b.dxf")), ReadWholeFile(drawing));
+
+    const std::string before = ReadWholeFile(drawing);
+    const std::string full = folder.File("full.dxf");
+    std::filesystem::create_symlink("/dev/full", full);
+    struct {
+        const char* name;
+        std::vector<std::string> arguments;
+        int status;
+        std::string message;
+    } const rows[] = {
+        {"no model", {"export", folder.File("no.tvo"), drawing}, 1, "no.tvo"},
+        {"no such folder", {"export", model, folder.File("no/a.dxf")}, 1, "cannot write " + folder.File("no/a.dxf") + ": No such"},
+        {"full disk", {"export", model, full}, 1, "No space left"},
+        {"version that isn't written", {"export", model, drawing, "--dxf-version", "2018"}, 2, "r12 or 2000"},
+    };
+    for (const auto& row : rows) {
+        const TvoRun run = RunTvo(row.arguments);
+        EXPECT_EQ(run.status, row.status) << row.name;
+        EXPECT_NE(run.err.find(row.message), std::string::npos) << row.name << ": " << run.err;
+    }
+    EXPECT_EQ(ReadWholeFile(drawing), before);
+}

@@ -35,7 +35,7 @@ const std::set<std::pair<std::string, std::string>> kExceptions = {
 
 /// Sources that call upward: they tell the view or the frame, if there is one, what changed or how far they are.
 const std::set<std::string> kMayCallView = {
-    "fields/dxf_import.cpp",           "fields/gj_chang_picture.cpp",
+    "fields/dxf_import.cpp",           "fields/gj_chang_picture.cpp",      "model/dxf_export.cpp",
     "model/goujian_display.cpp",       "model/goujian_grid.cpp",
     "model/tvo_data_base.cpp",         "model/tvo_data_base_drawing.cpp",  "model/tvo_data_base_index.cpp",
     "model/tvo_data_base_query.cpp",   "net/net_line_object.cpp",

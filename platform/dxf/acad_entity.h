@@ -17,7 +17,10 @@ enum ACAD_Entity_Type {
     kAcadDimension = 9,
     kAcadHatch = 10,
     kAcadOther = 11,  // everything else: splines, ellipses, meshes, ...
+    kAcadPoint = 12,  // drawn points; those of files that are read are among the others
 };
+
+inline constexpr int kAcadColorByLayer = 256;
 
 /// A layer of a drawing: named in the layer table, by an entity, or both.
 struct DxfLayer {
@@ -50,6 +53,15 @@ public:
     const DxfKind*  m_pKind = nullptr;      // never null in a drawing
     std::int16_t    m_nColor = 256;         // colour index; 0 by block, 256 by layer
     bool            m_bPaperSpace = false;  // stands on a sheet, not in the model
+    std::uint8_t    m_nLType = 0;           // line type: 0 by layer, else 1 + its place among the drawing's
+    bool            m_bFloats = false;      // its numbers were floats: written with as many digits as tell floats apart
+};
+
+/// A point.
+class ACAD_POINT : public ACAD_ENTITY {
+public:
+    ACAD_Entity_Type GetType() const override { return kAcadPoint; }
+    double m_x = 0, m_y = 0, m_z = 0;
 };
 
 class ACAD_LINE : public ACAD_ENTITY {
@@ -62,6 +74,7 @@ public:
 class ACAD_TEXT : public ACAD_ENTITY {
 public:
     ACAD_Entity_Type GetType() const override { return kAcadText; }
+    std::uint8_t     m_nStyle = 0;               // text style: 0 the standard one, else 1 + its place among the drawing's
     double           m_x = 0, m_y = 0, m_z = 0;  // lower left of the first character
     double           m_dHeight = 0;
     double           m_dAngle = 0;               // degrees
@@ -103,6 +116,7 @@ public:
     std::uint32_t      m_nVertices = 0;
     bool               m_bClosed = false;  // a side runs from the last corner to the first, and isn't listed
     bool               m_b3D = false;
+    float              m_fStartWidth = 0, m_fEndWidth = 0;  // of drawn ones; the width runs evenly from one to the other
 };
 
 /// A filled triangle or quadrangle; the third and fourth corners stand crosswise, as in files.

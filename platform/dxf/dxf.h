@@ -1,4 +1,4 @@
-// A drawing in memory, read from a DXF file.
+// A drawing in memory, read from a DXF file or to be written to one.
 #pragma once
 #include <cstdint>
 #include <deque>
@@ -8,6 +8,7 @@
 
 #include "platform/containers.h"
 #include "platform/dxf/acad_entity.h"
+#include "platform/dxf/acad_style.h"
 #include "platform/dxf/arena.h"
 
 class CBase_SGT;
@@ -57,8 +58,16 @@ struct DxfDrop {
     std::uint64_t   m_nByte = 0;
 };
 
+/// The versions that are written: R12 is read by everything old, 2000 by everything of today; a few readers of
+/// today have given R12 up.
+enum class DxfVersion {
+    R12,    // AC1009, no handles, no unit
+    R2000,  // AC1015, with handles, light polylines and the millimetre as its unit
+};
+
 /// A drawing: its entities, layers and header, all of which it owns. It reads R10 to R2018, text and
-/// binary. Reading never throws and asks no count in the file how much to allocate.
+/// binary. Reading never throws and asks no count in the file how much to allocate. It writes text, by way of
+/// CBase_SGT, whose figures come out as they were drawn.
 class DXF {
 public:
     DXF();
@@ -70,7 +79,7 @@ public:
     //     after Truncated the part before is there.
     int Read_FileDxf_To_Mem(const char* path);
     int Read_Bytes_To_Mem(std::string_view bytes);
-    void Close();  // empties the drawing; entities, layers and kinds end here
+    virtual void Close();  // empties the drawing; entities, layers, styles and kinds end here
 
     const DxfReadResult& GetResult() const { return m_result; }
     const DxfHeader& GetHeader() const { return m_header; }
@@ -90,9 +99,29 @@ public:
     std::uint64_t GetDropCount() const { return m_nDropped[0] + m_nDropped[1] + m_nDropped[2]; }
     const std::vector<DxfDrop>& GetDrops() const { return m_drops; }
 
+    // --- writing
+    /// Empties the drawing and starts a new one, with layer "0". Always 1.
+    int New_MemDxf();
+    /// Adds a text style, or gives the one of that name these properties. Null once the tables are ended.
+    ACAD_STYLE* Add_STyle(const char* name, const char* font, const char* bigFont, float height, float widthFactor);
+    /// Ends the tables: what stands there now is all that the entities can name. 0 when they were ended before.
+    int Write_Tables();
+    /// Writes points, lines, arcs, circles, polylines and texts with tables and header; other kinds, which can only
+    /// have been read from a file, are left out. The file is written beside and then takes its place: if that fails,
+    /// the one that was there stays as it was. 1 when written, else 0 and GetWriteError tells why.
+    int Write_MemDxf_To_File(const char* path);
+    const std::string& GetWriteError() const { return m_strWriteError; }  // one phrase; empty when all went well
+    void SetWriteVersion(DxfVersion version) { m_eWriteVersion = version; }  // R12 unless set; stays with the object
+    DxfVersion GetWriteVersion() const { return m_eWriteVersion; }
+
+    const std::deque<ACAD_STYLE>& GetStyles() const { return m_styles; }
+    const std::vector<const DxfLineType*>& GetLineTypes() const { return m_lineTypes; }
+
 private:
+    friend class CBase_SGT;
     friend class DxfReader;
     int Read(DxfByteSource& source);
+    DxfLayer& LayerZero();  // made if it isn't there
 
     CArray<ACAD_ENTITY*> m_arrEntity;        // in file order; they live in m_arena
     CArena               m_arena;            // entities, vertices, texts
@@ -102,6 +131,13 @@ private:
     DxfReadResult        m_result;
     std::vector<DxfDrop> m_drops;            // the first hundred
     std::uint64_t        m_nDropped[3] = {}; // by reason
+    std::deque<ACAD_STYLE> m_styles;         // addresses stay; of a drawing that is drawn
+    std::vector<const DxfLineType*> m_lineTypes;  // standard ones; of a drawing that is drawn
+    bool                 m_bTablesDone = false;
+    const DxfLayer*      m_pDrawLayer = nullptr;                 // where drawn entities stand; found at the first
+    const DxfKind*       m_apDrawnKind[kAcadPoint + 1] = {};     // of drawn entities, by type; made when needed
+    DxfVersion           m_eWriteVersion = DxfVersion::R12;
+    std::string          m_strWriteError;
 };
 
 /// A drawing in memory: a new one for null, to be deleted by the caller; else the writer itself, emptied.

@@ -82,7 +82,10 @@ std::optional<std::string> MultiByteEscape(std::string_view text, std::size_t at
 std::string ResolveEscapes(std::string_view text) {
     std::string out;
     for (std::size_t i = 0; i < text.size();) {
-        if (text[i] != '\\') {
+        if (text[i] == '^' && i + 1 < text.size() && text[i + 1] == ' ') {
+            out.push_back('^');  // so that it is not taken for the beginning of a control character
+            i += 2;
+        } else if (text[i] != '\\') {
             out.push_back(text[i++]);
         } else if (const auto unit = UnicodeEscape(text, i)) {
             const auto low = UnicodeEscape(text, i + 7);
@@ -97,6 +100,56 @@ std::string ResolveEscapes(std::string_view text) {
             i += 8;
         } else {
             out.push_back(text[i++]);
+        }
+    }
+    return out;
+}
+
+/// The next character of a text, which is shortened by it; U+FFFD for a byte that is no UTF-8.
+char32_t TakeCharacter(std::string_view& text) {
+    const auto lead = static_cast<unsigned char>(text[0]);
+    const std::size_t length = lead < 0xC0 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+    const std::string_view bytes = text.substr(0, length);
+    if (!IsUtf8(bytes)) {
+        text.remove_prefix(1);
+        return kReplacement;
+    }
+    text.remove_prefix(length);
+    if (length == 1) return lead;
+    char32_t c = lead & (0x7Fu >> length);
+    for (const char byte : bytes.substr(1)) c = c << 6 | (static_cast<unsigned char>(byte) & 0x3Fu);
+    return c;
+}
+
+void AppendEscape(std::string& out, char32_t c) {
+    if (c > 0xFFFF) {
+        AppendEscape(out, 0xD800 + ((c - 0x10000) >> 10));
+        c = 0xDC00 + ((c - 0x10000) & 0x3FF);
+    }
+    out += "\\U+";
+    for (int shift = 12; shift >= 0; shift -= 4) out.push_back("0123456789ABCDEF"[c >> shift & 15]);
+}
+
+/// GBK where it has the character (or nowhere at all), else escapes.
+std::string Encode(std::string_view utf8, bool escapeAll) {
+    std::string out;
+    while (!utf8.empty()) {
+        const std::string_view rest = utf8;
+        const char32_t c = TakeCharacter(utf8);
+        const bool escapeAhead = c == '\\' && (UnicodeEscape(rest, 0) || MultiByteEscape(rest, 0));
+        if (escapeAhead) {
+            AppendEscape(out, c);
+        } else if (c == '^') {
+            out += "^ ";
+        } else if (c < 0x80) {
+            out.push_back(c < 0x20 || c == 0x7F ? ' ' : static_cast<char>(c));
+        } else {
+            bool known = !escapeAll;
+            const std::string bytes = known ? EncodeText(rest.substr(0, rest.size() - utf8.size()), kGbk, &known) : "";
+            if (known)
+                out += bytes;
+            else
+                AppendEscape(out, c);
         }
     }
     return out;
@@ -126,7 +179,12 @@ int DxfCodePage(std::string_view name) {
 
 std::string DecodeDxfText(std::string_view bytes, bool utf8File, int codePage) {
     std::string text = Decode(bytes, utf8File, codePage);
-    return text.find('\\') == std::string::npos ? text : ResolveEscapes(text);
+    return text.find_first_of("\\^") == std::string::npos ? text : ResolveEscapes(text);
+}
+
+std::string EncodeDxfText(std::string_view utf8) {
+    std::string bytes = Encode(utf8, false);
+    return !IsAscii(bytes) && IsUtf8(bytes) ? Encode(utf8, true) : bytes;
 }
 
 bool IsPlainDxfText(std::string_view bytes) {
@@ -138,5 +196,5 @@ bool IsPlainDxfText(std::string_view bytes) {
         high |= eight;
     }
     for (; i < bytes.size(); ++i) high |= static_cast<unsigned char>(bytes[i]);
-    return (high & 0x8080808080808080u) == 0 && bytes.find('\\') == std::string_view::npos;
+    return (high & 0x8080808080808080u) == 0 && bytes.find_first_of("\\^") == std::string_view::npos;
 }

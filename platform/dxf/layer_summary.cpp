@@ -72,31 +72,15 @@ void CountOther(DxfLayerSummary& row, const std::string& kind) {
 
 void Count(DxfLayerSummary& row, const ACAD_ENTITY& entity) {
     if (entity.m_bPaperSpace) ++row.m_nPaperSpace;
+    AddToExtent(row.m_extent, entity);
     switch (entity.GetType()) {
-        case kAcadLine: {
-            const auto& line = static_cast<const ACAD_LINE&>(entity);
-            ++row.m_nLine;
-            row.m_extent.Add(line.m_x1, line.m_y1);
-            row.m_extent.Add(line.m_x2, line.m_y2);
-            break;
-        }
-        case kAcadPolyline: {
-            const auto& polyline = static_cast<const ACAD_POLYLINE&>(entity);
+        case kAcadLine: ++row.m_nLine; break;
+        case kAcadPolyline:
             ++row.m_nPolyline;
-            if (polyline.m_bClosed) ++row.m_nPolylineClosed;
-            AddPolyline(row.m_extent, polyline);
+            if (static_cast<const ACAD_POLYLINE&>(entity).m_bClosed) ++row.m_nPolylineClosed;
             break;
-        }
-        case kAcadArc:
-            ++row.m_nArc;
-            AddArc(row.m_extent, static_cast<const ACAD_ARC&>(entity));
-            break;
-        case kAcadCircle: {
-            const auto& circle = static_cast<const ACAD_CIRCLE&>(entity);
-            ++row.m_nCircle;
-            AddArc(row.m_extent, circle.m_x, circle.m_y, circle.m_dRadius, 0, 360);
-            break;
-        }
+        case kAcadArc: ++row.m_nArc; break;
+        case kAcadCircle: ++row.m_nCircle; break;
         default: CountOther(row, entity.GetKind()); break;
     }
 }
@@ -113,6 +97,25 @@ void DxfExtent::Add(double x, double y) {
     m_dMinY = std::min(m_dMinY, y);
     m_dMaxX = std::max(m_dMaxX, x);
     m_dMaxY = std::max(m_dMaxY, y);
+}
+
+void AddToExtent(DxfExtent& extent, const ACAD_ENTITY& entity) {
+    switch (entity.GetType()) {
+        case kAcadLine: {
+            const auto& line = static_cast<const ACAD_LINE&>(entity);
+            extent.Add(line.m_x1, line.m_y1);
+            extent.Add(line.m_x2, line.m_y2);
+            break;
+        }
+        case kAcadPolyline: AddPolyline(extent, static_cast<const ACAD_POLYLINE&>(entity)); break;
+        case kAcadArc: AddArc(extent, static_cast<const ACAD_ARC&>(entity)); break;
+        case kAcadCircle: {
+            const auto& circle = static_cast<const ACAD_CIRCLE&>(entity);
+            AddArc(extent, circle.m_x, circle.m_y, circle.m_dRadius, 0, 360);
+            break;
+        }
+        default: break;
+    }
 }
 
 std::vector<DxfLayerSummary> SummarizeLayers(const DXF& drawing) {

@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+class ACAD_ENTITY;
 class DXF;
 
 /// A box; empty until something is put in.
@@ -13,6 +14,9 @@ struct DxfExtent {
     double m_dMinX = 0, m_dMinY = 0, m_dMaxX = 0, m_dMaxY = 0;
     void Add(double x, double y);
 };
+
+/// Takes in a line, polyline (without its closing side), arc or circle, exactly. Other kinds leave it as it is.
+void AddToExtent(DxfExtent& extent, const ACAD_ENTITY& entity);
 
 struct DxfLayerSummary {
     std::string   m_strName;           // UTF-8, as first met
