@@ -146,7 +146,7 @@ std::string Encode(std::string_view utf8, bool escapeAll) {
         } else {
             bool known = !escapeAll;
             const std::string bytes = known ? EncodeText(rest.substr(0, rest.size() - utf8.size()), kGbk, &known) : "";
-            if (known)
+            if (known && bytes.size() == 2)  // single bytes (the euro sign) are additions that few readers know
                 out += bytes;
             else
                 AppendEscape(out, c);
