@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <string>
+#include <vector>
 
 #include "geometry/fpoint.h"
 #include "platform/dxf/dxf_3d.h"
@@ -31,20 +33,26 @@ void Join(CDXF_3D& dxf, const CFPoint& a, const CFPoint& b) { dxf.Draw_Line(a.x,
 
 void DrawColumnResult(CDXF_3D* dxf, float x, float y, float height, char axis, const CArray<float, float>& position,
                       const CArray<float, float>& valueA, const CArray<float, float>& valueB) {
-    const float k = height / 8.0f / GreatestValue(valueA, valueB);
+    const float k = height / 8.0f / GreatestValue(valueA, valueB);  // the greatest is an eighth of the height long
     const bool alongY = axis == 'Y' || axis == 'y';
     const CFPoint top(x, y, height), foot(x, y, 0);
     dxf->SetCurColor(kYellow);
     Join(*dxf, top, foot);
     dxf->SetCurColor(kRed);
-    CFPoint before = top;
+    const auto valueAt = [&](int i) { return ValueAt(i == 0 ? valueB : valueA, i); };
+    std::vector<CFPoint> points;
     for (int i = 0; i < position.GetSize(); ++i) {
-        const float v = ValueAt(i == 0 ? valueB : valueA, i);
-        const float d = v * k;
-        const CFPoint at(alongY ? x : x + d, alongY ? y + d : y, height + position[i] * (0 - height));
-        Join(*dxf, before, at);
-        dxf->Draw_Text(at.x, at.y, at.z, height / 20.0f, 0, FixedReal(static_cast<double>(v), 2).c_str());
-        before = at;
+        const float d = valueAt(i) * k;
+        points.emplace_back(alongY ? x : x + d, alongY ? y + d : y, height + position[i] * (0 - height));
     }
-    if (!position.IsEmpty()) Join(*dxf, foot, before);
+    for (std::size_t i = 1; i < points.size(); ++i) Join(*dxf, points[i - 1], points[i]);
+    if (!points.empty()) {
+        Join(*dxf, top, points.front());
+        Join(*dxf, foot, points.back());
+    }
+    for (int i = 0; i < position.GetSize(); ++i) {
+        const CFPoint& at = points[static_cast<std::size_t>(i)];
+        const std::string text = FixedReal(static_cast<double>(valueAt(i)), 2);
+        dxf->Draw_Text(at.x, at.y, at.z, height / 20.0f, 0, text.c_str());
+    }
 }

@@ -283,9 +283,11 @@ TEST(DxfExport, TextsComeBack) {
     drawing.New_MemDxf();
     for (const std::string& text : texts) ASSERT_NE(drawing.Draw_Text(0, 0, 1, 0, text.c_str()), nullptr);
     drawing.Draw_Text(0, 0, 1, 0, "two\r\nlines");
+    texts.push_back(std::string(400000, 'a'));
+    drawing.Draw_Text(0, 0, 1, 0, texts.back().c_str());
     ASSERT_EQ(drawing.Write_MemDxf_To_File(path.c_str()), 1);
     EXPECT_NE(Bytes(path).find("\r\n\xD6\xD0\xCE\xC4\r\n"), std::string::npos);  // GBK
-    texts.push_back("two  lines");
+    texts.insert(texts.end() - 1, "two  lines");
 
     DXF read;
     ASSERT_EQ(read.Read_FileDxf_To_Mem(path.c_str()), 1);
@@ -368,10 +370,11 @@ TEST(DxfExport, ColumnDiagram) {
     };
     const std::string alongY =
         "2: 100,200,4000 - 100,200,0\n"
-        "1: 100,200,4000 - 100,450,4000\n5.00 at 100,450,4000 h 200\n"
-        "1: 100,450,4000 - 100,-300,2000\n-10.00 at 100,-300,2000 h 200\n"
-        "1: 100,-300,2000 - 100,300,0\n2.00 at 100,300,0 h 200\n"
-        "1: 100,200,0 - 100,300,0\n";
+        "1: 100,450,4000 - 100,-300,2000\n"
+        "1: 100,-300,2000 - 100,300,0\n"
+        "1: 100,200,4000 - 100,450,4000\n"
+        "1: 100,200,0 - 100,300,0\n"
+        "5.00 at 100,450,4000 h 200\n-10.00 at 100,-300,2000 h 200\n2.00 at 100,300,0 h 200\n";
     EXPECT_EQ(diagram('y', {7, -10, 2}, {5, 0, 0}), alongY);
     EXPECT_EQ(diagram('Y', {7, -10, 2}, {5, 0, 0}), alongY);
     EXPECT_NE(diagram('?', {7, -10, 2}, {5, 0, 0}).find("1: 350,200,4000 - -400,200,2000\n"), std::string::npos);

@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <charconv>
 #include <cmath>
@@ -65,9 +66,15 @@ void DxfGroupSink::End(char* p) {
 }
 
 void DxfGroupSink::Text(int code, std::string_view bytes) {
-    constexpr std::size_t kLongest = kBuffer / 2;  // no reader takes lines nearly as long
-    bytes = bytes.substr(0, kLongest);
-    char* p = Begin(code, bytes.size());
+    constexpr std::size_t kPiece = kBuffer / 2;
+    char* p = Begin(code, std::min(bytes.size(), kPiece));
+    while (bytes.size() > kPiece) {
+        std::memcpy(p, bytes.data(), kPiece);
+        bytes.remove_prefix(kPiece);
+        m_p = p + kPiece;
+        Flush();
+        p = m_p;
+    }
     std::memcpy(p, bytes.data(), bytes.size());
     End(p + bytes.size());
 }

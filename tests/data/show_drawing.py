@@ -4,7 +4,7 @@ import sys
 
 import ezdxf
 
-sys.stdout.reconfigure(encoding="utf-8")
+sys.stdout.reconfigure(encoding="utf-8", errors="backslashreplace")
 
 
 def number(v):
