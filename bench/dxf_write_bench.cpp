@@ -1,7 +1,8 @@
 // Writing drawings: speed and memory, beside ezdxf. Usage: dxf_write_bench [LINES]
-// A model of so many lines (1 000 000) is written in both versions; then ezdxf, if this machine's Python has it, makes
-// and writes a drawing of the same lines in a process of its own. Processor time, the system's part included: the median
-// of three exports, one run of ezdxf without its start. Memory is the peak of the first export beyond the model.
+// A model of so many lines (1 000 000) is written in both versions; then ezdxf, if this machine's Python has
+// it, makes and writes a drawing of the same lines in a process of its own. Processor time, the system's part
+// included: the median of three exports, one run of ezdxf without its start. Memory is the peak of the first
+// export beyond the model.
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -24,7 +25,9 @@ namespace {
 
 constexpr int kRuns = 3;
 
-double Seconds(const timeval& t) { return static_cast<double>(t.tv_sec) + static_cast<double>(t.tv_usec) * 1e-6; }
+double Seconds(const timeval& t) {
+    return static_cast<double>(t.tv_sec) + static_cast<double>(t.tv_usec) * 1e-6;
+}
 
 /// Processor time of this process, or of its children that have ended; both with the system's part.
 double Cpu(int who) {
@@ -67,15 +70,20 @@ Measure Export(CTvoDataBase& db, const std::string& path, DxfVersion version) {
 }
 
 /// The same lines by ezdxf; negative seconds when there is none. A starting Python is not counted.
-Measure Peer(const std::string& python, const std::string& lines, const std::string& path, const char* version) {
+Measure Peer(const std::string& python, const std::string& lines, const std::string& path,
+             const char* version) {
     const auto run = [&](const std::string& code) {
         const double start = Cpu(RUSAGE_CHILDREN);
         const int status = std::system((python + " -c '" + code + "' 2>/dev/null").c_str());
         return status == 0 ? Cpu(RUSAGE_CHILDREN) - start : -1;
     };
-    const std::string read = "import ezdxf,array; a=array.array(\"f\"); a.frombytes(open(\"" + lines + "\",\"rb\").read()); ";
-    const std::string write = "d=ezdxf.new(\"" + std::string(version) + "\"); m=d.modelspace(); "
-        "[m.add_line((a[i],a[i+1]),(a[i+2],a[i+3]),{\"color\":2}) for i in range(0,len(a),4)]; d.saveas(\"" + path + "\")";
+    const std::string read =
+        "import ezdxf,array; a=array.array(\"f\"); a.frombytes(open(\"" + lines + "\",\"rb\").read()); ";
+    const std::string write =
+        "d=ezdxf.new(\"" + std::string(version) +
+        "\"); m=d.modelspace(); "
+        "[m.add_line((a[i],a[i+1]),(a[i+2],a[i+3]),{\"color\":2}) for i in range(0,len(a),4)]; d.saveas(\"" +
+        path + "\")";
     Measure m;
     const double start = run(read);
     m.seconds = start < 0 ? -1 : run(read + write) - start;
@@ -110,14 +118,17 @@ int main(int argc, char** argv) {
     }
     db.FinishIndex();
     const std::string python = PythonWithEzdxf();
-    std::printf("| version | lines | s | MB beyond the model | file MB | ezdxf s | its file MB | ezdxf / tvo |\n|---|---|---|---|---|---|---|---|\n");
-    for (const auto& [name, version] : {std::pair("R12", DxfVersion::R12), std::pair("R2000", DxfVersion::R2000)}) {
+    std::printf(
+        "| version | lines | s | MB beyond the model | file MB | ezdxf s | its file MB | ezdxf / tvo "
+        "|\n|---|---|---|---|---|---|---|---|\n");
+    for (const auto& [name, version] :
+         {std::pair("R12", DxfVersion::R12), std::pair("R2000", DxfVersion::R2000)}) {
         std::filesystem::remove(path);
         const Measure ours = Export(db, path, version);
         std::filesystem::remove(path);
         const Measure peer = python.empty() ? Measure{-1, 0, 0} : Peer(python, numbers, path, name);
-        std::printf("| %s | %d | %.3f | %.0f | %.0f | %.1f | %.0f | %.1f |\n", name, lines, ours.seconds, ours.memoryMb,
-                    ours.fileMb, peer.seconds, peer.fileMb, peer.seconds / ours.seconds);
+        std::printf("| %s | %d | %.3f | %.0f | %.0f | %.1f | %.0f | %.1f |\n", name, lines, ours.seconds,
+                    ours.memoryMb, ours.fileMb, peer.seconds, peer.fileMb, peer.seconds / ours.seconds);
         std::fflush(stdout);
     }
     std::filesystem::remove_all(folder);

@@ -28,7 +28,7 @@ int RunExport(const ExportOptions& options) {
     const SavedDrawing saved = SaveDrawing(options.out, db, version);
     const std::string remarks = built.Remarks();
     if (options.json) {
-        Json json = {{"type", "export"}, {"model", options.model}, {"file", saved.file},
+        Json json = {{"type", "export"},           {"model", options.model},     {"file", saved.file},
                      {"version", options.version}, {"entities", saved.entities}, {"bytes", saved.bytes}};
         if (!remarks.empty()) json["remarks"] = remarks;
         PrintJsonLine(std::cout, json);
@@ -45,16 +45,19 @@ Command AddExportCommand(CLI::App& app) {
     auto options = std::make_shared<ExportOptions>();
     CLI::App* command = app.add_subcommand("export", "Write a saved model as a DXF drawing");
     command->add_option("MODEL", options->model, "the model file")->required();
-    command->add_option("OUT.dxf", options->out, "the drawing; .dxf is added if the name has no such ending")->required();
+    command->add_option("OUT.dxf", options->out, "the drawing; .dxf is added if the name has no such ending")
+        ->required();
     command->add_option("--dxf-version", options->version, "r12, which everything old reads, or 2000 (r12)")
         ->check(CheckDxfVersion)
         ->type_name("VERSION");
     command->add_flag("--json", options->json, "tell what was written as one JSON object");
     command->footer(
-        "What the view of the model shows comes out as points, lines, arcs, circles, polylines and texts on layer 0, in\n"
+        "What the view of the model shows comes out as points, lines, arcs, circles, polylines and texts on "
+        "layer 0, in\n"
         "millimetres, each in the nearest of the 255 colours of drawings. Hidden components stay out.\n"
         "\n--json: {\"type\":\"export\",\"model\",\"file\",\"version\",\"entities\":N,\"bytes\":N}\n"
-        "\nStatus: 0; 1 if the model can't be read or the drawing can't be written, and the file that was there\n"
+        "\nStatus: 0; 1 if the model can't be read or the drawing can't be written, and the file that was "
+        "there\n"
         "stands then as it was; 2 wrong usage.\n"
         "\nExample:  tvo export house.tvo house.dxf --dxf-version 2000\n");
     return {command, [options] { return RunExport(*options); }};

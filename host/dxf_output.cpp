@@ -23,12 +23,9 @@ SavedDrawing SaveDrawing(const std::string& path, CTvoDataBase& db, DxfVersion v
 }
 
 bool ReadDxfVersion(const std::string& text, DxfVersion& version) {
-    if (CString(text).CompareNoCase("r12") == 0)
-        version = DxfVersion::R12;
-    else if (text == "2000")
-        version = DxfVersion::R2000;
-    else
-        return false;
+    if (CString(text).CompareNoCase("r12") == 0) version = DxfVersion::R12;
+    else if (text == "2000") version = DxfVersion::R2000;
+    else return false;
     return true;
 }
 

@@ -21,7 +21,8 @@ void RunExport(Script& script, const ScriptWords& words) {
 }
 
 constexpr ScriptCommand kCommands[] = {
-    {"export", "FILE.dxf [r12|2000]", 1, 2, RunExport, "write what the view shows as a DXF drawing; hidden things stay out"},
+    {"export", "FILE.dxf [r12|2000]", 1, 2, RunExport,
+     "write what the view shows as a DXF drawing; hidden things stay out"},
 };
 
 }  // namespace

@@ -11,8 +11,8 @@
 
 namespace {
 
-constexpr int kYellow = 2, kRed = 1;    // of the column, of the diagram
-constexpr float kSmallest = 0.001f;     // a diagram without values lies on the column
+constexpr int kYellow = 2, kRed = 1;  // of the column, of the diagram
+constexpr float kSmallest = 0.001f;   // a diagram without values lies on the column
 
 float ValueAt(const CArray<float, float>& values, int i) { return i < values.GetSize() ? values[i] : 0.0f; }
 
@@ -27,13 +27,17 @@ float GreatestValue(const CArray<float, float>& a, const CArray<float, float>& b
     return std::fabs(greatest) < kSmallest ? kSmallest : greatest;
 }
 
-void Join(CDXF_3D& dxf, const CFPoint& a, const CFPoint& b) { dxf.Draw_Line(a.x, a.y, a.z, b.x, b.y, b.z, 1.0f); }
+void Join(CDXF_3D& dxf, const CFPoint& a, const CFPoint& b) {
+    dxf.Draw_Line(a.x, a.y, a.z, b.x, b.y, b.z, 1.0f);
+}
 
 }  // namespace
 
-void DrawColumnResult(CDXF_3D* dxf, float x, float y, float height, char axis, const CArray<float, float>& position,
-                      const CArray<float, float>& valueA, const CArray<float, float>& valueB) {
-    const float k = height / 8.0f / GreatestValue(valueA, valueB);  // the greatest is an eighth of the height long
+void DrawColumnResult(CDXF_3D* dxf, float x, float y, float height, char axis,
+                      const CArray<float, float>& position, const CArray<float, float>& valueA,
+                      const CArray<float, float>& valueB) {
+    const float k =
+        height / 8.0f / GreatestValue(valueA, valueB);  // the greatest is an eighth of the height long
     const bool alongY = axis == 'Y' || axis == 'y';
     const CFPoint top(x, y, height), foot(x, y, 0);
     dxf->SetCurColor(kYellow);

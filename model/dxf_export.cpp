@@ -51,7 +51,8 @@ DxfExportResult ExportDxf(CTvoDataBase& db, const std::string& path, DxfVersion 
     drawing->Write_Tables();
     for (int type = 1; type < kTypeCount - 1; ++type) {  // 255 is never written out
         if (g_pFrame) g_pFrame->ShowProgress(static_cast<int>(type / 255.0 * 100.0));
-        for (CGouJianEx* component : ByIdentity(db.m_mapFamily[type])) DrawComponent(*drawing, *component, coor);
+        for (CGouJianEx* component : ByIdentity(db.m_mapFamily[type]))
+            DrawComponent(*drawing, *component, coor);
     }
     if (g_pFrame) g_pFrame->ShutDownProgress();
     DxfExportResult result;

@@ -11,10 +11,12 @@ namespace {
 
 constexpr float kPen = 1.0f;
 
-/// Whether a primitive is drawn as a thin figure. Its own width decides, not what becomes of that on a device.
+/// Whether a primitive is drawn as a thin figure. Its own width decides, not what becomes of that on a
+/// device.
 bool IsThin(float width) { return width == 0.0f || width == 1.0f; }
 
-/// Device units, as the view would paint it at this moment: the width in the file follows the zoom. That is meant.
+/// Device units, as the view would paint it at this moment: the width in the file follows the zoom. That is
+/// meant.
 float WideWidth(float width, const CFCoor& coor) {
     return static_cast<float>(coor.FPtoDP(static_cast<double>(std::fabs(width))));
 }
@@ -63,4 +65,6 @@ void CGraph_PolyRgn::DrawDXF(CBase_SGT* dxf, CFCoor*) {
 
 void CGraph_CircleRgn::DrawDXF(CBase_SGT* dxf, CFCoor*) { dxf->Draw_Circle(m_fX, m_fY, m_fR, kPen); }
 
-void CGraph_Text::DrawDXF(CBase_SGT* dxf, CFCoor*) { dxf->Draw_Text(m_fX, m_fY, m_fHeight, m_fAngle, m_strText); }
+void CGraph_Text::DrawDXF(CBase_SGT* dxf, CFCoor*) {
+    dxf->Draw_Text(m_fX, m_fY, m_fHeight, m_fAngle, m_strText);
+}

@@ -21,7 +21,8 @@ std::string RealPath(const std::string& path) {
 
 std::string ErrorReason(int error) { return error ? std::strerror(error) : "unknown reason"; }
 
-std::string ReplaceWholeFile(const std::string& path, const std::function<std::string(const std::string&)>& write) {
+std::string ReplaceWholeFile(const std::string& path,
+                             const std::function<std::string(const std::string&)>& write) {
     struct stat status {};
     if (::stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode))
         return S_ISDIR(status.st_mode) ? ErrorReason(EISDIR) : write(path);

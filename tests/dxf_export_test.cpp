@@ -293,7 +293,7 @@ TEST(DxfExport, TextsComeBack) {
     ASSERT_EQ(read.Read_FileDxf_To_Mem(path.c_str()), 1);
     ASSERT_EQ(read.GetEntityCount(), static_cast<int>(texts.size()));
     for (std::size_t i = 0; i < texts.size(); ++i)
-        ASSERT_EQ(static_cast<const ACAD_TEXT&>(*read.GetEntity(static_cast<int>(i))).m_strText, texts[i]);
+        ASSERT_TRUE(static_cast<const ACAD_TEXT&>(*read.GetEntity(static_cast<int>(i))).m_strText == texts[i]) << "text " << i;
 }
 
 TEST(DxfExport, AFailureLeavesTheFileThatWasThere) {

@@ -59,7 +59,9 @@ void CBase_SGT::Add_Default_LineType() {
     for (const DxfLineType& type : StandardLineTypes()) m_lineTypes.push_back(&type);
 }
 
-void CBase_SGT::SetCurColor(int index) { m_nCurColor = index >= 0 && index < kAcadColorByLayer ? index : kAcadColorByLayer; }
+void CBase_SGT::SetCurColor(int index) {
+    m_nCurColor = index >= 0 && index < kAcadColorByLayer ? index : kAcadColorByLayer;
+}
 
 void CBase_SGT::SetCurLType(const char* name) {
     if (!name) return;
@@ -113,7 +115,8 @@ ACAD_TEXT* CBase_SGT::AddText(float x, float y, float z, float height, float ang
     return Add(entity, "TEXT");
 }
 
-ACAD_POLYLINE* CBase_SGT::AddPolyline(std::span<const ACAD_VERTEX> vertices, float startWidth, float endWidth) {
+ACAD_POLYLINE* CBase_SGT::AddPolyline(std::span<const ACAD_VERTEX> vertices, float startWidth,
+                                      float endWidth) {
     ACAD_POLYLINE polyline;
     polyline.m_pVertices = m_arena.Copy(vertices);
     polyline.m_nVertices = static_cast<std::uint32_t>(vertices.size());
@@ -160,13 +163,15 @@ ACAD_CIRCLE* CBase_SGT::Draw_Circle(float cx, float cy, float r, float /*width*/
     return Add(circle, "CIRCLE");
 }
 
-ACAD_POLYLINE* CBase_SGT::Draw_Pline(float x1, float y1, float x2, float y2, float startWidth, float endWidth, float /*width*/) {
+ACAD_POLYLINE* CBase_SGT::Draw_Pline(float x1, float y1, float x2, float y2, float startWidth, float endWidth,
+                                     float /*width*/) {
     if (!AllFinite({x1, y1, x2, y2, startWidth, endWidth})) return nullptr;
     const ACAD_VERTEX ends[] = {{double{x1}, double{y1}, 0}, {double{x2}, double{y2}, 0}};
     return AddPolyline(ends, startWidth, endWidth);
 }
 
-ACAD_POLYLINE* CBase_SGT::Draw_PArc(float cx, float cy, float r, float a1, float a2, float startWidth, float endWidth) {
+ACAD_POLYLINE* CBase_SGT::Draw_PArc(float cx, float cy, float r, float a1, float a2, float startWidth,
+                                    float endWidth) {
     if (!AllFinite({cx, cy, r, a1, a2, startWidth, endWidth}) || r == 0) return nullptr;
     const ArcRun run = RunOf(r, a1, a2);
     const double sweep = run.Sweep();

@@ -32,10 +32,8 @@ void DxfGroupSink::Flush() {
     const char* from = m_buffer.get();
     while (m_error == 0 && from < m_p) {
         const ssize_t n = ::write(m_fd, from, static_cast<std::size_t>(m_p - from));
-        if (n > 0)
-            from += n;
-        else if (n == 0 || errno != EINTR)
-            m_error = n == 0 ? EIO : errno;
+        if (n > 0) from += n;
+        else if (n == 0 || errno != EINTR) m_error = n == 0 ? EIO : errno;
     }
     m_p = m_buffer.get();
 }
@@ -96,7 +94,8 @@ template <class T>
 void DxfGroupSink::AnyReal(int code, T value) {
     constexpr T kAllDigits = 1 << 24;  // whole numbers below are exact in either type
     char* p = Begin(code, kNumberRoom);
-    if (value == std::trunc(value) && std::abs(value) < kAllDigits) {  // by far the most; also turns -0 into 0
+    if (value == std::trunc(value) &&
+        std::abs(value) < kAllDigits) {  // by far the most; also turns -0 into 0
         p = std::to_chars(p, p + kNumberRoom, static_cast<int>(value)).ptr;
     } else {
         char* const from = p;

@@ -40,8 +40,8 @@ enum Handle : std::uint32_t {
     kFirstLayer = 0x400,  // entities follow on layers
 };
 
-// Patterns are in millimetres on paper. On a plan in millimetres a dash would drown at scale 1; at 50 that of DASHDOT
-// is 635 mm, and the shortest lines of an axis net still show one.
+// Patterns are in millimetres on paper. On a plan in millimetres a dash would drown at scale 1; at 50 that of
+// DASHDOT is 635 mm, and the shortest lines of an axis net still show one.
 constexpr int kLineTypeScale = 50;
 
 const ACAD_STYLE kStandardStyle = {"STANDARD", "txt", "", 0, 1};
@@ -96,10 +96,8 @@ void DxfWriter::Run() {
 
 void DxfWriter::Number(int code, double value, bool wasFloat) {
     const auto narrow = static_cast<float>(value);
-    if (wasFloat && static_cast<double>(narrow) == value)
-        m_sink.Real(code, narrow);
-    else
-        m_sink.Real(code, value);
+    if (wasFloat && static_cast<double>(narrow) == value) m_sink.Real(code, narrow);
+    else m_sink.Real(code, value);
 }
 
 void DxfWriter::Point(int code, double x, double y, double z, bool wereFloats) {
@@ -170,7 +168,8 @@ void DxfWriter::BeginTable(const char* name, std::uint32_t handle, std::size_t c
     m_sink.Integer(70, static_cast<std::int64_t>(count));
 }
 
-void DxfWriter::BeginRecord(const char* table, std::uint32_t tableHandle, std::uint32_t handle, const char* className) {
+void DxfWriter::BeginRecord(const char* table, std::uint32_t tableHandle, std::uint32_t handle,
+                            const char* className) {
     m_sink.Text(0, table);
     if (!m_bHandles) return;
     m_sink.Handle(tableHandle == kDimStyleTable ? 105 : 5, handle);
@@ -196,8 +195,8 @@ void DxfWriter::ViewportTable() {
     pair(10, 0, 0);  // the screen's corners
     pair(11, 1, 1);
     pair(12, (e.m_dMinX + e.m_dMaxX) / 2, (e.m_dMinY + e.m_dMaxY) / 2);
-    pair(13, 0, 0);        // snap base
-    pair(14, 100, 100);    // snap and grid steps
+    pair(13, 0, 0);      // snap base
+    pair(14, 100, 100);  // snap and grid steps
     pair(15, 1000, 1000);
     Point(16, 0, 0, 1, false);  // seen from above
     Point(17, 0, 0, 0, false);
@@ -213,14 +212,16 @@ void DxfWriter::ViewportTable() {
     EndTable();
 }
 
-void DxfWriter::LineType(std::uint32_t handle, const char* name, const char* description, const std::vector<float>& pattern) {
+void DxfWriter::LineType(std::uint32_t handle, const char* name, const char* description,
+                         const std::vector<float>& pattern) {
     BeginRecord("LTYPE", kLineTypeTable, handle, "AcDbLinetypeTableRecord");
     m_sink.Text(2, name);
     m_sink.Integer(70, 0);
     m_sink.Text(3, description);
     m_sink.Integer(72, 65);
     m_sink.Integer(73, static_cast<std::int64_t>(pattern.size()));
-    m_sink.Real(40, std::accumulate(pattern.begin(), pattern.end(), 0.0f, [](float sum, float v) { return sum + (v < 0 ? -v : v); }));
+    m_sink.Real(40, std::accumulate(pattern.begin(), pattern.end(), 0.0f,
+                                    [](float sum, float v) { return sum + (v < 0 ? -v : v); }));
     for (const float length : pattern) {
         m_sink.Real(49, length);
         if (m_bHandles) m_sink.Integer(74, 0);
@@ -238,7 +239,8 @@ void DxfWriter::LineTypeTable() {
     }
     std::uint32_t handle = kFirstLineType;
     if (!listed) LineType(handle++, unbroken.m_szName, unbroken.m_szDescription, unbroken.m_pattern);
-    for (const DxfLineType* type : types) LineType(handle++, type->m_szName, type->m_szDescription, type->m_pattern);
+    for (const DxfLineType* type : types)
+        LineType(handle++, type->m_szName, type->m_szDescription, type->m_pattern);
     EndTable();
 }
 
@@ -275,7 +277,9 @@ void DxfWriter::Style(std::uint32_t handle, const ACAD_STYLE& style) {
 
 void DxfWriter::StyleTable() {
     const auto& styles = m_drawing.GetStyles();
-    const auto isStandard = [](const ACAD_STYLE& s) { return CString(s.m_strName).CompareNoCase("STANDARD") == 0; };
+    const auto isStandard = [](const ACAD_STYLE& s) {
+        return CString(s.m_strName).CompareNoCase("STANDARD") == 0;
+    };
     const bool listed = std::any_of(styles.begin(), styles.end(), isStandard);
     BeginTable("STYLE", kStyleTable, styles.size() + !listed);
     std::uint32_t handle = kFirstStyle;
@@ -304,7 +308,8 @@ void DxfWriter::OtherTables() {
     EndTable();
 
     BeginTable("BLOCK_RECORD", kBlockRecordTable, 2);
-    for (const auto& [name, handle] : {std::pair("*Model_Space", kModelRecord), std::pair("*Paper_Space", kPaperRecord)}) {
+    for (const auto& [name, handle] :
+         {std::pair("*Model_Space", kModelRecord), std::pair("*Paper_Space", kPaperRecord)}) {
         BeginRecord("BLOCK_RECORD", kBlockRecordTable, handle, "AcDbBlockTableRecord");
         m_sink.Text(2, name);
     }

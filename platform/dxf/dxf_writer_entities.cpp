@@ -12,7 +12,8 @@ constexpr std::uint32_t kModelSpace = 0x1F, kPaperSpace = 0x1B;  // handles of t
 /// The width of a polyline where it has gone through a share of its pieces.
 double WidthAt(const ACAD_POLYLINE& polyline, std::size_t piece, std::size_t pieces) {
     const double start = double{polyline.m_fStartWidth}, end = double{polyline.m_fEndWidth};
-    return pieces == 0 ? start : start + (end - start) * static_cast<double>(piece) / static_cast<double>(pieces);
+    return pieces == 0 ? start
+                       : start + (end - start) * static_cast<double>(piece) / static_cast<double>(pieces);
 }
 
 }  // namespace
@@ -29,7 +30,9 @@ void DxfWriter::Entity(const ACAD_ENTITY& entity) {
             Point(10, point.m_x, point.m_y, point.m_z, entity.m_bFloats);
             break;
         }
-        case kAcadLine: Line(static_cast<const ACAD_LINE&>(entity)); break;
+        case kAcadLine:
+            Line(static_cast<const ACAD_LINE&>(entity));
+            break;
         case kAcadArc: {
             const auto& arc = static_cast<const ACAD_ARC&>(entity);
             Head(entity, "ARC", "AcDbCircle");
@@ -49,14 +52,15 @@ void DxfWriter::Entity(const ACAD_ENTITY& entity) {
         }
         case kAcadPolyline: {
             const auto& polyline = static_cast<const ACAD_POLYLINE&>(entity);
-            if (m_bHandles)
-                LightPolyline(polyline);
-            else
-                OldPolyline(polyline);
+            if (m_bHandles) LightPolyline(polyline);
+            else OldPolyline(polyline);
             break;
         }
-        case kAcadText: Text(static_cast<const ACAD_TEXT&>(entity)); break;
-        default: break;
+        case kAcadText:
+            Text(static_cast<const ACAD_TEXT&>(entity));
+            break;
+        default:
+            break;
     }
 }
 
@@ -77,7 +81,8 @@ void DxfWriter::Head(const ACAD_ENTITY& entity, const char* kind, const char* cl
     }
     if (entity.m_bPaperSpace) m_sink.Integer(67, 1);
     m_sink.Text(8, LayerName(entity));
-    if (entity.m_nLType != 0 && entity.m_nLType < m_lineTypeNames.size()) m_sink.Text(6, m_lineTypeNames[entity.m_nLType]);
+    if (entity.m_nLType != 0 && entity.m_nLType < m_lineTypeNames.size())
+        m_sink.Text(6, m_lineTypeNames[entity.m_nLType]);
     if (entity.m_nColor != kAcadColorByLayer) m_sink.Integer(62, entity.m_nColor);
     Class(className);
 }
