@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "fields/backgrnd.h"
-#include "geometry/fcoor.h"
+#include "geometry/projection.h"
 
 namespace {
 
@@ -42,13 +42,16 @@ bool FirstGridNodeNear(const CBackgrnd& grid, const CFCoor& coor, const CFPoint&
     } else if (static_cast<double>(xs.size()) * static_cast<double>(ys.size()) * static_cast<double>(zs.size()) > kMostTurnedNodes) {
         return false;
     }
+    const PlaneView view(coor.m_fAlpha, coor.m_fBeta);
     for (const float x : xs)
-        for (const float y : ys)
+        for (const float y : ys) {
+            const float aside = view.U(x, y) - cursor.x, depth = view.Depth(x, y);
+            if (!(static_cast<double>(std::fabs(aside)) < reach)) continue;  // so is no node above it
             for (const float z : zs) {
-                const CFPoint seen = coor.PointTouYing({x, y, z});
-                if (!(static_cast<double>(std::hypot(seen.x - cursor.x, seen.y - cursor.y)) < reach)) continue;
+                if (!(static_cast<double>(std::hypot(aside, view.V(z, depth) - cursor.y)) < reach)) continue;
                 found = CFPoint(x, y, plane ? 0 : z);
                 return true;
             }
+        }
     return false;
 }

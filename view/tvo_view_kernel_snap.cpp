@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "fields/backgrnd.h"
-#include "geometry/angles.h"
+#include "geometry/projection.h"
 #include "model/goujian.h"
 #include "model/profile.h"
 #include "model/tvo_data_base.h"
@@ -108,6 +108,7 @@ int CTvoViewKernel::GetSnapPointByObject(CFPoint& pt, int& kind) {
     const double reach = m_cCoor.DPtoFP(CATCH_SIZE);
     CGouJianExList candidates;
     m_pDataBase->GetInterRect(world, candidates);
+    const PlaneView plane(m_cCoor.m_fAlpha, m_cCoor.m_fBeta);
     CArray<CFPoint> points;
     CArray<int> kinds;
     for (POSITION p = candidates.GetHeadPosition(); p;) {
@@ -117,8 +118,10 @@ int CTvoViewKernel::GetSnapPointByObject(CFPoint& pt, int& kind) {
         kinds.RemoveAll();
         obj->QueryAbsSnapPoint(0xFFFFFFFF, points, kinds);
         for (int i = 0; i < points.GetSize(); ++i) {
-            if (!(static_cast<double>(Distance(m_cCoor.PointTouYing(points[i]), pt)) < reach)) continue;
-            pt = points[i];
+            const CFPoint& at = points[i];
+            const CFPoint seen(plane.U(at.x, at.y), plane.V(at.z, plane.Depth(at.x, at.y)), 0);
+            if (!(static_cast<double>(Distance(seen, pt)) < reach)) continue;
+            pt = at;
             if (m_bPlaneSnap == 1) pt.z = 0;
             kind = i < kinds.GetSize() ? kinds[i] : -1;
             return 1;
@@ -204,22 +207,23 @@ CRect CTvoViewKernel::DrawSnapSymbolByBackgrid(CDC* dc, unsigned long colour, CF
     return DrawRectSnapSymbol(dc, colour, pt);
 }
 
+// These stand at a point of the model, where a turned view shows it: not where the cursor is that took its coordinates.
 CRect CTvoViewKernel::DrawRectSnapSymbol(CDC* dc, unsigned long colour, CFPoint pt) {
-    const CRect box = SymbolBox(PixelOf(pt));
+    const CRect box = SymbolBox(m_cCoor.FPtoDP(pt));
     const SymbolDrawing drawing(*dc, PS_SOLID, 2, colour);
     dc->Rectangle(box);
     return Touched(box);
 }
 
 CRect CTvoViewKernel::DrawCircleSnapSymbol(CDC* dc, unsigned long colour, CFPoint pt) {
-    const CRect box = SymbolBox(PixelOf(pt));
+    const CRect box = SymbolBox(m_cCoor.FPtoDP(pt));
     const SymbolDrawing drawing(*dc, PS_SOLID, 2, colour);
     dc->Ellipse(box);
     return Touched(box);
 }
 
 CRect CTvoViewKernel::DrawTriangleSnapSymbol(CDC* dc, unsigned long colour, CFPoint pt) {
-    const CPoint p = PixelOf(pt);
+    const CPoint p = m_cCoor.FPtoDP(pt);
     const CRect box = SymbolBox(p);
     const int h = box.right - p.x;
     const SymbolDrawing drawing(*dc, PS_SOLID, 2, colour);
