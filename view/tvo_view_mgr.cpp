@@ -174,16 +174,16 @@ void CTvoViewMgr::_Svr_SwitchGridDisplay() {
 }
 
 void CTvoViewMgr::_Svr_ShowHighLight(float x, float y, float size) {
-    m_fHighLightX = x;
-    m_fHighLightY = y;
+    m_cHighLight = {x, y};
     m_fHighLightSize = size;
     m_bHighLight = 1;
 }
 
 void CTvoViewMgr::_Fun_ShowHighLight(CDC* dc) {
     if (!m_bHighLight) return;
-    const CPoint at = PixelOf({m_fHighLightX, m_fHighLightY, 0});
-    const int h = m_cCoor.FPtoDP(static_cast<double>(m_fHighLightSize));
+    const CPoint at = PixelOf({m_cHighLight.x, m_cHighLight.y, 0});
+    constexpr int kFar = 1 << 29;  // pixels; the spot itself may stand twice as far out
+    const int h = std::clamp(m_cCoor.FPtoDP(static_cast<double>(m_fHighLightSize)), -kFar, kFar);
     CPen pen(PS_SOLID, 3, RGB(255, 255, 255));
     CPen* const oldPen = dc->SelectObject(&pen);
     CGdiObject* const oldBrush = dc->SelectStockObject(NULL_BRUSH);

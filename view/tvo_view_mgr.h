@@ -59,7 +59,9 @@ public:
     /// The transform moves by start minus end; the cursor keeps its pixel.
     void PanBy(const CFPoint& from, const CFPoint& to);
 
-    float m_fHighLightX = 0, m_fHighLightY = 0;  // a marked spot
+    struct Spot {
+        float x = 0, y = 0;
+    } m_cHighLight;                   // a marked spot
     int m_bHighLight = 0;
     float m_fHighLightSize = 100.0f;  // half its size, model units
     int m_nStateToggle = 0;           // odd: a state is saved

@@ -24,6 +24,14 @@ const char* const kViewNames[] = {"Coor.X", "Coor.Y", "Coor.Z", "Coor.Scale", "C
 
 bool IsTooSmall(const CRect& client) { return client.Width() < 2 || client.Height() < 2; }
 
+/// What a view shows, without the size of its window.
+void CopyShow(CFCoor& to, const CFCoor& from) {
+    to.Init(from.GetOrigin(), from.GetScale(), from.IsReverseY());
+    to.m_cOrigin.z = from.m_cOrigin.z;
+    to.m_fAlpha = from.m_fAlpha;
+    to.m_fBeta = from.m_fBeta;
+}
+
 }  // namespace
 
 // ---- saved views ------------------------------------------------------------------------------------------
@@ -45,13 +53,12 @@ void CTvoViewMgr::_Fun_ShowPre() {
     Invalidate();
 }
 
-void CTvoViewMgr::_Fun_GetCurrShow(CFCoor* coor) { *coor = m_cCoor; }
+void CTvoViewMgr::_Fun_GetCurrShow(CFCoor* coor) { CopyShow(*coor, m_cCoor); }
 
 // The next paint rebuilds the base map anyway.
 void CTvoViewMgr::_Fun_SetCurrShow(CFCoor* coor) {
-    m_cCoor.Init(coor->GetOrigin(), coor->GetScale(), coor->IsReverseY());
-    m_cCoor.m_fAlpha = coor->m_fAlpha;
-    m_cCoor.m_fBeta = coor->m_fBeta;
+    if (!IsUsableView(coor->GetScale(), coor->GetOrigin())) return;
+    CopyShow(m_cCoor, *coor);
     RefreshViewPort();
     Invalidate();
 }
@@ -104,14 +111,16 @@ void CTvoViewMgr::_Fun_ShowRect(const CFPoint& a, const CFPoint& b, int bRedraw,
     if (bRedraw == 1) Invalidate();
 }
 
+// The view is saved before anything is looked at, unlike above.
 void CTvoViewMgr::_Fun_CenterAt(float x, float y) {
+    if (!IsUsableView(m_cCoor.GetScale(), {x, y, 0})) return;
+    _Fun_SaveCoor();
     const CRect client = GetClientRect();
     const CFRect world = m_cCoor.DPtoFP(client);
     if (!(static_cast<double>(world.m_fMaxX) - world.m_fMinX >= kSmallestSide &&
           static_cast<double>(world.m_fMaxY) - world.m_fMinY >= kSmallestSide) ||
-        IsTooSmall(client) || !IsUsableView(m_cCoor.GetScale(), {x, y, 0}))
+        IsTooSmall(client))
         return;
-    _Fun_SaveCoor();
     const CPoint cursor = PixelOf(m_cCursor);
     CenterOn(static_cast<double>(x), static_cast<double>(y), m_cCoor.GetScale());
     RefreshViewPort();
@@ -170,9 +179,10 @@ void CTvoViewMgr::Zoom(float factor) {
     const CRect client = GetClientRect();
     const double before = static_cast<double>(m_cCoor.GetScale()), now = static_cast<double>(scale);
     const CFPoint origin = m_cCoor.GetOrigin();
+    const int down = m_cCoor.IsReverseY() ? -1 : 1;  // the sense of y from the origin into the window
     m_cCoor.SetScale(scale);
     m_cCoor.SetOrigin({static_cast<float>(origin.x + (client.Width() / before - client.Width() / now) / 2),
-                       static_cast<float>(origin.y - (client.Height() / before - client.Height() / now) / 2), 0});
+                       static_cast<float>(origin.y + down * (client.Height() / before - client.Height() / now) / 2), 0});
     RefreshViewPort();
     m_bBaseMapDirty = 1;
     Invalidate();
