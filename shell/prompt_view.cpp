@@ -144,6 +144,11 @@ BOOL CResultOutput::OnMouseWheel(UINT keys, int delta, CPoint screen) {
     return m_pPromptView ? m_pPromptView->OnMouseWheel(keys, delta, screen) : 0;
 }
 
+// With the focus here as ever the wheel is still the view's.
+BOOL CPromptInput::OnMouseWheel(UINT keys, int delta, CPoint screen) {
+    return m_pPromptView ? m_pPromptView->OnMouseWheel(keys, delta, screen) : 0;
+}
+
 // The key of the character, letters as capitals: its code would be that of an F key or an arrow.
 void CResultOutput::OnChar(UINT code) {
     if (!m_pPromptView) return;
@@ -221,17 +226,16 @@ bool CPromptInput::AnswerSelection(CTvoViewMgr& view, const CString& text) {
         view.SendMessage(WM_DTVIEW_WORK, DTW_NORMAL);
         return true;
     }
-    const CommandCall call(view, command);
-    if (!(command->OnQueryState() & QS_TEXT)) return true;
+    unsigned answer = 0;
+    bool stands = view.Called(command, [&] { answer = command->OnQueryState(); });
+    if (!stands || !(answer & QS_TEXT)) return true;
     std::string typed = Cut(text);
-    const unsigned answer = command->OnGetObject(OH_TEXT, typed.data(), 0);
-    if (call.Stands() && command->m_pRubberLine) view.Invalidate();
-    if (call.Stands() && (answer == QS_CANCEL || answer == QS_FINISH)) {
-        // One that has finished is cancelled before it is completed with all others, a quirk that hosts know; one that
-        // cancels is cancelled with them.
-        if (answer == QS_FINISH) command->OnCancel();
-        if (call.Stands()) view.ReSetToInitialState(answer == QS_CANCEL);
-    }
+    stands = view.Called(command, [&] { answer = command->OnGetObject(OH_TEXT, typed.data(), 0); });
+    if (stands && command->m_pRubberLine) view.Invalidate();
+    // One that has finished is cancelled before it is completed with all others, a quirk that hosts know; one that
+    // cancels is cancelled with them.
+    if (stands && answer == QS_FINISH) stands = view.Called(command, [&] { command->OnCancel(); });
+    if (stands && (answer == QS_CANCEL || answer == QS_FINISH)) view.ReSetToInitialState(answer == QS_CANCEL);
     m_pPromptView->AppendPromptText(text);
     SetWindowText("");
     return true;

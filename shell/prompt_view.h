@@ -30,6 +30,7 @@ public:
 protected:
     void OnKeyDown(UINT key, LPARAM flags) override;
     void OnChar(UINT code) override;  // Enter, Space, Tab and Esc are keys, not text
+    BOOL OnMouseWheel(UINT keys, int delta, CPoint screen) override;
 
 private:
     void OnEnter(CTvoViewMgr& view, UINT key, const CString& text);
