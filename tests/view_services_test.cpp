@@ -123,7 +123,7 @@ TEST_F(ViewServices, SnapsToTheFirstGridNodeOfAPlainLoop) {
         grid.m_strKuaX = texts[dice() % 4];
         grid.m_strKuaY = texts[dice() % 4];
         grid.m_strKuaZ = texts[dice() % 4];
-        grid.m_fX0 = 1000;
+        grid.m_fX0 = dice() % 2 ? 1000.0f : 1030.0f;
         grid.m_fY0 = 2000;
         grid.m_fZ0 = 50;
         m_view->m_cCoor.m_fAlpha = 0;
@@ -137,7 +137,7 @@ TEST_F(ViewServices, SnapsToTheFirstGridNodeOfAPlainLoop) {
         const CFPoint cursor =
             m_view->WorldOf({static_cast<int>(dice() % 500), static_cast<int>(dice() % 600)});
         bool found = false;
-        CFPoint node(1000, 2000, 50), want = cursor;
+        CFPoint node(grid.m_fX0, 2000, 50), want = cursor;
         for (int i = 0; i <= x.GetSize() && !found; node.x += i < x.GetSize() ? x[i] : 0, ++i) {
             node.y = 2000;
             for (int j = 0; j <= y.GetSize() && !found; node.y += j < y.GetSize() ? y[j] : 0, ++j) {

@@ -451,6 +451,36 @@ TEST_F(ViewTrace, AClickBeginsAWindow) {
     EXPECT_NE(std::find(all.begin(), all.end(), "没有对象被选中"), all.end());
 }
 
+TEST_F(ViewTrace, APolygonSelectsByItsSenseAndFollowsEachPoint) {
+    for (const bool anticlockwise : {true, false}) {
+        SCOPED_TRACE(anticlockwise);
+        g_picked.clear();
+        Plan();
+        CGjNetLine* const inside = Line(1500, 1000, 2500, 1000);
+        CGjNetLine* const across = Line(3000, 1500, 6000, 1500);
+        Enter("sel");
+        Key(VK_TAB);
+        Key(VK_TAB);
+        EXPECT_EQ(Work(), "PolygonSelect");
+        const CPoint corners[] = {{50, 550}, {400, 550}, {400, 300}, {50, 300}};
+        for (int i = 0; i < 4; ++i) {
+            const CPoint p = corners[anticlockwise ? i : (5 - i) % 4];
+            Click(p.x, p.y);
+            ExpectClean("point");
+            EXPECT_EQ(m_view->m_pSelectedList->IsEmpty(), i < 2);
+        }
+        EXPECT_EQ(inside->get_m_byteStatus(), 1);
+        EXPECT_EQ(across->get_m_byteStatus(), anticlockwise ? 0 : 1);
+        EXPECT_EQ(Prompt(), "对象被选中");
+        Right();
+        EXPECT_EQ(g_picked.size(), anticlockwise ? 1u : 2u);
+        ExpectIdle();
+        m_db->DeleteGouJian(inside);
+        m_db->DeleteGouJian(across);
+        m_system.Drain();
+    }
+}
+
 TEST_F(ViewTrace, ZoomWindow) {
     const std::string prompt = "[放大<I>/缩小<O>/全部<A>/扩展<E>/开窗<W>]<扩展<E>";
     Plan();
