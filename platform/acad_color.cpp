@@ -43,6 +43,8 @@ COLORREF GetAcadRGBColor(int index) {
 
 namespace {
 
+constexpr int kIndexOfBlack = 7;
+
 struct Channels {
     std::array<int, 256> r, g, b;
 };
@@ -62,6 +64,7 @@ const Channels& TableChannels() {
 }
 
 int NearestIndex(int r, int g, int b) {
+    if ((r | g | b) == 0) return kIndexOfBlack;
     const Channels& table = TableChannels();
     std::array<int, 256> distance;
     for (std::size_t i = 0; i < 256; ++i) {
@@ -78,7 +81,7 @@ int NearestIndex(int r, int g, int b) {
 int RGB2AcadIndex(int r, int g, int b) {
     struct Known {
         std::uint32_t color = 0;
-        int index = 7;  // of black
+        int index = kIndexOfBlack;
     };
     static thread_local std::array<Known, 256> known;
     const auto channel = [](int v) { return static_cast<std::uint32_t>(std::clamp(v, 0, 255)); };
