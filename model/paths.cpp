@@ -173,8 +173,8 @@ CString ExtractWorkPath(const CString& file) { return get_file_path(file); }
 CString ConfirmFileExt(const CString& path, const CString& ext) {
     CString wanted = ext;
     wanted.TrimLeft(".");
-    if (path.IsEmpty() || wanted.IsEmpty() || get_file_ext(path).CompareNoCase("." + wanted) == 0)
-        return path;
+    const bool namesFile = !path.IsEmpty() && !IsSlash(path[path.GetLength() - 1]);
+    if (!namesFile || wanted.IsEmpty() || get_file_ext(path).CompareNoCase("." + wanted) == 0) return path;
     return path + "." + wanted;
 }
 

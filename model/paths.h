@@ -27,7 +27,7 @@ CString IncludeTrailingSlash(const CString& path);
 /// The folder of a work's chief file, as G_strWorkPath holds it.
 CString ExtractWorkPath(const CString& file);
 /// Appends the extension ("dxf" or ".dxf") unless the path has it, ASCII case aside: "a.txt" becomes
-/// "a.txt.dxf". An empty path stays empty.
+/// "a.txt.dxf". A path that names no file, empty or with a slash at its end, stays as it is.
 CString ConfirmFileExt(const CString& path, const CString& ext);
 
 CString get_my_exe_directory();  // of the running program, slash included

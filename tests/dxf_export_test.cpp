@@ -244,6 +244,7 @@ TEST(DxfExport, NumbersComeBackAndAreWrittenPlainly) {
     }
     CBase_SGT drawing;
     drawing.New_MemDxf();
+    drawing.Add_Default_LineType();
     for (std::size_t i = 0; i < numbers.size(); i += 4)
         drawing.Draw_Line(numbers[i], numbers[i + 1], numbers[i + 2], numbers[i + 3], 1);
     ASSERT_EQ(drawing.Write_MemDxf_To_File(path.c_str()), 1);
@@ -267,6 +268,7 @@ TEST(DxfExport, NumbersComeBackAndAreWrittenPlainly) {
         }
     }
     EXPECT_NE(Bytes(path).find(" 10\r\n0.1\r\n 20\r\n0.33333334\r\n"), std::string::npos);  // not the digits of a double
+    EXPECT_NE(Bytes(path).find(" 40\r\n50.8\r\n 49\r\n31.75\r\n"), std::string::npos);    // the length of CENTER's pattern
 }
 
 TEST(DxfExport, TextsComeBack) {

@@ -393,6 +393,7 @@ TEST(Paths, PartsPutTogetherAreThePath) {
     EXPECT_EQ(ConfirmFileExt("a.DXF", "dxf"), "a.DXF");
     EXPECT_EQ(ConfirmFileExt("d.x/a", ".dxf"), "d.x/a.dxf");
     EXPECT_EQ(ConfirmFileExt("", "dxf"), "");
+    EXPECT_EQ(ConfirmFileExt("d/", "dxf"), "d/");  // a folder: no hidden file ".dxf" in it
 }
 
 TEST(Paths, FilesOfAFolder) {

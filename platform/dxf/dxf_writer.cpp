@@ -2,6 +2,7 @@
 #include "platform/dxf/dxf_writer.h"
 
 #include <algorithm>
+#include <cmath>
 #include <numeric>
 
 #include "platform/dxf/dxf.h"
@@ -220,10 +221,12 @@ void DxfWriter::LineType(std::uint32_t handle, const char* name, const char* des
     m_sink.Text(3, description);
     m_sink.Integer(72, 65);
     m_sink.Integer(73, static_cast<std::int64_t>(pattern.size()));
-    m_sink.Real(40, std::accumulate(pattern.begin(), pattern.end(), 0.0f,
-                                    [](float sum, float v) { return sum + (v < 0 ? -v : v); }));
-    for (const float length : pattern) {
-        m_sink.Real(49, length);
+    const double length = std::accumulate(pattern.begin(), pattern.end(), 0.0, [](double sum, float v) {
+        return sum + std::abs(static_cast<double>(v));
+    });
+    m_sink.Real(40, static_cast<float>(length));  // 50.8 and not what the sum of floats would leave
+    for (const float dash : pattern) {
+        m_sink.Real(49, dash);
         if (m_bHandles) m_sink.Integer(74, 0);
     }
 }
