@@ -25,6 +25,8 @@ enum Handle : std::uint32_t {
     kDimStyleTable = 0xA,
     kRootDictionary = 0xC,
     kGroupDictionary = 0xD,
+    kPlotStyleDictionary = 0xE,
+    kPlotStyle = 0xF,
     kAppId = 0x12,
     kByBlock = 0x14,
     kByLayer = 0x15,
@@ -85,7 +87,7 @@ void DxfWriter::Run() {
         m_sink.Text(0, "ENDSEC");
     };
     section("HEADER", &DxfWriter::Header);
-    if (m_bHandles) section("CLASSES", nullptr);
+    if (m_bHandles) section("CLASSES", &DxfWriter::Classes);
     section("TABLES", &DxfWriter::Tables);
     section("BLOCKS", m_bHandles ? &DxfWriter::Blocks : nullptr);
     section("ENTITIES", &DxfWriter::Entities);
@@ -258,6 +260,7 @@ void DxfWriter::LayerTable() {
         m_sink.Integer(70, (layer.m_bFrozen ? 1 : 0) | (layer.m_bLocked ? 4 : 0));
         m_sink.Integer(62, layer.m_bOff ? -layer.m_nColor : layer.m_nColor);
         m_sink.Text(6, StandardLineTypes()[0].m_szName);
+        if (m_bHandles) m_sink.Handle(390, kPlotStyle);
     };
     BeginTable("LAYER", kLayerTable, layers.size() + !listed);
     if (!listed) record(DxfLayer{.m_strName = "0"});
@@ -319,7 +322,19 @@ void DxfWriter::OtherTables() {
     EndTable();
 }
 
-// --- blocks and objects of 2000 ---------------------------------------------------------------------------
+// --- classes, blocks and objects of 2000 ------------------------------------------------------------------
+
+/// The kinds of objects that are not known of themselves.
+void DxfWriter::Classes() {
+    for (const auto& [name, className] : {std::pair("ACDBDICTIONARYWDFLT", "AcDbDictionaryWithDefault"),
+                                          std::pair("ACDBPLACEHOLDER", "AcDbPlaceHolder")}) {
+        m_sink.Text(0, "CLASS");
+        m_sink.Text(1, name);
+        m_sink.Text(2, className);
+        m_sink.Text(3, "ObjectDBX Classes");
+        for (const int code : {90, 280, 281}) m_sink.Integer(code, 0);
+    }
+}
 
 void DxfWriter::Blocks() {
     struct Space {
@@ -347,17 +362,29 @@ void DxfWriter::Blocks() {
     }
 }
 
+/// One plot style, for the layers: strict readers want each to name one.
 void DxfWriter::Objects() {
-    m_sink.Text(0, "DICTIONARY");
-    m_sink.Handle(5, kRootDictionary);
-    m_sink.Handle(330, kRoot);
-    Class("AcDbDictionary");
-    m_sink.Integer(281, 1);
-    m_sink.Text(3, "ACAD_GROUP");
-    m_sink.Handle(350, kGroupDictionary);
-    m_sink.Text(0, "DICTIONARY");
-    m_sink.Handle(5, kGroupDictionary);
-    m_sink.Handle(330, kRootDictionary);
-    Class("AcDbDictionary");
-    m_sink.Integer(281, 1);
+    const auto object = [&](const char* kind, Handle handle, Handle owner) {
+        m_sink.Text(0, kind);
+        m_sink.Handle(5, handle);
+        m_sink.Handle(330, owner);
+    };
+    const auto dictionary = [&](const char* kind, Handle handle, Handle owner) {
+        object(kind, handle, owner);
+        Class("AcDbDictionary");
+        m_sink.Integer(281, 1);
+    };
+    const auto member = [&](const char* name, Handle handle) {
+        m_sink.Text(3, name);
+        m_sink.Handle(350, handle);
+    };
+    dictionary("DICTIONARY", kRootDictionary, kRoot);
+    member("ACAD_GROUP", kGroupDictionary);
+    member("ACAD_PLOTSTYLENAME", kPlotStyleDictionary);
+    dictionary("DICTIONARY", kGroupDictionary, kRootDictionary);
+    dictionary("ACDBDICTIONARYWDFLT", kPlotStyleDictionary, kRootDictionary);
+    member("Normal", kPlotStyle);
+    Class("AcDbDictionaryWithDefault");
+    m_sink.Handle(340, kPlotStyle);
+    object("ACDBPLACEHOLDER", kPlotStyle, kPlotStyleDictionary);
 }

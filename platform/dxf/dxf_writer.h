@@ -38,6 +38,7 @@ private:
     }
 
     void Header();
+    void Classes();
     void Tables();
     void BeginTable(const char* name, std::uint32_t handle, std::size_t count);
     void BeginRecord(const char* table, std::uint32_t tableHandle, std::uint32_t handle, const char* className);
