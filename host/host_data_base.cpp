@@ -182,9 +182,12 @@ CTvoRider* CTvoHostDataBase::AddRider(CGjNetLine* line, float width, std::uint32
     }
     CArray<CGouJianEx*> standing;
     QueryGouJianOnNetLine(line, standing);
-    const CTvoRider::Kind kind{width, tag, status == GJ_STATUS_HIDDEN};
-    for (CGouJianEx* obj : standing)
-        if (auto* rider = static_cast<CTvoRider*>(obj); rider->KindOf() == kind) return rider;
+    for (CGouJianEx* obj : standing) {
+        auto* const rider = static_cast<CTvoRider*>(obj);
+        if (rider->KindOf() != CTvoRider::Kind{width, tag}) continue;
+        if (!rider->IsVisable()) rider->set_m_byteStatus(status);
+        return rider;
+    }
     auto* rider = new CTvoRider;
     rider->m_pDataBase = this;
     rider->set_m_dwGouJianID(GetNextID(kTvoRiderType));

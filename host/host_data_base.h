@@ -52,8 +52,8 @@ public:
     void CreateGouJianAfterBreak(CGjNetLine* old, CGjNetLine* part, CArray<CGouJianEx*>& riders) override;
     void CreateGouJianAfterMerge(CGjNetLine* merged, CGjNetLine* l1, CGjNetLine* l2, CArray<CGouJianEx*>& riders1,
                                  CArray<CGouJianEx*>& riders2, int mode) override;
-    /// Puts a strip on a line; the one that stands there if it is of the same width and tag. Null when plates have
-    /// taken the riders' type byte.
+    /// Puts a strip on a line; the one that stands there if it is of the same width and tag, no longer hidden
+    /// if this one is to be seen. Null when plates have taken the riders' type byte.
     CTvoRider* AddRider(CGjNetLine* line, float width, std::uint32_t tag, unsigned char status);
 
     // --- loads ---

@@ -14,17 +14,17 @@ inline constexpr unsigned char kTvoRiderType = 253;
 /// sees to that. It shows as its outline.
 class CTvoRider : public CGjLineGouJian {
 public:
-    /// What riders have in common that may become one when their lines do.
+    /// What riders have in common that may become one when their lines do. Whether they are hidden plays no
+    /// part: the net must not come out otherwise by what is shown of it.
     struct Kind {
         float width;
         std::uint32_t tag;
-        bool hidden;
         auto operator<=>(const Kind&) const = default;
     };
 
     CTvoRider() = default;
 
-    Kind KindOf() const { return {m_fWidth, m_dwTag, !IsVisable()}; }
+    Kind KindOf() const { return {m_fWidth, m_dwTag}; }
 
     /// Looks the line up by its identity, once, if that stands in m_pDataBase.
     void OnCalcParameters() override;

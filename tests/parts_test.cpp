@@ -339,6 +339,24 @@ TEST(Riders, SurviveWhateverTheNetGoesThrough) {
     EXPECT_GT(breaks, 100);
 }
 
+TEST(Riders, MergeWhateverIsHidden) {
+    CTvoHostDataBase db;
+    db.AddNetLine(CFPoint(0, 0, 0), CFPoint(6000, 0, 0), 0, 0);
+    db.AddRider(LinesOf(db)[0], 200, 5, GJ_STATUS_NORMAL);
+    db.AddNetLine(CFPoint(3000, 0, 0), CFPoint(3000, 4000, 0), 0, 0);
+    ASSERT_EQ(RidersOf(db).size(), 2u);
+    RidersOf(db)[0]->set_m_byteStatus(GJ_STATUS_HIDDEN);
+    for (CGjNetLine* line : LinesOf(db))
+        if (line->GetEndPoint().y > 1) db.DeleteNetLine(line);
+    ASSERT_EQ(LinesOf(db).size(), 1u);
+    ASSERT_EQ(RidersOf(db).size(), 1u);
+    CTvoRider* const rider = RidersOf(db)[0];
+    EXPECT_TRUE(rider->IsVisable());
+    rider->set_m_byteStatus(GJ_STATUS_HIDDEN);
+    EXPECT_EQ(db.AddRider(LinesOf(db)[0], 200, 5, GJ_STATUS_NORMAL), rider);
+    EXPECT_TRUE(rider->IsVisable());
+}
+
 TEST_F(PartsFile, ComeBackToTheSameBytes) {
     CTvoHostDataBase db, opened;
     DrawEverything(db);
