@@ -4,11 +4,26 @@
 
 #include "platform/code_page.h"
 
+namespace {
+
+/// U+FFFE and U+FFFF, the two characters above the control characters that no XML may hold.
+bool BeginsWithNoncharacter(std::string_view text) {
+    return text.starts_with("\xEF\xBF\xBE") || text.starts_with("\xEF\xBF\xBF");
+}
+
+}  // namespace
+
 std::string SvgEscaped(std::string_view text) {
     const bool whole = IsUtf8(text);
     std::string out;
     out.reserve(text.size());
-    for (const char c : text) {
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (BeginsWithNoncharacter(text.substr(i))) {
+            out += "\xEF\xBF\xBD";  // U+FFFD, as wide as they are
+            i += 2;
+            continue;
+        }
+        const char c = text[i];
         const auto byte = static_cast<unsigned char>(c);
         switch (c) {
             case '&':
