@@ -86,11 +86,15 @@ void PrintAdded(Script& script, const CGouJianEx* part) {
 
 // ---- drawing --------------------------------------------------------------------------------------
 
+bool IsControl(char c) { return (c >= 0 && c < ' ') || c == 0x7F; }
+
 void RunText(Script& script, const Words& words) {
     const float x = Place(words, 1, "X"), y = Place(words, 2, "Y"), height = Size(words[3], "HEIGHT");
     const double degrees = ScriptNumber(words[4], "ANGLE_DEG", -36000, 36000);
     if (words[5].empty()) throw ScriptFailure{"STRING: a text of nothing"};
     if (!IsUtf8(words[5])) throw ScriptFailure{"STRING: the text is not UTF-8"};
+    if (std::any_of(words[5].begin(), words[5].end(), IsControl))
+        throw ScriptFailure{"STRING: the text holds a control character, such as a tab"};
     const PartOptions options = OptionsFrom(words, 6);
     const auto radians = static_cast<float>(degrees * std::numbers::pi / 180);
     PrintAdded(script, script.m_db.DrawTextA(x, y, CString(words[5]), options.tag, GJ_STATUS_NORMAL, height,
