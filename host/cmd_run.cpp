@@ -12,12 +12,12 @@ namespace {
 
 const char* const kAbout =
     "Edits a net by commands, one a line, and prints the results as JSON, one object a line.\n"
-    "# starts a comment; a word with spaces stands in double quotes. Coordinates and lengths are\n"
-    "millimetres, angles degrees. Ends snap to nodes within the tolerance (50 at start), crossings\n"
-    "break lines. Everything up to the next start is one undo step. Once plates stand they follow each\n"
-    "edit, and nodes that it leaves without lines go, except those that node placed; between begin and\n"
-    "end this waits for the end. Outer contours are no plates unless outer is set. A load stays while\n"
-    "its plate keeps its place and size.";
+    "# starts a comment; a word with spaces stands in double quotes, a quote in it written twice.\n"
+    "Coordinates and lengths are millimetres, angles degrees. Ends snap to nodes within the tolerance\n"
+    "(50 at start), crossings break lines. Everything up to the next start is one undo step. Once\n"
+    "plates stand they follow each edit, and nodes that it leaves without lines go, except those that\n"
+    "node placed; between begin and end this waits for the end. Outer contours are no plates unless\n"
+    "outer is set. A load stays while its plate keeps its place and size.";
 
 std::string Footer() {
     return std::string(kAbout) + "\n\nCommands:\n" + Script::Help() +

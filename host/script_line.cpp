@@ -15,6 +15,19 @@ bool BeginsWithColor(std::string_view text) {
            text.substr(1, kLength - 1).find_first_not_of("0123456789abcdefABCDEF") == std::string_view::npos;
 }
 
+/// The word whose opening quote stands at `i`, which moves behind the closing one. Two quotes in it are one of its letters.
+std::string QuotedWord(std::string_view line, std::size_t& i) {
+    std::string word;
+    for (;;) {
+        const std::size_t end = line.find('"', i + 1);
+        if (end == std::string_view::npos) throw ScriptFailure{"a quote is not closed"};
+        word += line.substr(i + 1, end - i - 1);
+        i = end + 1;
+        if (i == line.size() || line[i] != '"') return word;
+        word += '"';
+    }
+}
+
 /// std::from_chars knows no plus sign; people write one.
 std::string_view WithoutPlus(std::string_view word) {
     if (word.size() > 1 && word[0] == '+' && word[1] != '-') word.remove_prefix(1);
@@ -44,10 +57,7 @@ std::vector<std::string> SplitScriptLine(std::string_view line) {
         } else if (line[i] == '#') {
             break;
         } else if (line[i] == '"') {
-            const std::size_t end = line.find('"', i + 1);
-            if (end == std::string_view::npos) throw ScriptFailure{"a quote is not closed"};
-            words.emplace_back(line.substr(i + 1, end - i - 1));
-            i = end + 1;
+            words.push_back(QuotedWord(line, i));
         } else {
             const std::size_t first = i;
             while (i < line.size() && !IsBlank(line[i]) && line[i] != '#' && line[i] != '"') ++i;

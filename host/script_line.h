@@ -13,7 +13,8 @@ struct ScriptFailure {
 inline constexpr std::string_view kColorWord = "colour";
 
 /// Splits a line at white space; `#` outside quotes starts a comment, unless it begins the six digits of a colour behind
-/// kColorWord. A word in double quotes may hold spaces and `#`. Throws ScriptFailure when a quote stays open.
+/// kColorWord. A word in double quotes may hold spaces and `#`, and a quote by two of them. Throws ScriptFailure when
+/// a quote stays open.
 std::vector<std::string> SplitScriptLine(std::string_view line);
 
 /// A finite number; a coordinate may be up to 1e12 in size, since beyond that a float says nothing useful. `what` names

@@ -39,6 +39,26 @@ TEST(TvoParts, TellsEachComponentOnce) {
         << run.out;
 }
 
+TEST(TvoParts, TextsHoldWhateverCanBeRead) {
+    struct {
+        const char* name;
+        const char* word;
+        const char* text;
+        const char* svg;
+    } const rows[] = {
+        {"a quote written twice", R"("3"" pipe # 4")", "3\" pipe # 4", ">3&quot; pipe # 4</text>"},
+        {"nothing but quotes", R"("""""")", "\"\"", ">&quot;&quot;</text>"},
+        {"what XML has no place for", "a\xEF\xBF\xBE\xEF\xBF\xBF中", "a\xEF\xBF\xBE\xEF\xBF\xBF中", ">a\xEF\xBF\xBD\xEF\xBF\xBD中</text>"},
+    };
+    const ScratchFolder folder;
+    for (const auto& row : rows) {
+        const TvoRun run = RunTvo({"run"}, "text 0 0 300 0 " + std::string(row.word) + " tag 1\ndump texts\nsvg a.svg\n", folder.Path());
+        ASSERT_EQ(run.status, 0) << row.name << run.err;
+        EXPECT_EQ(run.Json().at(1)["text"], row.text) << row.name;
+        EXPECT_TRUE(Has(ReadWholeFile(folder.File("a.svg")), row.svg)) << row.name;
+    }
+}
+
 TEST(TvoParts, StepsAreTakenBack) {
     struct {
         const char* name;
@@ -113,6 +133,7 @@ TEST(TvoParts, TellsWhatIsWrong) {
         {"text 0 0 0 0 a", "HEIGHT: '0' must be greater than 0"},
         {"text 0 0 300 0 \"\"", "a text of nothing"},
         {"text 0 0 300 0 \"\xC0\xAF\"", "the text is not UTF-8"},
+        {"text 0 0 300 0 \"a\tb\"", "the text holds a control character"},
         {"text 0 0 300 0 a colour", "colour needs a value behind it"},
         {"text 0 0 300 0 a size 4", "'size' is neither colour nor tag"},
         {"point 0 0 colour 256", "colour: '256' is out of range, 0 to 255"},
