@@ -125,12 +125,21 @@ void CWindowSystem::Drain() {
 
 // ---- input ------------------------------------------------------------------------------------------------
 
+// What was posted outside of an event, as by a host's menu, comes before the event: a point before the next move.
+bool CWindowSystem::CatchUp(const CWnd& window) {
+    if (m_posted.empty()) return true;
+    Drain();
+    return std::find(m_windows.begin(), m_windows.end(), &window) != m_windows.end();
+}
+
 void CWindowSystem::Deliver(CWnd& window, UINT message, WPARAM w, LPARAM l) {
+    if (!CatchUp(window)) return;
     window.SendMessage(message, w, l);
     Drain();
 }
 
 void CWindowSystem::DeliverMouse(CWnd& window, UINT message, UINT keys, CPoint client) {
+    if (!CatchUp(window)) return;  // it may take or release the capture
     CWnd* target = &window;
     if (m_capture && m_capture != target) {
         target->ClientToScreen(client);
@@ -147,12 +156,14 @@ void CWindowSystem::DeliverMouse(CWnd& window, UINT message, UINT keys, CPoint c
 }
 
 void CWindowSystem::DeliverWheel(CWnd& window, UINT keys, int delta, CPoint screen) {
+    if (!CatchUp(window)) return;
     m_shift = keys & MK_SHIFT;
     m_control = keys & MK_CONTROL;
     Deliver(window, WM_MOUSEWHEEL, WheelParam(keys | m_buttons, delta), PointParam(screen));
 }
 
 void CWindowSystem::DeliverKey(CWnd& window, UINT key, bool shift, bool control, const std::string& text) {
+    if (!CatchUp(window)) return;
     m_shift = shift;
     m_control = control;
     if (key) Deliver(window, WM_KEYDOWN, key, 0);

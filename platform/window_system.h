@@ -118,6 +118,8 @@ private:
         std::int64_t period, due;  // ticks
     };
 
+    bool CatchUp(const CWnd& window);  // drains; false if the window has gone by it
+
     CWindowSystem* m_before = nullptr;  // the current one before this
     std::vector<CWnd*> m_windows;       // in the order of their making; borrowed
     std::deque<Posted> m_posted;

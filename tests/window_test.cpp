@@ -83,6 +83,10 @@ TEST_F(WindowTest, PostedMessagesPrecedeInputAndPaintComesLast) {
     view.SetCursorPos({-70000, 90000});
     system.Drain();
     EXPECT_EQ(Taken(), (Log{"work 4", "move -70000,90000"}));
+    // So does an event, behind what was posted outside of any.
+    view.PostMessage(kWork, 5);
+    system.DeliverMouse(view, WM_MOUSEMOVE, 0, {1, 1});
+    EXPECT_EQ(Taken(), (Log{"work 5", "move 1,1"}));
     // A window that is marked while it is painted waits for the next event.
     view.m_paints = [&] { view.Invalidate(); };
     view.Invalidate();
