@@ -5,16 +5,23 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
-#include <memory>
+#include <filesystem>
+#include <system_error>
 
 namespace {
 
-/// Follows a symbolic link, so that the file it names is replaced and not the link.
+/// Follows symbolic links, so that the file they name is replaced, or made, and not the link.
 std::string RealPath(const std::string& path) {
-    const std::unique_ptr<char, decltype(&std::free)> real(::realpath(path.c_str(), nullptr), &std::free);
-    return real ? real.get() : path;
+    constexpr int kMostLinks = 40;  // as the system
+    std::string target = path;
+    for (int i = 0; i < kMostLinks; ++i) {
+        std::error_code error;
+        const std::filesystem::path named = std::filesystem::read_symlink(target, error);
+        if (error) break;  // no link
+        target = (std::filesystem::path(target).parent_path() / named).string();
+    }
+    return target;
 }
 
 }  // namespace
@@ -24,11 +31,14 @@ std::string ErrorReason(int error) { return error ? std::strerror(error) : "unkn
 std::string ReplaceWholeFile(const std::string& path,
                              const std::function<std::string(const std::string&)>& write) {
     struct stat status {};
-    if (::stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode))
+    const bool exists = ::stat(path.c_str(), &status) == 0;
+    if (exists && !S_ISREG(status.st_mode))
         return S_ISDIR(status.st_mode) ? ErrorReason(EISDIR) : write(path);
     const std::string target = RealPath(path);
     const std::string beside = target + ".part" + std::to_string(::getpid());
     std::string reason = write(beside);
+    // What may be read by few stays so. A file system without permissions is no reason to fail.
+    if (reason.empty() && exists) static_cast<void>(::chmod(beside.c_str(), status.st_mode & 07777));
     if (reason.empty() && std::rename(beside.c_str(), target.c_str()) != 0) reason = ErrorReason(errno);
     if (!reason.empty()) std::remove(beside.c_str());
     return reason;

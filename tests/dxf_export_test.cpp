@@ -325,6 +325,13 @@ TEST(DxfExport, AFailureLeavesTheFileThatWasThere) {
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path), {}), 1);  // nothing half written
     EXPECT_EQ(ExportDxf(db, path, DxfVersion::R12, coor).written, 1);
     EXPECT_EQ(Reread(path).size(), 1000u);
+    std::filesystem::permissions(path, std::filesystem::perms(0640));
+    EXPECT_EQ(ExportDxf(db, path, DxfVersion::R12, coor).written, 1);
+    EXPECT_EQ(std::filesystem::status(path).permissions(), std::filesystem::perms(0640));
+    std::filesystem::create_symlink("later.dxf", folder.path + "link.dxf");  // names a file that is not there yet
+    EXPECT_EQ(ExportDxf(db, folder.path + "link.dxf", DxfVersion::R12, coor).written, 1);
+    EXPECT_TRUE(std::filesystem::is_symlink(folder.path + "link.dxf"));
+    EXPECT_EQ(Reread(folder.path + "later.dxf").size(), 1000u);
 }
 
 TEST(DxfExport, AsksForTheFile) {
