@@ -143,6 +143,14 @@ private:
     }
 };
 
+/// A model coordinate in the field's. The borders come back exactly: of a hundred products, divided again,
+/// two lie beside what they came from, and a fine mesh far from the origin would have no digits along that
+/// side.
+float InField(float model, float scale, float low, float high) {
+    if (model == high * scale) return high;
+    return model == low * scale ? low : model / scale;
+}
+
 }  // namespace
 
 void CGjChang::GenerateDigitGraph(CDrawGraph* graph) {
@@ -153,6 +161,7 @@ void CGjChang::GenerateDigitGraph(CDrawGraph* graph) {
     const double min = static_cast<double>(least), max = static_cast<double>(most);
     for (int i = 0; i < 127; ++i) LevelColor(static_cast<float>(min + (max - min) / 127.0 * i));
 
+    const CFRect field = m_pChang->GetFRect();
     Columns columns(m_rect.m_fMinX, m_rect.m_fMaxX, 2000.0), rows(m_rect.m_fMinY, m_rect.m_fMaxY, 2000.0);
     while (static_cast<double>(columns.count) * rows.count > kMaxDigits) {
         const double by =
@@ -163,7 +172,8 @@ void CGjChang::GenerateDigitGraph(CDrawGraph* graph) {
     for (int i = 0; i < columns.count; ++i) {
         for (int j = 0; j < rows.count; ++j) {
             const float x = static_cast<float>(columns.At(i)), y = static_cast<float>(rows.At(j));
-            const float fieldX = x / m_fCoordScale, fieldY = y / m_fCoordScale;
+            const float fieldX = InField(x, m_fCoordScale, field.m_fMinX, field.m_fMaxX),
+                        fieldY = InField(y, m_fCoordScale, field.m_fMinY, field.m_fMaxY);
             if (!m_pChang->PointInChang(fieldX, fieldY)) continue;
             const double v = static_cast<double>(m_pChang->Get_Value(fieldX, fieldY));
             const int part = max - min < 1e-7 ? 0 : SaturatedInt((v - min) / (max - min) * 126, 0, 126);

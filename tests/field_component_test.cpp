@@ -121,6 +121,14 @@ TEST_F(FieldComponent, ListsOfEachDisplay) {
     m_chang.m_arrNode.Add({6, 10000, 10000, {}});
     EXPECT_EQ(Summary(*Draw(FIELD_DISPLAY_DIGIT)), "0 lines, 2 texts 0.00 to 10.00, 0 others, 127 colours")
         << "25 million positions: every 10.002 m";
+    // 832.40753f * 1000 / 1000 is a float's step beyond the border, more than a millionth of an edge of 1 m.
+    Slope(m_chang, 1, 1, 0, 1);
+    for (CChangNode& node : m_chang.m_arrNode) node.m_fX = node.m_fX == 0 ? 831.5f : 832.40753f;
+    m_chang.m_arrTri.RemoveAll();
+    m_chang.m_arrTri.Add({{1, 2, 3}});
+    m_chang.m_arrTri.Add({{1, 3, 4}});
+    EXPECT_EQ(Summary(*Draw(FIELD_DISPLAY_DIGIT)), "0 lines, 36 texts 0.00 to 1.00, 0 others, 127 colours")
+        << "digits on a border that rounding moves";
     m_chang.Clear();
     EXPECT_EQ(Summary(*Draw(FIELD_DISPLAY_ISOLINE)), "0 lines, 0 texts  to , 0 others, 0 colours")
         << "an empty field";
