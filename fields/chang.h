@@ -64,7 +64,8 @@ public:
     void CreateQuadTree();
     /// The colour of a value by the scheme: 1 blue to cyan, green, yellow and red, 2 the reverse, 3 greys, 4
     /// blue to white and red, 5 one of even lightness steps that needs no telling of red from green; any
-    /// other is 1. A range below 1e-7 and a value that is not finite have the lowest colour.
+    /// other is 1. A range below 1e-7 and a value that is not finite have the lowest colour. The range is that
+    /// of the last GetMinMaxZ, found anew when the number of nodes or m_nValue has changed since.
     unsigned long GetIndexColor(float z);
     /// Paints the cloud of GetFRect, times the factor in model units, into a new bitmap of its size on the
     /// device, of at least one pixel and at most 2048 on the longer side, that is then selected in `mem`.

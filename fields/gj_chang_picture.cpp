@@ -31,7 +31,8 @@ void CGjChang::CreateCloudBitmap(CDC* dc, CFCoor* coor) {
     if (!m_pChang) return;
     m_dcCloud.DeleteDC();
     m_pChang->m_nColorScheme = m_nColorScheme;
-    m_pChang->DrawBaseMap(dc, &m_dcCloud, coor, m_nBitmapWidth, m_nBitmapHeight, m_fCoordScale);
+    // The size of the bitmap is told for a field in metres whatever m_fCoordScale is: the blit stretches it.
+    m_pChang->DrawBaseMap(dc, &m_dcCloud, coor, m_nBitmapWidth, m_nBitmapHeight, 1000.0f);
     m_fBitmapScale = coor->GetScale();
 }
 
