@@ -20,4 +20,5 @@ struct InkedEntity {
     COLORREF color;
     int lineType;
 };
+/// Those that have a finite place.
 std::vector<InkedEntity> InkedEntities(CGjChang& field);

@@ -55,9 +55,26 @@ COLORREF FieldInk(COLORREF color) {
 
 std::string FieldNumber(const std::string& text) { return text == "-0.00" ? "0.00" : text; }
 
+namespace {
+
+/// Model units are a thousand times the field's, which floats may not hold.
+bool HasPlace(CGraphEntity& entity) {
+    if (entity.GetGraphType() == kGraphLine) {
+        const auto& line = static_cast<const CGraph_Line&>(entity);
+        return std::isfinite(line.m_fX1) && std::isfinite(line.m_fY1) && std::isfinite(line.m_fX2) &&
+               std::isfinite(line.m_fY2);
+    }
+    if (entity.GetGraphType() != kGraphText) return true;
+    const auto& text = static_cast<const CGraph_Text&>(entity);
+    return std::isfinite(text.m_fX) && std::isfinite(text.m_fY);
+}
+
+}  // namespace
+
 std::vector<InkedEntity> InkedEntities(CGjChang& field) {
     std::vector<InkedEntity> inked;
     for (CGraphEntity* entity : field.GetDrawGraph()->m_aEntity) {
+        if (!HasPlace(*entity)) continue;
         unsigned long color = entity->m_dwColor;
         int lineType = entity->m_nLineType;
         field.GetDrawInfo(field.get_m_byteStatus(), entity->GetPart(), color, lineType);

@@ -71,11 +71,6 @@ void AppendCloud(std::string& svg, CGjChang& field) {
            Base64(PngBytes(*picture.Surface(), PixelFromColor(kPaper))) + "\"/>\n";
 }
 
-bool IsFinite(const CGraph_Line& l) {
-    return std::isfinite(l.m_fX1) && std::isfinite(l.m_fY1) && std::isfinite(l.m_fX2) &&
-           std::isfinite(l.m_fY2);
-}
-
 /// All lines, those of one colour that come one behind the other as one path.
 void AppendLines(std::string& svg, const std::vector<InkedEntity>& inked, double width) {
     const CGraph_Line* before = nullptr;
@@ -84,7 +79,6 @@ void AppendLines(std::string& svg, const std::vector<InkedEntity>& inked, double
     for (const InkedEntity& i : inked) {
         if (i.entity->GetGraphType() != kGraphLine) continue;
         const auto& line = *static_cast<const CGraph_Line*>(i.entity);
-        if (!IsFinite(line)) continue;
         if (before && i.color != color) {
             svg += "\"/>\n";
             before = nullptr;
@@ -107,7 +101,6 @@ void AppendTexts(std::string& svg, const std::vector<InkedEntity>& inked) {
     for (const InkedEntity& i : inked) {
         if (i.entity->GetGraphType() != kGraphText) continue;
         const auto& text = *static_cast<const CGraph_Text*>(i.entity);
-        if (!std::isfinite(text.m_fX) || !std::isfinite(text.m_fY)) continue;
         const double height = static_cast<double>(text.m_fHeight);
         svg += "<text" + Is("x", static_cast<double>(text.m_fX)) + Is("y", -static_cast<double>(text.m_fY)) +
                Is("font-size", height) + Is("stroke-width", height / 6) + Is("fill", SvgColor(i.color)) +
