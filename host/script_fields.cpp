@@ -1,9 +1,14 @@
 // The commands of `tvo run` about fields.
 #include <algorithm>
+#include <cstdint>
+#include <iterator>
+#include <limits>
 #include <memory>
 #include <ostream>
+#include <vector>
 
 #include "fields/chang.h"
+#include "fields/field_mesh.h"
 #include "fields/gj_chang.h"
 #include "fields/mesh_densify.h"
 #include "host/field_look.h"
@@ -106,6 +111,50 @@ void RunField(Script& script, const ScriptWords& words) {
     PrintJsonLine(script.m_out, json);
 }
 
+/// Densifying numbers its new nodes upwards from the greatest corner, so that nodes which are nobody's corner
+/// and bear such numbers, of a mesh's quadrangles for one, would stand in for them; and numbers end.
+bool HasRoomToDensify(const CChang& field) {
+    int corner = 0;
+    for (const CChangTri& tri : field.m_arrTri)
+        corner = std::max({corner, tri.m_aNode[0], tri.m_aNode[1], tri.m_aNode[2]});
+    if (std::int64_t{corner} + 1 + 3 * std::int64_t{field.m_arrTri.GetSize()} >
+        std::numeric_limits<int>::max())
+        return false;
+    return field.m_arrNode.GetSize() <= corner &&
+           std::none_of(field.m_arrNode.begin(), field.m_arrNode.end(),
+                        [&](const CChangNode& node) { return node.m_nNumber > corner; });
+}
+
+/// The field with nodes numbered from 1, those that are nobody's corner first, and without the triangles that
+/// lack a corner.
+void NumberAnew(const CChang& field, CChang& fresh) {
+    CFieldMesh mesh(field);
+    mesh.Refresh();
+    const auto whole = [&](const CChangTri& tri) {
+        return std::all_of(std::begin(tri.m_aNode), std::end(tri.m_aNode),
+                           [&](int number) { return mesh.PositionOf(number) >= 0; });
+    };
+    std::vector<bool> isCorner(static_cast<std::size_t>(field.m_arrNode.GetSize()));
+    for (const CChangTri& tri : field.m_arrTri)
+        if (whole(tri))
+            for (const int number : tri.m_aNode)
+                isCorner[static_cast<std::size_t>(mesh.PositionOf(number))] = true;
+    std::vector<int> numbers(isCorner.size());
+    for (const bool corners : {false, true})
+        for (std::size_t i = 0; i < isCorner.size(); ++i) {
+            if (isCorner[i] != corners) continue;
+            fresh.m_arrNode.Add(field.m_arrNode[static_cast<int>(i)]);
+            numbers[i] = fresh.m_arrNode[fresh.m_arrNode.GetUpperBound()].m_nNumber =
+                fresh.m_arrNode.GetSize();
+        }
+    const auto renamed = [&](int number) {
+        return numbers[static_cast<std::size_t>(mesh.PositionOf(number))];
+    };
+    for (const CChangTri& tri : field.m_arrTri)
+        if (whole(tri))
+            fresh.m_arrTri.Add({{renamed(tri.m_aNode[0]), renamed(tri.m_aNode[1]), renamed(tri.m_aNode[2])}});
+}
+
 void RunDensify(Script& script, const ScriptWords&) {
     const auto fields = AllFields(script.m_db);
     if (fields.empty()) throw ScriptFailure{"there is no field"};
@@ -114,7 +163,10 @@ void RunDensify(Script& script, const ScriptWords&) {
         throw ScriptFailure{"the field would have more than " + std::to_string(kMostTriangles) +
                             " triangles"};
     auto fine = std::make_unique<CChang>();
-    wange_ge_jia_mi(old->m_pChang, fine.get());
+    CChang fresh;
+    const bool hasRoom = HasRoomToDensify(*old->m_pChang);
+    if (!hasRoom) NumberAnew(*old->m_pChang, fresh);
+    wange_ge_jia_mi(hasRoom ? old->m_pChang : &fresh, fine.get());
     fine->m_nValue = old->m_pChang->m_nValue;
     const FieldTally tally = TallyField(*fine);
     script.m_db.DeleteGouJian(old);  // the log keeps it, for undo

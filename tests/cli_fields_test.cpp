@@ -164,6 +164,40 @@ TEST(TvoFields, ShowsWhatCanBeShown) {
     }
 }
 
+TEST(TvoFields, AreMadeFinerWhateverTheirNumbers) {
+    const ScratchFolder folder;
+    struct {
+        const char *name, *content;
+        int nodes;  // of the finer field, beside 8 triangles
+    } const rows[] = {
+        {"1 to n", "node 1 0 0 0\nnode 2 9 0 1.03\nnode 3 9 9 2.11\nnode 4 0 9 3.07\ntri 1 2 3\ntri 1 3 4\n",
+         10},
+        {"with gaps",
+         "node 2 0 0 0\nnode 5 9 0 1.03\nnode 7 9 9 2.11\nnode 9 0 9 3.07\ntri 2 5 7\ntri 2 7 9\n", 10},
+        {"behind nodes that are no corners",
+         "node 5 20 0 1\nnode 6 20 9 1\nnode 1 0 0 0\nnode 2 9 0 1.03\nnode 3 9 9 2.11\nnode 4 0 9 3.07\n"
+         "tri 1 2 3\ntri 1 3 4\n",
+         12},
+        {"up to the last number there is",
+         "node 1 0 0 0\nnode 2 9 0 1.03\nnode 2147483647 9 9 2.11\nnode 4 0 9 3.07\n"
+         "tri 1 2 2147483647\ntri 1 2147483647 4\n",
+         10},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        folder.Write("f", row.content);
+        const TvoRun run =
+            RunTvo({"run"}, "field f digit\nsvg a.svg\ndensify\nsvg b.svg\ndensify\n", folder.Path());
+        ASSERT_EQ(run.status, 0) << run.err;
+        EXPECT_EQ(run.Json()[1]["nodes"], row.nodes);
+        EXPECT_EQ(run.Json()[1]["triangles"], 8);
+        EXPECT_EQ(run.Json()[1]["passedOver"], 0);
+        EXPECT_EQ(run.Json()[2]["passedOver"], 0);
+        // A middle has the value that was there: the numbers stay.
+        EXPECT_TRUE(ReadWholeFile(folder.File("a.svg")) == ReadWholeFile(folder.File("b.svg")));
+    }
+}
+
 TEST(TvoFields, AreDrawnHiddenAndUndoneAndNotStored) {
     const ScratchFolder folder;
     folder.Write("f", kText);
