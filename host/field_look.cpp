@@ -130,8 +130,9 @@ void DrawNumber(CDC& dc, const CFCoor& coor, const CGraph_Text& text, COLORREF i
     dc.SetTextAlign(TA_LEFT | TA_BOTTOM);
     const CPoint at = coor.FPtoDP(CFPoint(text.m_fX, text.m_fY, 0));
     const CString shown(FieldNumber(text.m_strText.Std()));
+    constexpr int kReadable = 5;  // pixels; below, a rim would only wipe out lines
     dc.SetTextColor(COLORREF{g_cTvoProfile.m_crBackground});
-    for (int dx = -1; dx <= 1; ++dx)
+    for (int dx = -1; dx <= 1 && height >= kReadable; ++dx)
         for (int dy = -1; dy <= 1; ++dy) dc.TextOut(at.x + dx, at.y + dy, shown);
     dc.SetTextColor(ink);
     dc.TextOut(at.x, at.y, shown);
