@@ -25,7 +25,10 @@ void Draw(CDC& dc, const std::vector<CPoint>& path) {
     for (std::size_t i = 1; i < path.size(); ++i) dc.LineTo(path[i]);
 }
 
-CRect CircleBox(const CPoint& centre, int r) { return {centre.x - r, centre.y - r, centre.x + r + 1, centre.y + r + 1}; }
+CRect CircleBox(const CPoint& centre, int r) {
+    const auto at = [](int c, double d) { return SaturatedInt(c + d); };
+    return {at(centre.x, -r), at(centre.y, -r), at(centre.x, r + 1.0), at(centre.y, r + 1.0)};
+}
 
 void DrawCorners(CTvoViewKernel& view, CDC& dc) {
     const CPoint a = view.PixelOf(view.m_aInputPoint[0]), b = view.PixelOf(view.EffectivePoint());

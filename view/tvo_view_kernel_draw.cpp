@@ -155,14 +155,14 @@ void CTvoViewKernel::DrawCrossCursor(CFPoint& at, CDC* dc) {
 void CTvoViewKernel::DrawRubberLine(CDC* dc) {
     if (!m_pWork) return;
     const Drawing drawing(*dc, g_cTvoProfile.m_crRubber, R2_XORPEN);
-    CSelectCommand* const select = Selecting();
-    if (!select) {
+    if (!m_pWork->IsSelectCommand()) {
         if (m_pWork->m_pRubberLine) m_pWork->m_pRubberLine->DrawRange(this, *dc, 0);
         return;
     }
-    CRubberLine* line = select->m_pOwner ? select->m_pOwner->m_pRubberLine : nullptr;
-    if (!line) line = select->m_pRubberLine;
-    if (line) select->m_bRubberDrawn = line->DrawRange(this, *dc, 0);
+    const CSelectCommand* const select = Selecting();  // null for a select command of a host's own
+    CRubberLine* line = select && select->m_pOwner ? select->m_pOwner->m_pRubberLine : nullptr;
+    if (!line) line = m_pWork->m_pRubberLine;
+    if (line) m_pWork->m_bRubberDrawn = line->DrawRange(this, *dc, 0);
     // A command that waits for the selection can keep its own picture on the screen.
     COperStackItem top;
     if (PeekViewStack(top) && top.m_pWork) top.m_pWork->DrawBackgrndWhileSelecting(this, *dc);
