@@ -529,6 +529,94 @@ TEST_F(ViewTrace, PickWithAnOwnerEndsByAPostedTwo) {
     ExpectClean("picked");
 }
 
+// A pick whose last hook goes on to draw a line: that one must not go down with it, nor lose its prompt.
+TEST_F(ViewTrace, AFinishedCommandMayStartTheNext) {
+    for (const bool first : {false, true}) {
+        SCOPED_TRACE(first ? "picked by a click" : "selected first, then the right button");
+        g_completed = g_cancelled = g_deleted = 0;
+        Plan();
+        CGjNetLine* const a = Line(1000, 1000, 2000, 1000);
+        auto* const pick = new Pick(m_db.get(), m_view, first);
+        pick->m_pEnd = [](CTvoDataBase*, CTvoViewMgr* view, CArray<CGouJianEx*, CGouJianEx*>&) {
+            view->m_pFrame->InvokeCommand(kLine, 0);
+        };
+        m_view->DoWork(pick);
+        m_system.Drain();
+        Click(150, 500);
+        if (!first) {
+            Click(50, 450);
+            Right();
+        }
+        EXPECT_EQ(Work(), "Line");
+        EXPECT_EQ(m_view->m_nObjectHint, 32u);
+        EXPECT_EQ(Prompt(), "请输入起点");
+        EXPECT_EQ(g_deleted, 1);
+        ExpectClean("next");
+        Key(VK_ESCAPE);
+        ExpectIdle();
+        EXPECT_EQ(std::tie(g_completed, g_deleted), std::make_tuple(1, 2));
+        m_db->DeleteGouJian(a);
+        m_system.Drain();
+    }
+}
+
+// What an owner awaits after the view was moved may be its end.
+TEST_F(ViewTrace, AnOwnerMayCancelWhenItComesBack) {
+    struct Fickle : Pick {
+        using Pick::Pick;
+        unsigned OnQueryState() override { return QS_CANCEL; }
+    };
+    Plan();
+    m_view->DoWork(new Fickle(m_db.get(), m_view, true));
+    m_system.Drain();
+    Middle(WM_MBUTTONDOWN, 10, 10);
+    Middle(WM_MBUTTONUP, 10, 10);
+    ExpectIdle();
+    EXPECT_EQ(std::tie(g_completed, g_cancelled, g_deleted), std::make_tuple(0, 1, 1));
+}
+
+TEST_F(ViewTrace, ACommandIsMarkedCompletedBeforeOrAfterItsHook) {
+    static int seen;
+    struct Watch : DrawLine {
+        void OnComplete() override {
+            seen = m_bCompleted;
+            m_pView->SendMessage(WM_DTVIEW_WORK, DTW_NORMAL);  // as from a dialog
+            DrawLine::OnComplete();
+        }
+    };
+    Plan();
+    for (const bool finish : {false, true}) {
+        g_completed = g_deleted = 0;
+        seen = -1;
+        auto* const watch = new Watch;
+        watch->m_pView = m_view;
+        watch->m_pDataBase = m_db.get();
+        m_view->DoWork(watch);
+        m_system.Drain();
+        if (finish) {
+            Click(100, 100);
+            Click(200, 100);
+        } else {
+            Right();
+        }
+        EXPECT_EQ(seen, finish ? 1 : 0);
+        EXPECT_EQ(std::tie(g_completed, g_deleted), std::make_tuple(1, 1));
+        ExpectIdle();
+    }
+}
+
+TEST_F(ViewTrace, ASelectionOfTheCommandsOwnTypes) {
+    DrawLine command;
+    command.m_pView = m_view;
+    for (const std::uint8_t type : {std::uint8_t{3}, std::uint8_t{5}}) command.m_aFilter.Add(type);
+    EXPECT_EQ(command.SwitchToSelectCommand(1, 2, nullptr), 8u);
+    EXPECT_EQ(m_view->m_aFilter.GetSize(), 0) << "null leaves both as they were";
+    command.SwitchToSelectCommand(1, 2, &command.m_aFilter);
+    EXPECT_EQ(command.m_aFilter.GetSize(), 2);
+    EXPECT_EQ(m_view->m_aFilter.GetSize(), 2);
+    EXPECT_EQ(std::make_tuple(m_view->m_nSelectKind, int{m_view->m_byteFilter}), std::make_tuple(1, 2));
+}
+
 TEST_F(ViewTrace, ASelectionFromOutsidePushesTwice) {
     for (const bool cancel : {false, true}) {
         SCOPED_TRACE(cancel);

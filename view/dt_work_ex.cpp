@@ -13,6 +13,7 @@
 namespace {
 
 void CopyTypes(CByteArray& to, const CByteArray& from) {
+    if (&to == &from) return;
     to.RemoveAll();
     for (const std::uint8_t type : from) to.Add(type);
 }
@@ -21,9 +22,15 @@ void CopyTypes(CByteArray& to, const CByteArray& from) {
 
 CDtWorkEx::CDtWorkEx() : m_hCursor(g_hCursorNull) {}
 
-// Setting the prompt anew moves the present one into the history.
 CDtWorkEx::~CDtWorkEx() {
     delete m_pRubberLine;
+    LeavePrompt();
+}
+
+// Setting the prompt anew moves the present one into the history.
+void CDtWorkEx::LeavePrompt() {
+    if (m_bLeft) return;
+    m_bLeft = true;
     if (CPromptView* prompt = Prompt()) {
         if (m_bEchoPrompt == 1) SetPromptText(prompt->GetCurrentPrompt());
         prompt->RestoreParaPrompt();

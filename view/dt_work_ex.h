@@ -93,6 +93,10 @@ protected:
 private:
     friend class CommandCall;
     friend class CTvoViewKernel;
-    int m_nCalls = 0;      // calls of its hooks that are under way
-    bool m_bDue = false;   // to be deleted when the last of them returns
+    void LeavePrompt();  // once
+
+    int m_nCalls = 0;            // calls of its hooks that are under way
+    bool m_bDue = false;         // to be deleted when the last of them returns
+    bool m_bLeft = false;        // the prompt is no longer its own
+    bool m_bCompleting = false;  // a right click has called OnComplete, which may not have returned
 };

@@ -96,12 +96,7 @@ void CSelectCommand::OnGetFunctionKey(unsigned code) {
 void CSelectCommand::EndOwner(int bCancel) {
     CDtWorkEx* const owner = std::exchange(m_pOwner, nullptr);
     if (!owner) return;
-    const bool stands = m_pView->Called(owner, [&] {
-        if (bCancel) owner->OnCancel();
-        else owner->OnComplete();
-    });
-    m_pView->EndLife(owner);
-    if (!stands) return;
+    if (!m_pView->EndByHook(owner, bCancel)) return;
     m_pView->m_nObjectHint = 0;
     m_pView->SetWork(nullptr);
 }

@@ -133,11 +133,29 @@ void CTvoViewKernel::PurgeStack(const CDtWorkEx* pWork) {
 
 void CTvoViewKernel::EndLife(CDtWorkEx* pWork) {
     PurgeStack(pWork);
-    if (pWork->m_nCalls > 0) pWork->m_bDue = true;
-    else delete pWork;
+    if (pWork->m_nCalls == 0) {
+        delete pWork;
+        return;
+    }
+    pWork->LeavePrompt();  // now, not when the call returns: the next command may have asked by then
+    pWork->m_bDue = true;
+}
+
+bool CTvoViewKernel::EndByHook(CDtWorkEx* pWork, int bCancel) {
+    const unsigned switches = m_nSwitches;
+    Called(pWork, [&] {
+        if (bCancel) pWork->OnCancel();
+        else pWork->OnComplete();
+    });
+    const bool alone = m_nSwitches == switches;
+    if (!alone) pWork->m_bLeft = true;  // the prompt is the other one's
+    EndLife(pWork);
+    return alone;
 }
 
 void CTvoViewKernel::SwitchState(COperStackItem item, unsigned code) {
+    ++m_nSwitches;
+    if (code == DTW_START) ++m_nStarts;
     m_cCursorOffset = CFPoint();
     SetWork(item.m_pWork);
     m_nWorkState = item.m_nWorkState;
@@ -172,12 +190,7 @@ void CTvoViewKernel::ClearWork(int bCancel) {
         SetWork(nullptr);
         EndLife(work);
     } else if (CSelectCommand* select = Selecting(); select && select->m_pOwner) {
-        CDtWorkEx* const owner = std::exchange(select->m_pOwner, nullptr);
-        Called(owner, [&] {
-            if (bCancel) owner->OnCancel();
-            else owner->OnComplete();
-        });
-        EndLife(owner);
+        EndByHook(std::exchange(select->m_pOwner, nullptr), bCancel);
     }
 }
 
@@ -201,11 +214,7 @@ void CTvoViewKernel::EndSuspended(int bCancel) {
         CDtWorkEx* const work = item.m_pWork;
         if (!work || work == m_pWork || IsStockObject(work)) continue;
         PurgeStack(work);  // it may stand there twice
-        Called(work, [&] {
-            if (bCancel) work->OnCancel();
-            else work->OnComplete();
-        });
-        EndLife(work);
+        EndByHook(work, bCancel);
     }
 }
 

@@ -75,6 +75,8 @@ public:
     void SetWork(CDtWorkEx* pWork);
     /// A command's end: deleted now, or when the last call of its hooks that is under way returns.
     void EndLife(CDtWorkEx* pWork);
+    /// Its last hook, and its end. False if the hook has switched another command in: that one goes on.
+    bool EndByHook(CDtWorkEx* pWork, int bCancel);
     /// Calls a hook of a command: true if what runs is the same afterwards.
     template <class F>
     bool Called(CDtWorkEx* work, F hook);
@@ -203,6 +205,8 @@ private:
                    CGouJianExList& removed);
 
     unsigned m_nWorkSerial = 0;            // counts the changes of m_pWork
+    unsigned m_nSwitches = 0;              // counts the commands switched in
+    unsigned m_nStarts = 0;                // of these the new ones
     unsigned m_nBaseMapMade = 0;           // counts the changes of the base map
     std::shared_ptr<CSurface> m_pScratch;  // of the last copy of the base map, to be used again
 };

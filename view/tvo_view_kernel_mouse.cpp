@@ -25,13 +25,14 @@ bool Same(const CFCoor& a, const CFCoor& b) {
 void CTvoViewKernel::OnLButtonDown(UINT keys, CPoint) {
     if (m_nWorkState == 1 && m_pWork) {
         const CFPoint point = EffectivePoint();
+        const unsigned starts = m_nStarts;
         if (!m_bKbdPointAdded) StorePoint(point);
         if (m_pWork->m_nMouseMask & MN_LDOWN) {
             unsigned code = DTW_NONE;
             Called(m_pWork, [&] { code = m_pWork->OnMouseNotify(MN_LDOWN, keys, point); });
             PostMessage(m_nWorkMessage, code);
         }
-        PostMessage(m_nWorkMessage, DTW_POINT);
+        PostMessage(m_nWorkMessage, DTW_POINT, static_cast<LPARAM>(starts));
     }
     g_bSnapSymbolShown = 0;
 }

@@ -109,6 +109,8 @@ int CTvoViewKernel::Dispatch(WPARAM code, LPARAM l) {
             if (call.Stands()) work->RegisterFunctionKey(m_aFunctionKey);
             break;
         case DTW_POINT:
+            // The click may have ended a selection whose command went on to start the next: it was not for that one.
+            if (l && static_cast<unsigned>(l) != m_nStarts) break;
             if (m_nObjectHint & QS_POINT) await(work->OnGetObject(OH_POINT, &m_cCursor, 0));
             break;
         case DTW_INPUT: {
@@ -148,7 +150,8 @@ int CTvoViewKernel::Await() {
     } else if (m_nObjectHint == QS_FINISH) {
         Finish();
     } else if (m_nObjectHint == QS_CANCEL) {
-        if (Called(work, [&] { work->OnCancel(); })) RevokeCurCmd(1);
+        // A select command with an owner takes itself out of work here too.
+        if (Called(work, [&] { work->OnCancel(); }) || !m_pWork) RevokeCurCmd(1);
     }
     return 0;
 }
@@ -161,7 +164,7 @@ void CTvoViewKernel::Finish() {
         if (m_pWork == work || !m_pWork) RevokeCurCmd(0);
         return;
     }
-    if (work->m_bCompleted) return;
+    if (work->m_bCompleted || work->m_bCompleting) return;
     const std::lock_guard lock(m_csWork);
     work->m_bCompleted = 1;
     const bool stands = Called(work, [&] {
@@ -178,12 +181,16 @@ int CTvoViewKernel::OnNormal() {
     const CSelectCommand* const select = Selecting();
     const bool owned = select && select->m_pOwner;
     // Within OnComplete of this very command, as from a dialog that it shows: the outer call ends it.
-    if (!IsStockObject(work) && work->m_bCompleted) return 0;
+    const bool stock = IsStockObject(work);
+    if (!stock && (work->m_bCompleted || work->m_bCompleting)) return 0;
     bool switched = false;
     {
         const std::lock_guard lock(m_csWork);
-        if (!IsStockObject(work)) work->m_bCompleted = 1;
-        Called(work, [&] { work->OnComplete(); });
+        work->m_bCompleting = !stock;
+        Called(work, [&] {
+            work->OnComplete();
+            if (m_pWork == work && !stock) work->m_bCompleted = 1;
+        });
         switched = m_pWork && m_pWork != work;
     }
     if (switched) return 0;
@@ -239,8 +246,10 @@ void CTvoViewKernel::StorePoint(const CFPoint& p) {
 }
 
 void CTvoViewKernel::ReSetToInitialState(int bCancel) {
+    const unsigned switches = m_nSwitches;
     EndSuspended(bCancel);
-    ClearWork(bCancel);
+    if (m_nSwitches == switches) ClearWork(bCancel);
+    if (m_nSwitches != switches) return;  // the last hook of one has started the next
     m_nObjectHint = 0;
     m_nWorkState = 0;
     m_nWorkMessage = WM_DTVIEW_IDLE;
