@@ -173,7 +173,10 @@ public:
 private:
     void Draw() override {
         const float r = Distance(m_points[0], m_points[1]);
-        if (r > 0) Db().AddArc(m_points[0], r, 0, 360);
+        // A line of the net has two ends: two halves.
+        if (!(r > 0)) return;
+        Db().AddArc(m_points[0], r, 0, 180);
+        Db().AddArc(m_points[0], r, 180, 360);
     }
 };
 
