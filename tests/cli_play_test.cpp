@@ -53,7 +53,9 @@ TEST(TvoPlay, EveryCommandDraws) {
         EXPECT_EQ(lines[1]["nodes"], row.nodes) << row.typed;
         EXPECT_EQ(lines[1]["lines"], row.lines) << row.typed;
         EXPECT_EQ(lines[3]["lines"], 0) << row.typed << "is one undo step";
-        if (row.lines == 0) EXPECT_EQ(lines[2]["lines"].back(), "距离 = 5000.00, dx = 3000.00, dy = 4000.00");
+        if (row.lines == 0) {
+            EXPECT_EQ(lines[2]["lines"].back(), "距离 = 5000.00, dx = 3000.00, dy = 4000.00");
+        }
     }
 }
 
