@@ -115,7 +115,7 @@ int main() {
     {
         Desk desk(577);  // with its nodes a million components
         const std::string all = std::to_string(desk.Lines()) + " lines and their nodes";
-        desk.ShowAxes(180);
+        desk.ShowAxes(130);
         Row("view port refreshed, " + std::to_string(desk.View().m_mapViewPort.GetCount()) + " of " + all + " in view", desk.Refresh(), "20");
         desk.ShowAxes(600);
         Row("view port refreshed, all of them", desk.Refresh(), "200");
