@@ -139,7 +139,6 @@ void CSelectCommand::ModifyBaseMap() {
             if (obj->m_bSelfDraw) obj->Draw(&map, &coor);
             else Redraw(*obj, map, coor, list == &m_lstAdded);
         }
-    m_pView->MarkBaseMapChanged();
 }
 
 // ---- single -----------------------------------------------------------------------------------------------

@@ -114,7 +114,6 @@ public:
     void GetGouJianInViewPort(CMap<unsigned long, unsigned long, CGouJianEx*, CGouJianEx*>& map, CRect rect);
     void SetDataBase(CTvoDataBase* db);  // of the view and its stock commands
     void RefreshViewPort();  // m_mapViewPort for the client area
-    void MarkBaseMapChanged() { ++m_nBaseMapMade; }  // something was drawn into it
     /// For the data base: the component is about to be freed.
     void ForgetComponent(CGouJianEx* pGouJian);
     CFPoint EffectivePoint() const;  // cursor plus offset
@@ -183,10 +182,11 @@ protected:
     CSelectCommand* Selecting() const;  // the running select command, or null
     void EndSuspended(int bCancel);  // each command on the stack, but for the running one
     void ShowCopy(unsigned mask);    // base map, with overlays as in OverlapBaseMap, to the window
-    void ForgetStock(const CDtWorkEx* pWork) { PurgeStack(pWork); }
+    void GoIdle();                   // no command, no selection, no filter
+    void RebuildBaseMap();
+    void PurgeStack(const CDtWorkEx* pWork);  // what names the command goes
 
 private:
-    class Glass;
     friend class CommandCall;
 
     int Dispatch(WPARAM code, LPARAM l);
@@ -196,7 +196,6 @@ private:
     void ShowCursor(HCURSOR cursor);
     void NotifyMouse(unsigned event, UINT keys, CPoint p);
     void StorePoint(const CFPoint& p);
-    void PurgeStack(const CDtWorkEx* pWork);
     void MoveCursor(CDC& dc, const CFPoint& to);
     void EraseSnapSymbol(CDC& dc);
     void UpdateSnapSymbol(CDC& dc, int kind);
@@ -207,7 +206,6 @@ private:
     unsigned m_nWorkSerial = 0;            // counts the changes of m_pWork
     unsigned m_nSwitches = 0;              // counts the commands switched in
     unsigned m_nStarts = 0;                // of these the new ones
-    unsigned m_nBaseMapMade = 0;           // counts the changes of the base map
     std::shared_ptr<CSurface> m_pScratch;  // of the last copy of the base map, to be used again
 };
 

@@ -59,7 +59,6 @@ void CTvoViewKernel::CreateBaseMap(CDC*) {
     m_cBaseMap.DeleteDC();
     m_cBaseMap.Attach(Surface(client.right, client.bottom));
     m_cBaseMap.Surface()->Fill(PixelFromColor(g_cTvoProfile.m_crBackground));
-    ++m_nBaseMapMade;
     Draw_Axis(&m_cBaseMap);
     if (m_pDataBase) {
         if (m_bShowGrid == 1) m_pDataBase->GetBackgrnd().Draw(&m_cBaseMap, &m_cCoor, 0);

@@ -17,30 +17,6 @@ constexpr std::size_t kMostTyped = 500;  // bytes of typed text that reach a com
 
 }  // namespace
 
-/// What a repaint needs: the window, and a copy of the base map on which cursor and rubber line are put before it goes to
-/// the window in one piece. The copy is made at once, and again if the base map has changed meanwhile: the old picture
-/// must not overwrite the new one.
-class CTvoViewKernel::Glass {
-public:
-    explicit Glass(CTvoViewKernel& view) : m_view(view), m_screen(&view) { Copy(); }
-    void Show(unsigned mask) {
-        if (m_made != m_view.m_nBaseMapMade) Copy();
-        m_view.OverlapBaseMap(&m_copy, mask);
-        m_view.BlitScreen(&m_screen, &m_copy);
-        m_made = m_view.m_nBaseMapMade - 1;  // this copy has been drawn on
-    }
-
-private:
-    void Copy() {
-        m_view.CopyBaseMap(&m_copy, &m_screen, &m_view.m_cBaseMap);
-        m_made = m_view.m_nBaseMapMade;
-    }
-    CTvoViewKernel& m_view;
-    CClientDC m_screen;
-    CDC m_copy;
-    unsigned m_made = 0;  // the base map's count when it was copied
-};
-
 LRESULT CTvoViewKernel::WindowProc(UINT message, WPARAM w, LPARAM l) {
     if (message == WM_DTVIEW_WORK) return OnWmDtviewWork(w, l);
     if (message == WM_DTVIEW_IDLE) return OnWnDtviewIdle(w, l);
@@ -48,11 +24,10 @@ LRESULT CTvoViewKernel::WindowProc(UINT message, WPARAM w, LPARAM l) {
 }
 
 LRESULT CTvoViewKernel::OnWmDtviewWork(WPARAM code, LPARAM l) {
-    Glass glass(*this);
     if (!m_pWork) {
         if (!m_pSelectedList->IsEmpty()) {
             ClearSelectedList();
-            glass.Show(3);
+            ShowCopy(3);
         }
         return 0;
     }
@@ -68,7 +43,7 @@ LRESULT CTvoViewKernel::OnWmDtviewWork(WPARAM code, LPARAM l) {
     else switched = !Dispatch(code, l);
 
     if (!go || !m_pWork) {
-        if (go || blit) glass.Show(7);
+        if (go || blit) ShowCopy(7);
         return 0;
     }
     // What was posted as the result of a select step with an owner.
@@ -79,11 +54,11 @@ LRESULT CTvoViewKernel::OnWmDtviewWork(WPARAM code, LPARAM l) {
     }
     // A command that was switched in meanwhile has its own start waiting: what it awaits is asked then.
     if (!switched && Await()) {
-        glass.Show(6);
+        ShowCopy(6);
         return 0;
     }
     // While a selection stays in work nothing follows that would draw the cursor.
-    if (m_bNeedBlit == 1) glass.Show(m_nObjectHint == QS_SELECT && !IsSelecting() ? 6 : 7);
+    if (m_bNeedBlit == 1) ShowCopy(m_nObjectHint == QS_SELECT && !IsSelecting() ? 6 : 7);
     return 0;
 }
 
@@ -91,6 +66,7 @@ void CTvoViewKernel::CancelByKey() {
     CDtWorkEx* const work = m_pWork;
     if (m_pFrame) m_pFrame->AppendPromptText(work->m_strPrompt + (work->m_bPlainCancel ? " * 取消 *" : " *ESC 取消*"));
     Called(work, [&] { work->OnCancel(); });
+    if (m_pWork && m_pWork != work) return;  // its hook has started the next
     if (m_pWork) m_pWork->m_bEchoPrompt = 0;
     ReSetToInitialState(1);
 }
@@ -239,7 +215,15 @@ int CTvoViewKernel::OnInput(const char* text) {
     return 1;
 }
 
-void CTvoViewKernel::ShowCopy(unsigned mask) { Glass(*this).Show(mask); }
+// The overlays are put on a copy, which goes to the window in one piece. The copy is made last, so that a base map that
+// changed on the way is never overwritten by the picture before.
+void CTvoViewKernel::ShowCopy(unsigned mask) {
+    CClientDC screen(this);
+    CDC copy;
+    CopyBaseMap(&copy, &screen, &m_cBaseMap);
+    OverlapBaseMap(&copy, mask);
+    BlitScreen(&screen, &copy);
+}
 
 void CTvoViewKernel::StorePoint(const CFPoint& p) {
     if (m_nInputPoint < kMostInputPoints) m_aInputPoint[m_nInputPoint++] = p;
@@ -250,6 +234,15 @@ void CTvoViewKernel::ReSetToInitialState(int bCancel) {
     EndSuspended(bCancel);
     if (m_nSwitches == switches) ClearWork(bCancel);
     if (m_nSwitches != switches) return;  // the last hook of one has started the next
+    GoIdle();
+    if (m_pFrame) m_pFrame->RestoreParaPrompt();
+    SendMessage(WM_SETCURSOR);
+    RebuildBaseMap();
+    ShowCopy(7);
+    m_bNeedBlit = 0;
+}
+
+void CTvoViewKernel::GoIdle() {
     m_nObjectHint = 0;
     m_nWorkState = 0;
     m_nWorkMessage = WM_DTVIEW_IDLE;
@@ -257,12 +250,9 @@ void CTvoViewKernel::ReSetToInitialState(int bCancel) {
     m_byteFilter = 255;
     m_aFilter.RemoveAll();
     ClearSelectedList();
-    if (m_pFrame) m_pFrame->RestoreParaPrompt();
-    SendMessage(WM_SETCURSOR);
-    {
-        CClientDC screen(this);
-        CreateBaseMap(&screen);
-    }
-    ShowCopy(7);
-    m_bNeedBlit = 0;
+}
+
+void CTvoViewKernel::RebuildBaseMap() {
+    CClientDC screen(this);
+    CreateBaseMap(&screen);
 }

@@ -28,11 +28,11 @@ CTvoViewMgr::CTvoViewMgr() {
 CTvoViewMgr::~CTvoViewMgr() {
     if (IsStockObject(m_pWork)) SetWork(nullptr);
     for (CDtWorkEx*& stock : m_pSelectCommand) {
-        ForgetStock(stock);
+        PurgeStack(stock);
         delete std::exchange(stock, nullptr);
     }
     for (CDtWorkEx*& stock : m_pShowCommand) {
-        ForgetStock(stock);
+        PurgeStack(stock);
         delete std::exchange(stock, nullptr);
     }
     WriteLastCoordinateToReg();
@@ -52,17 +52,8 @@ void CTvoViewMgr::DoWork(CDtWorkEx* pWork) {
         SetWork(nullptr);
         EndLife(running);
     }
-    m_nObjectHint = 0;
-    m_nWorkState = 0;
-    m_nWorkMessage = WM_DTVIEW_IDLE;
-    SetWork(nullptr);
-    m_byteFilter = 255;
-    m_aFilter.RemoveAll();
-    ClearSelectedList();
-    {
-        CClientDC screen(this);
-        CreateBaseMap(&screen);
-    }
+    GoIdle();
+    RebuildBaseMap();
     CTvoViewKernel::DoWork(pWork);
     ShowCopy(7);
 }
@@ -170,7 +161,6 @@ void CTvoViewMgr::_Svr_SwitchGridDisplay() {
     const int erase = !m_bShowGrid;
     m_pDataBase->GetBackgrnd().Draw(&dc, &m_cCoor, erase);
     m_pDataBase->GetBackgrnd().Draw(&m_cBaseMap, &m_cCoor, erase);
-    MarkBaseMapChanged();
 }
 
 void CTvoViewMgr::_Svr_ShowHighLight(float x, float y, float size) {
@@ -192,7 +182,6 @@ void CTvoViewMgr::_Fun_ShowHighLight(CDC* dc) {
     dc->SetROP2(oldMode);
     dc->SelectObject(oldBrush);
     dc->SelectObject(oldPen);
-    MarkBaseMapChanged();
 }
 
 // ---- selecting from outside -------------------------------------------------------------------------------

@@ -76,7 +76,7 @@ protected:
 
 private:
     void Toggle(int& flag);
-    void Zoom(float factor);
+    void Zoom(bool in);
     void CenterOn(double x, double y, float scale);
     void KeepCursorAt(const CPoint& pixel) { m_cCursor = WorldOf(pixel); }
     void StartSelection(int kind);

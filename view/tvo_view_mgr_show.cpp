@@ -171,8 +171,8 @@ void CTvoViewMgr::PanBy(const CFPoint& from, const CFPoint& to) {
     KeepCursorAt(cursor);
 }
 
-void CTvoViewMgr::Zoom(float factor) {
-    const float scale = factor > 1 ? m_cCoor.GetScale() * 1.2f : m_cCoor.GetScale() / 1.2f;
+void CTvoViewMgr::Zoom(bool in) {
+    const float scale = in ? m_cCoor.GetScale() * 1.2f : m_cCoor.GetScale() / 1.2f;
     if (scale < g_qeTvoScaleMin) return History("已到缩小极限！");
     if (scale > g_qeTvoScaleMax) return History("已到放大极限！");
     _Fun_SaveCoor();
@@ -188,8 +188,8 @@ void CTvoViewMgr::Zoom(float factor) {
     Invalidate();
 }
 
-void CTvoViewMgr::_Svr_ShowZoomIn() { Zoom(1.2f); }
-void CTvoViewMgr::_Svr_ShowZoomOut() { Zoom(1 / 1.2f); }
+void CTvoViewMgr::_Svr_ShowZoomIn() { Zoom(true); }
+void CTvoViewMgr::_Svr_ShowZoomOut() { Zoom(false); }
 
 // ---- the last view, kept between sessions -----------------------------------------------------------------
 
