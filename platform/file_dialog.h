@@ -18,10 +18,10 @@ struct OPENFILENAME {
 constexpr DWORD OFN_OVERWRITEPROMPT = 2;  // ask before a file that is there is taken
 constexpr DWORD OFN_HIDEREADONLY = 4;     // no read-only box
 
-/// Shows the dialog. FALSE when the user cancels, and when there is no window system to show one.
+/// Shows the dialog, that of the window system unless another one was set. FALSE when the user cancels, when there is
+/// no window system to show one, and when the answer is longer than the room for it.
 BOOL GetSaveFileNameA(OPENFILENAME* request);
 
-/// The window system's own dialog, which GetSaveFileNameA calls from here on; an empty one takes it away. Returns the
-/// one before.
+/// A dialog that GetSaveFileNameA calls from here on instead; an empty one takes it away. Returns the one before.
 using SaveFileDialog = std::function<BOOL(OPENFILENAME&)>;
 SaveFileDialog SetSaveFileDialog(SaveFileDialog dialog);

@@ -87,6 +87,12 @@ LRESULT CWnd::WindowProc(UINT message, WPARAM w, LPARAM l) {
         case WM_SETFOCUS:
             OnSetFocus();
             return 0;
+        case WM_CLOSE:
+            OnClose();
+            return 0;
+        case WM_ACTIVATE:
+            OnActivate(w != 0);
+            return 0;
         case WM_PAINT:
             OnPaint();
             return 0;
@@ -107,6 +113,8 @@ LRESULT CWnd::WindowProc(UINT message, WPARAM w, LPARAM l) {
             return mouse(&CWnd::OnMouseMove);
         case WM_LBUTTONDOWN:
             return mouse(&CWnd::OnLButtonDown);
+        case WM_LBUTTONDBLCLK:
+            return mouse(&CWnd::OnLButtonDblClk);
         case WM_LBUTTONUP:
             return mouse(&CWnd::OnLButtonUp);
         case WM_MBUTTONDOWN:
@@ -157,6 +165,16 @@ void CWnd::MoveWindow(const CRect& place) {
 
 void CWnd::ShowWindow(BOOL show) {
     if (m_peer) m_peer->Show(show != 0);
+}
+
+CString CWnd::GetWindowText() const { return Peer() ? CString(Peer()->Text()) : CString(); }
+
+void CWnd::SetWindowText(const CString& text) {
+    if (Peer()) Peer()->SetText(text.GetString());
+}
+
+void CWnd::SetTip(const CString& text) {
+    if (m_peer) m_peer->Tip(text.GetString());
 }
 
 // ---- painting ---------------------------------------------------------------------------------------------
@@ -247,12 +265,6 @@ std::int64_t QueryPerformanceFrequency() {
 }
 
 // ---- edit controls ----------------------------------------------------------------------------------------
-
-CString CEdit::GetWindowText() const { return Peer() ? CString(Peer()->Text()) : CString(); }
-
-void CEdit::SetWindowText(const CString& text) {
-    if (Peer()) Peer()->SetText(text.GetString());
-}
 
 void CEdit::AppendText(const CString& text) {
     if (Peer()) Peer()->AppendText(text.GetString());

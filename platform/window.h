@@ -2,6 +2,8 @@
 #pragma once
 #include <cstdint>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "platform/string.h"
 #include "platform/win_types.h"
@@ -12,7 +14,9 @@ class CSurface;
 class CWindowPeer;
 
 /// What a window is to the system that shows it.
-enum class WindowKind { kFrame, kView, kPane, kBar, kEditLine, kEditLog };
+/// kFrame is the program's window, kTool another window of its own that stays above that; the rest lie in
+/// their parents.
+enum class WindowKind { kFrame, kTool, kView, kPane, kBar, kEditLine, kEditLog };
 
 /// A mouse cursor, by number; 0 is none.
 using HCURSOR = int;
@@ -54,6 +58,11 @@ public:
     void MoveWindow(const CRect& place);
     void ShowWindow(BOOL show);
 
+    // --- text: the title of a window of its own, what stands in an edit control
+    CString GetWindowText() const;  // empty without a window
+    void SetWindowText(const CString& text);
+    void SetTip(const CString& text);  // shown at the pointer after a while; empty: none
+
     // --- painting
     /// Marks a part (null: all) of the client area for repainting. The window is repainted whole, once, when
     /// no message is waiting.
@@ -82,6 +91,11 @@ protected:
     // --- handlers; keys and buttons as MK_ bits, points in the client area
     virtual int OnCreate() { return 0; }
     virtual void OnDestroy() {}
+    /// The user closes this window of its own. By default it goes.
+    virtual void OnClose() { DestroyWindow(); }
+    virtual void OnActivate(bool /*active*/) {}
+    /// Files were dropped here; 0 passes them on to the parent.
+    virtual BOOL OnDropFiles(const std::vector<std::string>& /*files*/) { return 0; }
     virtual void OnSize(int /*width*/, int /*height*/) {}
     virtual void OnSetFocus() {}
     virtual void OnPaint() {}
@@ -93,6 +107,8 @@ protected:
     virtual void OnMouseMove(UINT /*keys*/, CPoint) {}
     virtual void OnLButtonDown(UINT /*keys*/, CPoint) {}
     virtual void OnLButtonUp(UINT /*keys*/, CPoint) {}
+    /// The second press of a double click, in the place of OnLButtonDown.
+    virtual void OnLButtonDblClk(UINT keys, CPoint p) { OnLButtonDown(keys, p); }
     virtual void OnMButtonDown(UINT /*keys*/, CPoint) {}
     virtual void OnMButtonUp(UINT /*keys*/, CPoint) {}
     virtual void OnRButtonDown(UINT /*keys*/, CPoint) {}
@@ -126,8 +142,6 @@ protected:
 /// A line or a log of text. The text is the system's, which may have an input method of its own.
 class CEdit : public CWnd {
 public:
-    CString GetWindowText() const;  // empty without a window
-    void SetWindowText(const CString& text);
     void AppendText(const CString& text);  // the caret behind it
     void ScrollToEnd();
 

@@ -9,6 +9,7 @@ CWindowSystem* g_current = nullptr;
 UINT ButtonOf(UINT message) {
     switch (message) {
         case WM_LBUTTONDOWN:
+        case WM_LBUTTONDBLCLK:
         case WM_LBUTTONUP:
             return MK_LBUTTON;
         case WM_MBUTTONDOWN:
@@ -23,7 +24,7 @@ UINT ButtonOf(UINT message) {
 }
 
 bool IsPress(UINT message) {
-    return message == WM_LBUTTONDOWN || message == WM_MBUTTONDOWN || message == WM_RBUTTONDOWN;
+    return message == WM_LBUTTONDOWN || message == WM_LBUTTONDBLCLK || message == WM_MBUTTONDOWN || message == WM_RBUTTONDOWN;
 }
 
 /// The characters of UTF-8 text; a byte that belongs to none is passed over.
@@ -139,6 +140,7 @@ void CWindowSystem::Deliver(CWnd& window, UINT message, WPARAM w, LPARAM l) {
 }
 
 void CWindowSystem::DeliverMouse(CWnd& window, UINT message, UINT keys, CPoint client) {
+    if (m_watcher) m_watcher->OnMouse(window, message, keys, client);
     if (!CatchUp(window)) return;  // it may take or release the capture
     CWnd* target = &window;
     if (m_capture && m_capture != target) {
@@ -156,6 +158,7 @@ void CWindowSystem::DeliverMouse(CWnd& window, UINT message, UINT keys, CPoint c
 }
 
 void CWindowSystem::DeliverWheel(CWnd& window, UINT keys, int delta, CPoint screen) {
+    if (m_watcher) m_watcher->OnWheel(window, keys, delta, screen);
     if (!CatchUp(window)) return;
     m_shift = keys & MK_SHIFT;
     m_control = keys & MK_CONTROL;
@@ -163,6 +166,7 @@ void CWindowSystem::DeliverWheel(CWnd& window, UINT keys, int delta, CPoint scre
 }
 
 void CWindowSystem::DeliverKey(CWnd& window, UINT key, bool shift, bool control, const std::string& text) {
+    if (m_watcher) m_watcher->OnKey(window, key, shift, control, text);
     if (!CatchUp(window)) return;
     m_shift = shift;
     m_control = control;
@@ -171,6 +175,25 @@ void CWindowSystem::DeliverKey(CWnd& window, UINT key, bool shift, bool control,
         if (std::find(m_windows.begin(), m_windows.end(), &window) != m_windows.end())
             Deliver(window, WM_CHAR, code, 0);
     });
+}
+
+void CWindowSystem::DeliverDrop(CWnd& window, const std::vector<std::string>& files) {
+    if (m_watcher) m_watcher->OnDrop(window, files);
+    if (!CatchUp(window)) return;
+    for (CWnd* taker = &window; taker && !taker->OnDropFiles(files);) taker = taker->GetParent();
+    Drain();
+}
+
+void CWindowSystem::DeliverClose(CWnd& window) {
+    if (m_watcher) m_watcher->OnClose(window);
+    Deliver(window, WM_CLOSE, 0, 0);
+}
+
+void CWindowSystem::DeliverResize(CWnd& window) {
+    if (m_watcher) m_watcher->OnResize(window, window.Peer()->Client());
+    if (!CatchUp(window)) return;
+    window.Resized();
+    Drain();
 }
 
 void CWindowSystem::SetFocus(CWnd& window) {
@@ -189,11 +212,66 @@ void CWindowSystem::SetCapture(CWnd* window) {
 
 // ---- services ---------------------------------------------------------------------------------------------
 
-std::optional<std::string> CWindowSystem::AskSavePath(const std::string&, const std::string&) {
-    if (m_savePaths.empty()) return std::nullopt;
-    auto answer = m_savePaths.front();
-    m_savePaths.pop_front();
+int CWindowSystem::RunDialog(DialogForm& form) {
+    const std::vector<DialogField> before = form.m_fields;
+    int button = DoDialog(form);
+    if (button < 0 || button + 1 >= static_cast<int>(form.m_buttons.size())) {
+        button = -1;
+        form.m_fields = before;
+    }
+    if (m_watcher) m_watcher->OnDialog(form, button);
+    return button;
+}
+
+// An answer that the form itself refuses is told, and cancels: nobody is there to mend it.
+int CWindowSystem::DoDialog(DialogForm& form) {
+    if (form.m_check) form.m_check(form);
+    if (m_answers.empty() || m_answers.front().m_dialog != form.m_name) return -1;
+    const DialogAnswer answer = std::move(m_answers.front());
+    m_answers.pop_front();
+    if (answer.m_button < 0) return -1;
+    for (const auto& [name, value] : answer.m_values) {
+        form.SetValue(name, value);
+        if (!form.m_check) continue;
+        if (const std::string wrong = form.m_check(form); !wrong.empty() && &answer.m_values.back().first == &name) {
+            ShowMessage(wrong);
+            return -1;
+        }
+    }
+    return answer.m_button;
+}
+
+std::optional<std::string> CWindowSystem::AskPath(const PathRequest& request) {
+    auto path = DoAskPath(request);
+    if (m_watcher) m_watcher->OnPath(request, path);
+    return path;
+}
+
+std::optional<std::string> CWindowSystem::DoAskPath(const PathRequest&) {
+    if (m_paths.empty()) return std::nullopt;
+    auto answer = std::move(m_paths.front());
+    m_paths.pop_front();
     return answer;
+}
+
+std::string CWindowSystem::ClipboardText() {
+    std::string text = ReadClipboard();
+    if (m_watcher) m_watcher->OnClipboard(text);
+    return text;
+}
+
+std::int64_t CWindowSystem::Ticks() {
+    const std::int64_t ticks = ReadClock();
+    if (m_watcher) m_watcher->OnTicks(ticks);
+    return ticks;
+}
+
+std::int64_t CWindowSystem::ReadClock() {
+    if (!m_ticks.empty()) {
+        m_now += m_ticks.front();
+        m_ticks.pop_front();
+    }
+    return m_now;
 }
 
 std::optional<std::string> CWindowSystem::ReadSetting(const std::string& path, const std::string& name) {

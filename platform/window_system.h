@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/dialog.h"
 #include "platform/window.h"
 
 /// The system's side of one window; owned by the window. This one keeps place and text in memory.
@@ -30,7 +31,10 @@ public:
     virtual void Capture(bool /*on*/) {}
     virtual void Cursor(HCURSOR /*cursor*/) {}
     virtual void WarpPointer(CPoint /*client*/) {}  // the move itself is no business of the peer's
-    // Edit controls
+    virtual void Tip(const std::string& /*text*/) {}  // shown at the pointer after a while; empty: none
+    /// Pixels of the picture's side for one of the client area: 1 or 2.
+    virtual int Density() const { return 1; }
+    // The title of a window of its own, the text of an edit control
     virtual std::string Text() const { return m_text; }
     virtual void SetText(const std::string& text) { m_text = text; }
     virtual void AppendText(const std::string& text) { SetText(Text() + text); }
@@ -42,6 +46,25 @@ protected:
     CRect m_place;             // in the parent
     bool m_shown = true;
     std::string m_text;  // UTF-8
+};
+
+/// Somebody who looks on at what goes into the window system: a recorder of sessions.
+class CWindowWatcher {
+public:
+    virtual ~CWindowWatcher() = default;
+    // Before the event is handled; points in the client area, as the backend gave them.
+    virtual void OnMouse(CWnd& /*window*/, UINT /*message*/, UINT /*keys*/, CPoint) {}
+    virtual void OnWheel(CWnd& /*window*/, UINT /*keys*/, int /*delta*/, CPoint /*screen*/) {}
+    virtual void OnKey(CWnd& /*window*/, UINT /*key*/, bool /*shift*/, bool /*control*/, const std::string& /*text*/) {}
+    virtual void OnDrop(CWnd& /*window*/, const std::vector<std::string>& /*files*/) {}
+    virtual void OnClose(CWnd& /*window*/) {}
+    /// A window of its own has another size now.
+    virtual void OnResize(CWnd& /*window*/, CSize) {}
+    // After the user has answered.
+    virtual void OnDialog(const DialogForm&, int /*button*/) {}
+    virtual void OnPath(const PathRequest&, const std::optional<std::string>& /*path*/) {}
+    virtual void OnClipboard(const std::string& /*text*/) {}  // it was read
+    virtual void OnTicks(std::int64_t /*ticks*/) {}            // the clock was read
 };
 
 /// The system that windows live in, one at a time for the process. This one has no screen: its clock stands
@@ -66,6 +89,10 @@ public:
     void DeliverWheel(CWnd& window, UINT keys, int delta, CPoint screen);
     /// The key goes to the window; `text` is what it types there (empty: nothing).
     void DeliverKey(CWnd& window, UINT key, bool shift, bool control, const std::string& text);
+    /// Files were dropped on a window: OnDropFiles of it, or of the nearest parent that takes them.
+    void DeliverDrop(CWnd& window, const std::vector<std::string>& files);
+    void DeliverClose(CWnd& window);  // the user closes a window of its own: its OnClose
+    void DeliverResize(CWnd& window);  // the user has resized a window of its own
     /// All that is posted, then painting. Stops after kMostMessages, with Wake called: a command may post for
     /// ever.
     void Drain();
@@ -85,25 +112,43 @@ public:
     // --- what a backend provides
     virtual std::unique_ptr<CWindowPeer> MakePeer(CWnd& window, WindowKind kind, CWnd* parent);
     virtual void Wake() {}  // have Drain called soon
-    virtual std::int64_t Ticks() { return m_now; }
+    /// Handles events until Quit; the program's exit status. Without a screen there are none.
+    virtual int RunLoop() { return 0; }
+    virtual void Quit() {}
     virtual std::int64_t TicksPerSecond() { return 1000000; }
     virtual void StartTimer(CWnd& window, unsigned id, int milliseconds);
     virtual void StopTimer(CWnd& window, unsigned id);
-    /// Asks for the path of a file to write; nothing for a cancel. `pattern` is as in "*.DXF".
-    virtual std::optional<std::string> AskSavePath(const std::string& description,
-                                                   const std::string& pattern);
     virtual void ShowMessage(const std::string& text) { m_messages.push_back(text); }
     virtual bool RunProgram(const std::vector<std::string>& /*arguments*/, bool /*wait*/) { return false; }
     /// A setting of the user's, by the path of its group and its name.
     virtual std::optional<std::string> ReadSetting(const std::string& path, const std::string& name);
     virtual void WriteSetting(const std::string& path, const std::string& name, const std::string& value);
 
+    // --- what the user is asked; the watcher learns of the answer
+    std::int64_t Ticks();
+    /// Shows a dialog and waits for it: the index of the button, with the values in the form, or -1 when it was closed
+    /// or its last button was pressed; the values are then as they were.
+    int RunDialog(DialogForm& form);
+    std::optional<std::string> AskPath(const PathRequest& request);  // nothing for a cancel
+    std::string ClipboardText();
+    virtual void SetClipboardText(const std::string& text) { m_clipboard = text; }
+    CWindowWatcher* m_watcher = nullptr;  // borrowed; may be null
+
     // --- the system without a screen, for scripts and tests
     void Advance(int milliseconds);  // moves the clock; timers that are due fire in order
     void Tick(std::int64_t ticks) { m_now += ticks; }
-    std::deque<std::optional<std::string>>
-        m_savePaths;                      // answers of AskSavePath, the next first; none left: cancel
+    std::deque<DialogAnswer> m_answers;                // of RunDialog, the next first; none left: cancel
+    std::deque<std::optional<std::string>> m_paths;    // of AskPath; none left: cancel
+    std::deque<std::int64_t> m_ticks;                  // by so much the clock goes on at each reading; none left: it stands
+    std::string m_clipboard;
     std::vector<std::string> m_messages;  // what ShowMessage was given
+
+protected:
+    // What a backend shows. Values of a form that was cancelled don't matter.
+    virtual int DoDialog(DialogForm& form);
+    virtual std::optional<std::string> DoAskPath(const PathRequest& request);
+    virtual std::string ReadClipboard() { return m_clipboard; }
+    virtual std::int64_t ReadClock();
 
 private:
     struct Posted {

@@ -1,0 +1,67 @@
+// What a dialog asks, without a word about the toolkit that shows it.
+#pragma once
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+class CView;
+
+/// One line of a dialog. Values are texts in UTF-8.
+struct DialogField {
+    enum class Kind {
+        kText,     // any text
+        kNumber,   // a number; the dialog takes any text, m_check of the form judges
+        kCheck,    // "1" or "0"
+        kChoice,   // the index of one of the choices, "0" and up
+        kTicks,    // one letter for each choice: 1 ticked, 0 not
+        kTable,    // rows ended by "\n", cells parted by "\t"; choices are the heads of the columns
+        kNote,     // shown, not asked
+    };
+    Kind m_kind = Kind::kText;
+    std::string m_name;                   // by which scripts and code know it
+    std::string m_label;                  // what people read
+    std::string m_value;                  // proposed, then answered
+    std::vector<std::string> m_choices;   // of kChoice and kTicks, heads of kTable
+};
+
+/// A dialog: fields from top to bottom, a view beside them that shows what they would give, buttons below.
+struct DialogForm {
+    std::string m_name;                       // by which scripts know it
+    std::string m_title;
+    std::vector<DialogField> m_fields;
+    std::vector<std::string> m_buttons{"确定", "取消"};  // the first is the default one, the last cancels
+    CView* m_preview = nullptr;               // borrowed, not created yet; the dialog makes it and takes it down. May be null
+    int m_previewWidth = 420, m_previewHeight = 320;  // pixels
+    /// Called before the dialog shows and after each change of a value; it may set other fields' values, notes, and
+    /// invalidate the preview. What it gives is what is wrong with the values, shown; empty: nothing. With something
+    /// wrong only the last button works.
+    std::function<std::string(DialogForm&)> m_check;
+
+    /// The value of a field; empty for a name that is none.
+    std::string Value(const std::string& name) const {
+        for (const DialogField& field : m_fields)
+            if (field.m_name == name) return field.m_value;
+        return {};
+    }
+    void SetValue(const std::string& name, std::string value) {
+        for (DialogField& field : m_fields)
+            if (field.m_name == name) field.m_value = value;
+    }
+};
+
+/// What was answered: the values that were given and the button. A script lays such answers ready.
+struct DialogAnswer {
+    std::string m_dialog;  // name of the form
+    int m_button = 0;      // index; -1: the last one, which cancels
+    std::vector<std::pair<std::string, std::string>> m_values;  // fields by name
+};
+
+/// Asks for the path of a file.
+struct PathRequest {
+    bool m_save = false;         // to write it, else to read
+    std::string m_title;
+    std::string m_description;   // of the kind of file
+    std::string m_pattern;       // "*.tvo *.dxf"
+    std::string m_proposed;      // name or path
+};
