@@ -30,17 +30,18 @@ public:
     /// curve; a place in there is an item's rank.
     PooledVector<int> Build(PooledVector<PlaneBox> boxes);
 
+    static constexpr std::size_t kFan = 8;  // neighbours under one box
+
     /// The lowest item for which `holds(item, rank)` is true, of those whose box holds the point; -1 if none
-    /// is.
-    template <class Holds>
-    int Lowest(float x, float y, Holds holds) const {
+    /// is. `ahead(rank)` comes before kFan neighbours are looked at, the first of which has that rank.
+    template <class Ahead, class Holds>
+    int Lowest(float x, float y, Ahead ahead, Holds holds) const {
         int best = kNone;
-        if (!m_aLevel.empty()) Descend(m_aLevel.size() - 1, 0, x, y, holds, best);
+        if (!m_aLevel.empty()) Descend(m_aLevel.size() - 1, 0, x, y, ahead, holds, best);
         return best == kNone ? -1 : best;
     }
 
 private:
-    static constexpr std::size_t kFan = 8;
     static constexpr int kNone = 0x7FFFFFFF;
 
     /// Eight boxes, one array a side, so that all of them are compared without a branch.
@@ -64,14 +65,16 @@ private:
         }
     };
 
-    template <class Holds>
-    void Descend(std::size_t level, std::size_t at, float x, float y, Holds& holds, int& best) const {
+    template <class Ahead, class Holds>
+    void Descend(std::size_t level, std::size_t at, float x, float y, Ahead& ahead, Holds& holds,
+                 int& best) const {
+        if (level == 0) ahead(at * kFan);
         const Eight& eight = m_aLevel[level][at];
         for (unsigned bits = eight.Holding(x, y, best); bits != 0; bits &= bits - 1) {
             const auto k = static_cast<std::size_t>(std::countr_zero(bits));
             if (eight.lowest[k] >= best) continue;  // one before it was better
             const std::size_t child = at * kFan + k;
-            if (level > 0) Descend(level - 1, child, x, y, holds, best);
+            if (level > 0) Descend(level - 1, child, x, y, ahead, holds, best);
             else if (holds(eight.lowest[k], child)) best = eight.lowest[k];
         }
     }

@@ -32,9 +32,12 @@ PlaneBox BoxAbout(const Vec& a, const Vec& b, const Vec& c, double tolerance) {
 
 // The tolerance is on the distance from each side's line, and on the box, or a sharp corner would reach far
 // beyond itself. Shares below 0 count as 0, so that the value stays between those of the corners.
-CornerShares SharesAt(const CChangNode& a, const CChangNode& b, const CChangNode& c, double x, double y) {
+CornerShares SharesAt(const TrianglePlaces& corners, double x, double y) {
     const Vec p{x, y};
-    const Vec corner[3] = {Place(a), Place(b), Place(c)};
+    const auto place = [&](std::size_t k) {
+        return Vec{static_cast<double>(corners.x[k]), static_cast<double>(corners.y[k])};
+    };
+    const Vec corner[3] = {place(0), place(1), place(2)};
     const double area = Cross(corner[1] - corner[0], corner[2] - corner[0]);
     if (!(area != 0) || !std::isfinite(area)) return {};
     CornerShares result;
@@ -80,9 +83,16 @@ CFieldLocator::CFieldLocator(const CChang& field, const CFieldMesh& mesh)
     }
     m_dReach = kFieldTolerance * longest;
     const PooledVector<int> items = m_cTriangles.Build(std::move(boxes));
-    m_aCorners.resize(items.size());
-    for (std::size_t rank = 0; rank < items.size(); ++rank)
-        m_mesh.Find(m_field.m_arrTri[items[rank]], m_aCorners[rank]);
+    m_aTriangle.resize(items.size());
+    for (std::size_t rank = 0; rank < items.size(); ++rank) {
+        Triangle& triangle = m_aTriangle[rank];
+        m_mesh.Find(m_field.m_arrTri[items[rank]], triangle.at);
+        for (std::size_t k = 0; k < 3; ++k) {
+            const CChangNode& node = m_mesh.Node(triangle.at[k]);
+            triangle.places.x[k] = node.m_fX;
+            triangle.places.y[k] = node.m_fY;
+        }
+    }
 }
 
 bool CFieldLocator::Fits(const CChang& field) const {
@@ -104,9 +114,16 @@ void CFieldLocator::BuildNodes() {
 bool CFieldLocator::ValueAt(float x, float y, float& value) {
     if (!std::isfinite(x) || !std::isfinite(y)) return false;
     const double px = static_cast<double>(x), py = static_cast<double>(y);
-    const int triangle = m_cTriangles.Lowest(x, y, [&](int, std::size_t rank) {
-        const CFieldMesh::Corners& at = m_aCorners[rank];
-        const CornerShares s = SharesAt(m_mesh.Node(at[0]), m_mesh.Node(at[1]), m_mesh.Node(at[2]), px, py);
+    // The triangles that may be asked for are on their way while their boxes are: one wait for memory, not
+    // two.
+    const auto fetch = [&](std::size_t rank) {
+        const char* const from = reinterpret_cast<const char*>(m_aTriangle.data() + rank);
+        for (std::size_t byte = 0; byte < CBoxTree::kFan * sizeof(Triangle); byte += 64)
+            __builtin_prefetch(from + byte);
+    };
+    const int triangle = m_cTriangles.Lowest(x, y, fetch, [&](int, std::size_t rank) {
+        const CFieldMesh::Corners& at = m_aTriangle[rank].at;
+        const CornerShares s = SharesAt(m_aTriangle[rank].places, px, py);
         if (!s.held || !m_mesh.HasValue(at[0]) || !m_mesh.HasValue(at[1]) || !m_mesh.HasValue(at[2]))
             return false;
         double v = 0;
@@ -116,10 +133,12 @@ bool CFieldLocator::ValueAt(float x, float y, float& value) {
     });
     if (triangle >= 0) return true;
     if (!m_bNodesBuilt) BuildNodes();
-    const int node = m_cNodes.Lowest(x, y, [&](int i, std::size_t) {
-        const Vec away = Place(m_mesh.Node(i)) - Vec{px, py};
-        return m_mesh.HasValue(i) && std::hypot(away.x, away.y) <= m_dReach;
-    });
+    const int node = m_cNodes.Lowest(
+        x, y, [](std::size_t) {},
+        [&](int i, std::size_t) {
+            const Vec away = Place(m_mesh.Node(i)) - Vec{px, py};
+            return m_mesh.HasValue(i) && std::hypot(away.x, away.y) <= m_dReach;
+        });
     if (node >= 0) value = m_mesh.Value(node);
     return node >= 0;
 }

@@ -13,7 +13,11 @@ struct CornerShares {
     std::array<double, 3> share{};
     bool held = false;  // false: the triangle does not hold the point; one without area holds none
 };
-CornerShares SharesAt(const CChangNode& a, const CChangNode& b, const CChangNode& c, double x, double y);
+/// Three places in the plane.
+struct TrianglePlaces {
+    std::array<float, 3> x{}, y{};
+};
+CornerShares SharesAt(const TrianglePlaces& corners, double x, double y);
 
 /// Answers where in a field a point lies, for the sizes that the field had when this was made.
 class CFieldLocator {
@@ -27,6 +31,13 @@ public:
     bool ValueAt(float x, float y, float& value);
 
 private:
+    /// The corners by position, and their places beside them: a triangle that doesn't hold the point, which
+    /// every second one that is looked at does not, costs no access to the nodes.
+    struct Triangle {
+        CFieldMesh::Corners at{};
+        TrianglePlaces places;
+    };
+
     void BuildNodes();
 
     const CChang& m_field;
@@ -34,7 +45,7 @@ private:
     int m_nNodes, m_nTriangles;  // sizes
     double m_dReach = 0;         // how near a node must be: by the longest edge of all
     CBoxTree m_cTriangles;
-    PooledVector<CFieldMesh::Corners> m_aCorners;  // of the triangles, by rank in the tree
-    CBoxTree m_cNodes;                             // built when a point first falls outside of all triangles
+    PooledVector<Triangle> m_aTriangle;  // by rank in the tree
+    CBoxTree m_cNodes;                   // built when a point first falls outside of all triangles
     bool m_bNodesBuilt = false;
 };
