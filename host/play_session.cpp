@@ -7,9 +7,11 @@
 #include <vector>
 
 #include "host/edit_commands.h"
+#include "host/editor/edit_frame.h"
 #include "host/failure.h"
 #include "host/file_output.h"
 #include "host/json_text.h"
+#include "host/play_event.h"
 #include "host/play_frame.h"
 #include "host/png/png_writer.h"
 #include "host/script_line.h"
@@ -22,14 +24,6 @@ namespace {
 using Words = std::vector<std::string>;
 
 constexpr int kLargestView = 16384;
-
-struct Event {
-    const char* name;
-    const char* arguments;
-    int least, most;  // words behind the name; most -1: the rest of the line as it stands
-    void (*run)(PlaySession& session, const Words& words);
-    const char* help;
-};
 
 int Pixel(const std::string& word, const char* what) { return static_cast<int>(ScriptInteger(word, what, -1000000, 1000000)); }
 
@@ -68,25 +62,8 @@ constexpr KeyName kKeys[] = {{"enter", VK_RETURN, ""}, {"space", VK_SPACE, " "},
                              {"up", VK_UP, ""},        {"down", VK_DOWN, ""},    {"back", VK_BACK, "\b"}};
 
 void PressKey(PlaySession& session, const Words& words) {
-    bool shift = false, control = false;
-    for (std::size_t i = 2; i < words.size(); ++i) {
-        if (words[i] == "shift") shift = true;
-        else if (words[i] == "ctrl") control = true;
-        else throw ScriptFailure{"with a key goes ctrl or shift, not '" + words[i] + "'"};
-    }
-    std::string name = words[1];
-    std::transform(name.begin(), name.end(), name.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    for (const KeyName& key : kKeys)
-        if (name == key.name) return session.Key(key.key, shift, control, key.text);
-    if (name.size() > 1 && name[0] == 'f' && name.find_first_not_of("0123456789", 1) == std::string::npos) {
-        const auto n = ScriptInteger(name.substr(1), "F key", 1, 12);
-        return session.Key(VK_F1 + static_cast<unsigned>(n) - 1, shift, control, "");
-    }
-    const unsigned char c = static_cast<unsigned char>(name[0]);
-    if (name.size() != 1 || !std::isalnum(c))
-        throw ScriptFailure{"there is no key '" + words[1] +
-                            "'; known are enter, space, tab, esc, left, right, up, down, back, F1 to F12, letters and digits"};
-    session.Key(static_cast<unsigned>(std::toupper(c)), shift, control, control ? "" : words[1]);
+    const PlayKey key = KeyNamed(words, 1);
+    session.Key(key.key, key.shift, key.control, key.text);
 }
 
 template <unsigned kKey>
@@ -151,8 +128,8 @@ void Prompt(PlaySession& session, const Words&) {
     PrintJsonLine(session.m_out, {{"type", "prompt"}, {"lines", lines}, {"prompt", g_strPrompt.GetString()}});
 }
 
-constexpr Event kEvents[] = {
-    {"size", "W H", 2, 2, Resize, "the view's size in pixels; 800 by 600 at the start"},
+constexpr PlayEvent kEvents[] = {
+    {"size", "W H", 2, 2, Resize, "the view's size in pixels, 800 by 600 at the start; with editor the window's"},
     {"move", "X Y", 2, 2, Move, "the pointer goes to a pixel of the view"},
     {"ldown", "[X Y]", 0, 2, Button<WM_LBUTTONDOWN>, "the left button goes down, there"},
     {"lup", "[X Y]", 0, 2, Button<WM_LBUTTONUP>, "and up"},
@@ -171,13 +148,42 @@ constexpr Event kEvents[] = {
     {"prompt", "", 0, 0, Prompt, "prints the whole history of the command line"},
 };
 
-const Event* FindEvent(const Words& words) {
-    for (const Event& event : kEvents)
-        if (words[0] == event.name && !(words[0] == "png" && words.size() > 2)) return &event;
+const PlayEvent* FindEvent(const Words& words) {
+    for (const std::span<const PlayEvent> family : {std::span<const PlayEvent>(kEvents), EditorPlayEvents()})
+        for (const PlayEvent& event : family)
+            if (words[0] == event.name && !(words[0] == "png" && words.size() > 2)) return &event;
     return nullptr;
 }
 
 }  // namespace
+
+PlayKey KeyNamed(const std::vector<std::string>& words, std::size_t first) {
+    PlayKey pressed;
+    for (std::size_t i = first + 1; i < words.size(); ++i) {
+        if (words[i] == "shift") pressed.shift = true;
+        else if (words[i] == "ctrl") pressed.control = true;
+        else throw ScriptFailure{"with a key goes ctrl or shift, not '" + words[i] + "'"};
+    }
+    std::string name = words[first];
+    std::transform(name.begin(), name.end(), name.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    for (const KeyName& key : kKeys) {
+        if (name != key.name) continue;
+        pressed.key = key.key;
+        pressed.text = key.text;
+        return pressed;
+    }
+    if (name.size() > 1 && name[0] == 'f' && name.find_first_not_of("0123456789", 1) == std::string::npos) {
+        pressed.key = VK_F1 + static_cast<unsigned>(ScriptInteger(name.substr(1), "F key", 1, 12)) - 1;
+        return pressed;
+    }
+    const unsigned char c = name.empty() ? 0 : static_cast<unsigned char>(name[0]);
+    if (name.size() != 1 || !std::isalnum(c))
+        throw ScriptFailure{"there is no key '" + words[first] +
+                            "'; known are enter, space, tab, esc, left, right, up, down, back, F1 to F12, letters and digits"};
+    pressed.key = static_cast<unsigned>(std::toupper(c));
+    if (!pressed.control) pressed.text = words[first];
+    return pressed;
+}
 
 PlaySession::PlaySession(std::ostream& out) : m_script(out), m_out(out) {
     AddEditCommands();
@@ -191,10 +197,31 @@ PlaySession::PlaySession(std::ostream& out) : m_script(out), m_out(out) {
 
 PlaySession::~PlaySession() { m_script.m_db.m_pFrame = nullptr; }
 
+void PlaySession::UseEditor(int width, int height, const std::string& file) {
+    if (m_started) throw ScriptFailure{"editor stands before all other events"};
+    m_frame.reset();  // one frame at a time
+    auto editor = std::make_unique<CEditFrame>(m_script.m_db);
+    m_editor = editor.get();
+    m_frame = std::move(editor);
+    m_editor->Open({0, 0, width, height}, file);
+    m_system.Drain();
+}
+
+CEditFrame& PlaySession::Editor() {
+    if (!m_editor) throw ScriptFailure{"this is for the whole editor; begin the script with: editor"};
+    return *m_editor;
+}
+
+// The editor's boxes are told as they come.
+void PlaySession::TellMessages() {
+    for (; m_editor && m_told < m_system.m_messages.size(); ++m_told)
+        PrintJsonLine(m_out, {{"type", "message"}, {"text", m_system.m_messages[m_told]}});
+}
+
 CTvoViewMgr& PlaySession::View() { return *m_frame->GetDtView(); }
 
 void PlaySession::Resize(int width, int height) {
-    m_frame->MoveWindow(CPlayFrame::PlaceFor(width, height));
+    m_frame->MoveWindow(m_editor ? CRect(0, 0, width, height) : CPlayFrame::PlaceFor(width, height));
     m_system.Drain();
 }
 
@@ -219,28 +246,32 @@ void PlaySession::Run(std::string_view line) {
     }
     const Words words = SplitScriptLine(line);
     if (words.empty()) return;
-    const Event* const event = FindEvent(words);
+    const PlayEvent* const event = FindEvent(words);
     if (!event) {
+        m_started = true;
         m_script.Run(line);
         m_system.Drain();
         return;
     }
     const int count = static_cast<int>(words.size()) - 1;
-    if (count < event->least || count > event->most)
+    if (count < event->least || (event->most >= 0 && count > event->most))
         throw ScriptFailure{std::string(event->name) + " takes " + (*event->arguments ? event->arguments : "no arguments")};
     try {
         event->run(*this, words);
     } catch (const DataFailure& failure) {
         throw ScriptFailure{failure.what()};
     }
+    m_started = true;
+    TellMessages();
 }
 
 std::string PlaySession::Help() {
     std::string text;
-    for (const Event& event : kEvents) {
-        std::string head = std::string("  ").append(event.name) + " " + event.arguments;
-        head.resize(std::max<std::size_t>(head.size() + 2, 32), ' ');
-        text += head + event.help + "\n";
-    }
+    for (const std::span<const PlayEvent> family : {std::span<const PlayEvent>(kEvents), EditorPlayEvents()})
+        for (const PlayEvent& event : family) {
+            std::string head = std::string("  ").append(event.name) + " " + event.arguments;
+            head.resize(std::max<std::size_t>(head.size() + 2, 32), ' ');
+            text += head + event.help + "\n";
+        }
     return text;
 }

@@ -8,7 +8,8 @@
 #include "host/script.h"
 #include "platform/window_system.h"
 
-class CPlayFrame;
+class CEditFrame;
+class CTvoFrameBase;
 class CTvoViewMgr;
 
 /// A frame with a view and a prompt on a window system without a screen, and somebody's hands: mouse, keys, typed text.
@@ -24,8 +25,11 @@ public:
     static std::string Help();
 
     CTvoViewMgr& View();
-    CPlayFrame& Frame() { return *m_frame; }
-    void Resize(int width, int height);  // of the view, pixels
+    CTvoFrameBase& Frame() { return *m_frame; }
+    /// The whole editor in the place of the frame with view and prompt alone. Throws ScriptFailure behind other events.
+    void UseEditor(int width, int height, const std::string& file);
+    CEditFrame& Editor();  // throws ScriptFailure when the session has none
+    void Resize(int width, int height);  // of the view, pixels; of the window with the whole editor
     void Mouse(unsigned message, int x, int y);
     void Key(unsigned key, bool shift, bool control, const std::string& text);
 
@@ -35,5 +39,10 @@ public:
     int m_x = 0, m_y = 0;              // the pointer, pixels of the view
 
 private:
-    std::unique_ptr<CPlayFrame> m_frame;
+    void TellMessages();
+
+    std::unique_ptr<CTvoFrameBase> m_frame;
+    CEditFrame* m_editor = nullptr;  // the frame, if it is the whole editor
+    bool m_started = false;          // an event has been played
+    std::size_t m_told = 0;          // messages that have been told
 };

@@ -4,10 +4,13 @@
 
 #include <cstdio>
 
-CTerminalProgress::CTerminalProgress(const char* label)
-    : m_label(label), m_terminal(::isatty(STDERR_FILENO) == 1), m_start(std::chrono::steady_clock::now()) {}
+CTerminalProgress::CTerminalProgress(const char* label, CTvoFrameBase* before)
+    : m_label(label), m_before(before), m_terminal(::isatty(STDERR_FILENO) == 1), m_start(std::chrono::steady_clock::now()) {}
 
-CTerminalProgress::~CTerminalProgress() { Finish(); }
+CTerminalProgress::~CTerminalProgress() {
+    Finish();
+    g_pFrame = m_before;
+}
 
 void CTerminalProgress::Finish() {
     if (m_shown >= 0) std::fputs("\r\033[K", stderr);

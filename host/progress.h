@@ -8,7 +8,8 @@
 /// that has taken over half a second. The line is wiped in the end.
 class CTerminalProgress : public CTvoFrameBase {
 public:
-    explicit CTerminalProgress(const char* label);
+    /// The frame of the process, if there is one, is that again afterwards.
+    explicit CTerminalProgress(const char* label, CTvoFrameBase* before = g_pFrame);
     ~CTerminalProgress() override;
     CTerminalProgress(const CTerminalProgress&) = delete;
     CTerminalProgress& operator=(const CTerminalProgress&) = delete;
@@ -18,6 +19,7 @@ public:
 
 private:
     const char* m_label;
+    CTvoFrameBase* m_before;  // borrowed
     bool m_terminal;
     std::chrono::steady_clock::time_point m_start;
     int m_shown = -1;  // percentage that stands on the terminal, or -1

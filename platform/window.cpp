@@ -33,6 +33,8 @@ BOOL CWnd::Create(CWnd* parent, const CRect& place, WindowKind kind) {
     CWindowSystem* const system = CWindowSystem::Current();
     if (!system || m_peer) return 0;
     m_parent = parent;
+    m_kind = kind;
+    m_shown = true;
     m_peer = system->MakePeer(*this, kind, parent);
     system->Enter(*this);
     SendMessage(WM_CREATE);
@@ -164,6 +166,7 @@ void CWnd::MoveWindow(const CRect& place) {
 }
 
 void CWnd::ShowWindow(BOOL show) {
+    m_shown = show != 0;
     if (m_peer) m_peer->Show(show != 0);
 }
 

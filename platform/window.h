@@ -43,6 +43,7 @@ public:
     BOOL IsWindow() const { return m_peer != nullptr; }
     CWnd* GetParent() const { return m_parent; }
     CWindowPeer* Peer() const { return m_peer.get(); }  // null without a window
+    WindowKind Kind() const { return m_kind; }          // what it was made as
 
     // --- messages
     BOOL PostMessage(UINT message, WPARAM w = 0, LPARAM l = 0);     // 0 without a window
@@ -57,6 +58,7 @@ public:
     void ScreenToClient(CPoint& p) const;
     void MoveWindow(const CRect& place);
     void ShowWindow(BOOL show);
+    BOOL IsWindowVisible() const { return m_peer && m_shown; }
 
     // --- text: the title of a window of its own, what stands in an edit control
     CString GetWindowText() const;  // empty without a window
@@ -126,6 +128,8 @@ private:
     bool m_invalid = false;               // to be repainted
     bool m_painting = false;              // WM_PAINT is on its way
     bool m_unshown = false;               // the picture has changed since it was shown
+    bool m_shown = true;                  // not hidden by ShowWindow
+    WindowKind m_kind = WindowKind::kFrame;
 };
 
 /// A window that shows something of its host's: it draws all of itself in OnDraw.

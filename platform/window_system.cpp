@@ -117,6 +117,7 @@ void CWindowSystem::Drain() {
         painted.push_back(*due);
         (*due)->Paint();
     }
+    if (m_onIdle) m_onIdle();
     for (CWnd* window : std::vector<CWnd*>(m_windows))
         if (std::find(m_windows.begin(), m_windows.end(), window) != m_windows.end()) window->Present();
     // Marked again while it was painted: its turn comes with the next event.

@@ -3,6 +3,7 @@
 #pragma once
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -98,11 +99,13 @@ public:
     void Drain();
     static constexpr int kMostMessages = 200;
     bool IsIdle() const { return m_posted.empty(); }
+    std::function<void()> m_onIdle;  // called when nothing is left to do after an event; may be empty
 
     // --- for CWnd
     void Post(CWnd& window, UINT message, WPARAM w, LPARAM l);
     void Enter(CWnd& window);   // into the row of windows
     void Forget(CWnd& window);  // everything that names it
+    const std::vector<CWnd*>& Windows() const { return m_windows; }  // in the order of their making
     CWnd* Focus() const { return m_focus; }
     void SetFocus(CWnd& window);
     CWnd* Capture() const { return m_capture; }

@@ -1,11 +1,15 @@
 // CEditFrame: the editor's window.
 #pragma once
+#include <map>
+#include <memory>
 #include <string>
+#include <vector>
 
 #include "host/host_data_base.h"
 #include "shell/tvo_frame_base.h"
 
 class CDtWorkEx;
+class EditorDocument;
 
 /// A frame that runs tvo's commands on one model. It knows no toolkit: `tvo edit` shows it on a screen, `tvo play` drives
 /// it without one.
@@ -14,15 +18,46 @@ public:
     explicit CEditFrame(CTvoHostDataBase& db);
     ~CEditFrame() override;
 
+    /// Makes the window with its panes at a place on the screen and opens a file; without one it shows a sample net.
+    void Open(const CRect& place, const std::string& file = {});
+
     void InvokeCommand(int id, int arg) override;
 
     CTvoHostDataBase& DataBase() { return m_db; }
     CTvoViewMgr& View() { return *GetDtView(); }
+    EditorDocument& Document() { return *m_document; }
     void Tell(const std::string& text);  // a line of the prompt's history
+    void Warn(const std::string& text);  // a box that waits for the user, and a line of the history
     void Start(CDtWorkEx* command);      // the view runs it and owns it
     /// The model was changed by something else than a command at the view: lists, title and picture follow.
     void ModelChanged();
+    /// Another model stands in the data base: nothing of the former may be shown or running any more. Shows all of it.
+    void ModelReplaced();
+    void ShowWhole();
+    /// To be called before another model takes the place of this one.
+    void LeaveModel();
+
+    // --- windows beside the frame, by the names by which scripts know them
+    /// Shows a tool window in the place of the one of that name. The frame owns it.
+    void ShowTool(const std::string& name, std::unique_ptr<CWnd> tool, const CRect& place, const std::string& title);
+    CWnd* Tool(const std::string& name) const;  // null when there is none, or it has been closed
+    void CloseTool(const std::string& name);
+    std::vector<std::string> ToolNames() const;  // of those that stand
+    /// menu, bar, tools or a tool window's; null when there is no such window.
+    CWnd* WindowNamed(const std::string& name) const;
+    /// The other way round; empty for a window that has no such name.
+    std::string NameOf(const CWnd& window) const;
+
+protected:
+    void OnClose() override;
+    void OnDestroy() override;
+    BOOL OnDropFiles(const std::vector<std::string>& files) override;
 
 private:
+    void OnIdle();
+
     CTvoHostDataBase& m_db;  // borrowed
+    std::unique_ptr<EditorDocument> m_document;
+    std::map<std::string, std::unique_ptr<CWnd>> m_tools;
+    std::string m_title;  // as it stands on the window
 };

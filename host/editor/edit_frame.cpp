@@ -1,0 +1,153 @@
+#include "host/editor/edit_frame.h"
+
+#include <algorithm>
+#include <exception>
+#include <new>
+
+#include "host/edit_commands.h"
+#include "host/editor/command_table.h"
+#include "host/editor/document.h"
+#include "platform/window_system.h"
+#include "view/tvo_view_mgr.h"
+
+CEditFrame::CEditFrame(CTvoHostDataBase& db) : m_db(db), m_document(std::make_unique<EditorDocument>(*this)) {
+    m_db.m_pFrame = this;
+}
+
+CEditFrame::~CEditFrame() {
+    if (CWindowSystem* system = CWindowSystem::Current()) system->m_onIdle = nullptr;
+    m_tools.clear();
+    if (m_db.m_pFrame == this) m_db.m_pFrame = nullptr;
+}
+
+void CEditFrame::Open(const CRect& place, const std::string& file) {
+    AddEditorCommands();
+    if (CWindowSystem* system = CWindowSystem::Current()) system->m_onIdle = [this] { OnIdle(); };
+    Create(nullptr, place, WindowKind::kFrame);
+    CreatePanes(&m_db);
+    View().m_bShowGrid = 0;  // it reaches far beyond most models
+    // The prompt has F5 pressed at its start, which shows all with no room about it.
+    if (CWindowSystem* system = CWindowSystem::Current()) system->Drain();
+    if (file.empty() || !m_document->Open(file)) m_document->ShowSample();
+    FocusToCommandLine();
+}
+
+// ---- commands ---------------------------------------------------------------------------------------------
+
+void CEditFrame::InvokeCommand(int id, int arg) {
+    CTvoFrameBase::InvokeCommand(id, arg);
+    if (id == -1 || !GetDtView()) return;
+    try {
+        if (CDtWorkEx* const command = MakeEditCommand(id, m_db, View())) Start(command);
+        else RunEditorCommand(*this, id);
+    } catch (const std::bad_alloc&) {
+        Warn("内存不足, 命令没有完成");
+    } catch (const std::exception& failure) {
+        Warn(std::string("命令没有完成: ") + failure.what());
+    }
+}
+
+void CEditFrame::Start(CDtWorkEx* command) {
+    command->m_pView = &View();
+    command->m_pDataBase = &m_db;
+    View().DoWork(command);
+}
+
+// ---- telling ----------------------------------------------------------------------------------------------
+
+void CEditFrame::Tell(const std::string& text) { AppendPromptText(CString(text)); }
+
+void CEditFrame::Warn(const std::string& text) {
+    Tell(text);
+    if (CWindowSystem* system = CWindowSystem::Current()) system->ShowMessage(text);
+}
+
+void CEditFrame::LeaveModel() {
+    View().ReSetToInitialState(1);
+    View().ClearSelectedList();
+    CloseTool("check");  // its rows name places of the model that goes
+}
+
+void CEditFrame::ModelReplaced() {
+    ShowWhole();
+    View().m_nCoorHistory = 0;
+    ModelChanged();
+}
+
+// With some room about it, so that what lies at the border can be seen and taken hold of.
+void CEditFrame::ShowWhole() {
+    CFRect box = m_db.GetFrect();
+    const float room = 0.04f * std::max(box.m_fMaxX - box.m_fMinX, box.m_fMaxY - box.m_fMinY);
+    View()._Fun_ShowRect({box.m_fMinX - room, box.m_fMinY - room, 0}, {box.m_fMaxX + room, box.m_fMaxY + room, 0}, 1, 1);
+}
+
+void CEditFrame::ModelChanged() {
+    View().RefreshViewPort();
+    View().m_bBaseMapDirty = 1;
+    View().Invalidate();
+    OnIdle();
+}
+
+// Whatever has changed the model, a command, a right click that ended one, undo: by the time when nothing is left to do
+// after the event, it shows.
+void CEditFrame::OnIdle() {
+    if (!IsWindow()) return;
+    const std::string title = m_document->Title();
+    if (title == m_title) return;
+    m_title = title;
+    SetWindowText(CString(title));
+}
+
+// ---- windows beside ---------------------------------------------------------------------------------------
+
+void CEditFrame::ShowTool(const std::string& name, std::unique_ptr<CWnd> tool, const CRect& place, const std::string& title) {
+    CWnd& window = *tool;
+    m_tools[name] = std::move(tool);
+    window.Create(this, place, WindowKind::kTool);
+    window.SetWindowText(CString(title));
+}
+
+CWnd* CEditFrame::Tool(const std::string& name) const {
+    const auto found = m_tools.find(name);
+    return found != m_tools.end() && found->second->IsWindow() ? found->second.get() : nullptr;
+}
+
+void CEditFrame::CloseTool(const std::string& name) {
+    if (CWnd* const tool = Tool(name)) tool->DestroyWindow();
+}
+
+std::vector<std::string> CEditFrame::ToolNames() const {
+    std::vector<std::string> names;
+    for (const auto& [name, tool] : m_tools)
+        if (tool->IsWindow()) names.push_back(name);
+    return names;
+}
+
+CWnd* CEditFrame::WindowNamed(const std::string& name) const { return Tool(name); }
+
+std::string CEditFrame::NameOf(const CWnd& window) const {
+    for (const auto& [name, tool] : m_tools)
+        if (tool.get() == &window) return name;
+    return {};
+}
+
+// ---- the window -------------------------------------------------------------------------------------------
+
+void CEditFrame::OnClose() {
+    if (m_document->MayLeave()) CTvoFrameBase::OnClose();
+}
+
+void CEditFrame::OnDestroy() {
+    for (auto& [name, tool] : m_tools) tool->DestroyWindow();
+    CTvoFrameBase::OnDestroy();
+    if (CWindowSystem* system = CWindowSystem::Current()) {
+        system->m_onIdle = nullptr;
+        system->Quit();
+    }
+}
+
+// Of several files the last model stays; drawings are added to it.
+BOOL CEditFrame::OnDropFiles(const std::vector<std::string>& files) {
+    for (const std::string& file : files) m_document->OpenAsked(file);
+    return 1;
+}

@@ -1,0 +1,186 @@
+// The events of a played session that belong to the whole editor: its other windows, what it asks, what it looks like.
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+#include "host/editor/edit_frame.h"
+#include "host/file_output.h"
+#include "host/json_text.h"
+#include "host/play_event.h"
+#include "host/play_session.h"
+#include "host/png/png_writer.h"
+#include "host/script_line.h"
+#include "host/window_picture.h"
+#include "platform/canvas/surface.h"
+#include "view/tvo_view_mgr.h"
+
+namespace {
+
+using Words = std::vector<std::string>;
+
+constexpr int kLargestWindow = 16384;
+
+int Pixel(const std::string& word, const char* what) { return static_cast<int>(ScriptInteger(word, what, -1000000, 1000000)); }
+
+void OpenEditor(PlaySession& session, const Words& words) {
+    if (words.size() == 2) throw ScriptFailure{"editor takes W and H, and a FILE after them"};
+    const bool sized = words.size() > 2;
+    const int width = sized ? static_cast<int>(ScriptInteger(words[1], "W", 0, kLargestWindow)) : 1200;
+    const int height = sized ? static_cast<int>(ScriptInteger(words[2], "H", 0, kLargestWindow)) : 800;
+    session.UseEditor(width, height, words.size() > 3 ? words[3] : "");
+}
+
+// ---- other windows ----------------------------------------------------------------------------------------
+
+struct MouseWord {
+    const char* name;
+    UINT message;
+};
+constexpr MouseWord kMouse[] = {{"move", WM_MOUSEMOVE},     {"ldown", WM_LBUTTONDOWN},   {"lup", WM_LBUTTONUP},
+                                {"ldbl", WM_LBUTTONDBLCLK}, {"mdown", WM_MBUTTONDOWN},   {"mup", WM_MBUTTONUP},
+                                {"rdown", WM_RBUTTONDOWN},  {"rup", WM_RBUTTONUP}};
+
+/// What happens in a window: words[at] and what belongs to it.
+void Act(PlaySession& session, CWnd& window, const Words& words, std::size_t at) {
+    const std::string& what = words[at];
+    const auto need = [&](std::size_t count, const char* arguments) {
+        if (words.size() != at + 1 + count) throw ScriptFailure{what + " takes " + arguments};
+    };
+    for (const MouseWord& mouse : kMouse) {
+        if (what != mouse.name) continue;
+        need(2, "X and Y");
+        session.m_system.DeliverMouse(window, mouse.message, 0, {Pixel(words[at + 1], "X"), Pixel(words[at + 2], "Y")});
+        return;
+    }
+    if (what == "wheel") {
+        need(3, "X, Y and D");
+        CPoint screen(Pixel(words[at + 1], "X"), Pixel(words[at + 2], "Y"));
+        window.ClientToScreen(screen);
+        session.m_system.DeliverWheel(window, 0, static_cast<int>(ScriptInteger(words[at + 3], "D", -100000, 100000)), screen);
+    } else if (what == "key") {
+        if (words.size() < at + 2) throw ScriptFailure{"key takes NAME [ctrl] [shift]"};
+        const PlayKey key = KeyNamed(words, at + 1);
+        session.m_system.DeliverKey(window, key.key, key.shift, key.control, key.text);
+    } else if (what == "type") {
+        need(1, "TEXT");
+        session.m_system.DeliverKey(window, 0, false, false, words[at + 1]);
+    } else if (what == "size") {
+        need(2, "W and H");
+        const CRect now = window.GetWindowRect();
+        window.MoveWindow({now.left, now.top, now.left + static_cast<int>(ScriptInteger(words[at + 1], "W", 0, kLargestWindow)),
+                           now.top + static_cast<int>(ScriptInteger(words[at + 2], "H", 0, kLargestWindow))});
+        session.m_system.Drain();
+    } else if (what == "close") {
+        need(0, "nothing");
+        session.m_system.DeliverClose(window);
+    } else {
+        throw ScriptFailure{"'" + what + "' is nothing that happens in a window; move, ldown, lup, ldbl, mdown, mup, rdown, rup, "
+                                         "wheel, key, type, size and close are"};
+    }
+}
+
+CWnd& Named(PlaySession& session, const std::string& name) {
+    CWnd* const window = session.Editor().WindowNamed(name);
+    if (!window) throw ScriptFailure{"there is no window '" + name + "'"};
+    return *window;
+}
+
+void ActInPane(PlaySession& session, const Words& words) { Act(session, Named(session, words[0]), words, 1); }
+void ActInWindow(PlaySession& session, const Words& words) { Act(session, Named(session, words[1]), words, 2); }
+
+void Close(PlaySession& session, const Words&) {
+    CEditFrame& frame = session.Editor();
+    session.m_system.DeliverClose(frame);
+    PrintJsonLine(session.m_out, {{"type", "close"}, {"closed", !frame.IsWindow()}});
+}
+
+void Drop(PlaySession& session, const Words& words) {
+    session.m_system.DeliverDrop(session.Editor().View(), {words.begin() + 1, words.end()});
+}
+
+// ---- answers laid ready -----------------------------------------------------------------------------------
+
+/// \n, \t and \\ in a value of several lines.
+std::string Unescaped(const std::string& text) {
+    std::string plain;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char next = text[i] == '\\' && i + 1 < text.size() ? text[i + 1] : '\0';
+        const char meant = next == 'n' ? '\n' : next == 't' ? '\t' : next == '\\' ? '\\' : '\0';
+        plain += meant ? meant : text[i];
+        if (meant) ++i;
+    }
+    return plain;
+}
+
+void Answer(PlaySession& session, const Words& words) {
+    session.Editor();
+    DialogAnswer answer;
+    answer.m_dialog = words[1];
+    std::size_t i = 2;
+    if (i < words.size() && words[i].find('=') == std::string::npos) {
+        answer.m_button = words[i] == "cancel" ? -1 : static_cast<int>(ScriptInteger(words[i], "BUTTON", 0, 20));
+        ++i;
+    }
+    for (; i < words.size(); ++i) {
+        const std::size_t sign = words[i].find('=');
+        if (sign == std::string::npos) throw ScriptFailure{"'" + words[i] + "' is no name=value"};
+        answer.m_values.emplace_back(words[i].substr(0, sign), Unescaped(words[i].substr(sign + 1)));
+    }
+    session.m_system.m_answers.push_back(std::move(answer));
+}
+
+void Path(PlaySession& session, const Words& words) {
+    session.Editor();
+    if (words[1] == "cancel") session.m_system.m_paths.emplace_back(std::nullopt);
+    else session.m_system.m_paths.emplace_back(words[1]);
+}
+
+void Clipboard(PlaySession& session, const Words& words) { session.m_system.m_clipboard = Unescaped(words[1]); }
+
+void Ticks(PlaySession& session, const Words& words) {
+    for (std::size_t i = 1; i < words.size(); ++i)
+        session.m_system.m_ticks.push_back(ScriptInteger(words[i], "N", 0, 1000000000000));
+}
+
+void Advance(PlaySession& session, const Words& words) {
+    session.m_system.Advance(static_cast<int>(ScriptInteger(words[1], "MS", 0, 1000000)));
+}
+
+// ---- what there is to see ---------------------------------------------------------------------------------
+
+void Windows(PlaySession& session, const Words&) {
+    CEditFrame& frame = session.Editor();
+    PrintJsonLine(session.m_out, {{"type", "windows"}, {"title", frame.GetWindowText().GetString()}, {"tools", frame.ToolNames()}});
+}
+
+void WindowPng(PlaySession& session, const Words& words) {
+    const CWnd& window = words.size() > 2 ? Named(session, words[2]) : session.Editor();
+    const auto picture = PictureOfWindow(session.m_system, window);
+    ReplaceFile(words[1], [&](const std::string& name) {
+        std::string error;  // "name: reason"
+        return WritePng(*picture, name, error) ? "" : error.substr(std::min(error.size(), name.size() + 2));
+    });
+}
+
+constexpr PlayEvent kEvents[] = {
+    {"editor", "[W H [FILE]]", 0, 3, OpenEditor,
+     "first of all: the whole editor, 1200 by 800, with a file or the sample net"},
+    {"menu", "WHAT ...", 2, -1, ActInPane, "in the screen menu: move, ldown, lup, rdown X Y ..."},
+    {"bar", "WHAT ...", 2, -1, ActInPane, "in the status bar"},
+    {"tools", "WHAT ...", 2, -1, ActInPane, "in the toolbar"},
+    {"window", "NAME WHAT ...", 2, -1, ActInWindow, "in another window, such as check or report: the same, close, size W H"},
+    {"answer", "DIALOG [BUTTON] NAME=VALUE ...", 1, -1, Answer,
+     "lays ready what the next dialog will be answered; BUTTON from 0, or cancel"},
+    {"path", "FILE", 1, 1, Path, "lays ready what the next question for a file will be answered; or cancel"},
+    {"clipboard", "TEXT", 1, 1, Clipboard, "what the clipboard holds"},
+    {"ticks", "N ...", 1, -1, Ticks, "by how much the clock goes on at each of its next readings"},
+    {"advance", "MS", 1, 1, Advance, "the clock goes on; timers that are due fire"},
+    {"drop", "FILE ...", 1, -1, Drop, "files are dropped on the view"},
+    {"close", "", 0, 0, Close, "the user closes the editor; prints whether it went"},
+    {"windows", "", 0, 0, Windows, "prints the title and the other windows that are open"},
+    {"windowpng", "FILE [NAME]", 1, 2, WindowPng, "the whole window, or another by name, as PNG"},
+};
+
+}  // namespace
+
+std::span<const PlayEvent> EditorPlayEvents() { return kEvents; }
