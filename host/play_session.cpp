@@ -10,6 +10,7 @@
 #include "host/editor/edit_frame.h"
 #include "host/failure.h"
 #include "host/file_output.h"
+#include "host/glyphs/freetype_glyph_source.h"
 #include "host/json_text.h"
 #include "host/play_event.h"
 #include "host/play_frame.h"
@@ -199,7 +200,8 @@ PlaySession::~PlaySession() { m_script.m_db.m_pFrame = nullptr; }
 
 void PlaySession::UseEditor(int width, int height, const std::string& file) {
     if (m_started) throw ScriptFailure{"editor stands before all other events"};
-    m_frame.reset();  // one frame at a time
+    UseSystemFonts();  // as on a screen; without any the built-in letters stay
+    m_frame.reset();   // one frame at a time
     auto editor = std::make_unique<CEditFrame>(m_script.m_db);
     m_editor = editor.get();
     m_frame = std::move(editor);
