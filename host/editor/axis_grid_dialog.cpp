@@ -23,7 +23,6 @@ public:
         m_pDataBase = &db;
         m_strPrompt = Prompt();
         m_nObjectHint = kAwaited;
-        m_bHasDefault = 1;
     }
 
     void OnPrepare() override { SwitchRubberLine(new AxisGridRubber(m_grid), 0); }

@@ -136,7 +136,7 @@ void DrawRoundMeasures(CDC& dc, const AxisGrid& grid, const Picture& picture) {
     DrawChain(dc, on(grid.inner, 0), start, s, c, grid.deep);
     if (grid.inner > 0)
         DrawLabel(dc, {(centre.x + on(grid.inner, 0).x) / 2 + s * kRow * 0.7, (centre.y + on(grid.inner, 0).y) / 2 + c * kRow * 0.7},
-                  grid.turn, "R" + NumberText(grid.inner), picture.Pixels(grid.inner));
+                  grid.turn, std::string("R").append(NumberText(grid.inner)), picture.Pixels(grid.inner));
 }
 
 }  // namespace

@@ -181,7 +181,6 @@ public:
         m_pView = &view;
         m_pDataBase = &db;
         m_nObjectHint = kAwaited;
-        m_bHasDefault = 1;
     }
     unsigned OnQueryState() override {
         SetPromptText(m_strPrompt);

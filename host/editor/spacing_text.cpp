@@ -1,5 +1,6 @@
 #include "host/editor/spacing_text.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
@@ -15,10 +16,9 @@ std::string_view Trimmed(std::string_view text) {
 }
 
 std::string Quoted(std::string_view unit) {
-    if (unit.size() <= kMostQuoted) return "\"" + std::string(unit) + "\"";
-    std::size_t end = kMostQuoted;
-    while (end > 0 && (static_cast<unsigned char>(unit[end]) & 0xC0) == 0x80) --end;
-    return "\"" + std::string(unit.substr(0, end)) + "...\"";
+    std::size_t end = std::min(unit.size(), kMostQuoted);
+    while (end > 0 && end < unit.size() && (static_cast<unsigned char>(unit[end]) & 0xC0) == 0x80) --end;
+    return std::string(1, '"').append(unit.substr(0, end)).append(end < unit.size() ? "...\"" : "\"");
 }
 
 template <class Number>
@@ -142,7 +142,7 @@ std::string Spacings::Text() const {
     for (const SpacingUnit& unit : units) {
         if (!text.empty()) text += ";";
         text += NumberText(unit.spacing);
-        if (unit.count != 1) text += "*" + std::to_string(unit.count);
+        if (unit.count != 1) text.append("*").append(std::to_string(unit.count));
     }
     return text;
 }
