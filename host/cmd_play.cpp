@@ -34,12 +34,15 @@ std::string Footer() {
 
 Command AddPlayCommand(CLI::App& app) {
     auto options = std::make_shared<ScriptSource>();
+    auto record = std::make_shared<std::string>();
     CLI::App* command = app.add_subcommand("play", "Play a session of the editor, event by event");
     command->add_option("SCRIPT", options->file, "file of events; - or nothing: the standard input");
     command->add_flag("--keep-going", options->keepGoing, "go on after a bad line");
+    command->add_option("--record", *record, "write the session down again, from the event editor on");
     command->footer(Footer());
-    return {command, [options] {
+    return {command, [options, record] {
                 PlaySession session(std::cout);
+                session.m_record = *record;
                 return ReadScript(*options, [&](std::string_view line) { session.Run(line); });
             }};
 }

@@ -49,14 +49,14 @@ void Act(PlaySession& session, CWnd& window, const Words& words, std::size_t at)
     for (const MouseWord& mouse : kMouse) {
         if (what != mouse.name) continue;
         need(2, "X and Y");
-        session.m_system.DeliverMouse(window, mouse.message, 0, {Pixel(words[at + 1], "X"), Pixel(words[at + 2], "Y")});
+        session.m_system.DeliverMouse(window, mouse.message, session.m_held, {Pixel(words[at + 1], "X"), Pixel(words[at + 2], "Y")});
         return;
     }
     if (what == "wheel") {
         need(3, "X, Y and D");
         CPoint screen(Pixel(words[at + 1], "X"), Pixel(words[at + 2], "Y"));
         window.ClientToScreen(screen);
-        session.m_system.DeliverWheel(window, 0, static_cast<int>(ScriptInteger(words[at + 3], "D", -100000, 100000)), screen);
+        session.m_system.DeliverWheel(window, session.m_held, static_cast<int>(ScriptInteger(words[at + 3], "D", -100000, 100000)), screen);
     } else if (what == "key") {
         if (words.size() < at + 2) throw ScriptFailure{"key takes NAME [ctrl] [shift]"};
         const PlayKey key = KeyNamed(words, at + 1);
@@ -100,18 +100,6 @@ void Drop(PlaySession& session, const Words& words) {
 
 // ---- answers laid ready -----------------------------------------------------------------------------------
 
-/// \n, \t and \\ in a value of several lines.
-std::string Unescaped(const std::string& text) {
-    std::string plain;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const char next = text[i] == '\\' && i + 1 < text.size() ? text[i + 1] : '\0';
-        const char meant = next == 'n' ? '\n' : next == 't' ? '\t' : next == '\\' ? '\\' : '\0';
-        plain += meant ? meant : text[i];
-        if (meant) ++i;
-    }
-    return plain;
-}
-
 void Answer(PlaySession& session, const Words& words) {
     session.Editor();
     DialogAnswer answer;
@@ -124,7 +112,7 @@ void Answer(PlaySession& session, const Words& words) {
     for (; i < words.size(); ++i) {
         const std::size_t sign = words[i].find('=');
         if (sign == std::string::npos) throw ScriptFailure{"'" + words[i] + "' is no name=value"};
-        answer.m_values.emplace_back(words[i].substr(0, sign), Unescaped(words[i].substr(sign + 1)));
+        answer.m_values.emplace_back(words[i].substr(0, sign), UnescapedWord(words[i].substr(sign + 1)));
     }
     session.m_system.m_answers.push_back(std::move(answer));
 }
@@ -135,7 +123,7 @@ void Path(PlaySession& session, const Words& words) {
     else session.m_system.m_paths.emplace_back(words[1]);
 }
 
-void Clipboard(PlaySession& session, const Words& words) { session.m_system.m_clipboard = Unescaped(words[1]); }
+void Clipboard(PlaySession& session, const Words& words) { session.m_system.m_clipboard = UnescapedWord(words[1]); }
 
 void Ticks(PlaySession& session, const Words& words) {
     for (std::size_t i = 1; i < words.size(); ++i)

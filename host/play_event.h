@@ -1,5 +1,5 @@
 // What an event of a played session is. Those of the view stand in play_session.cpp, those of the whole editor in
-// play_editor.cpp.
+// play_editor.cpp, those that only recordings need in play_record.cpp.
 #pragma once
 #include <span>
 #include <string>
@@ -16,6 +16,7 @@ struct PlayEvent {
 };
 
 std::span<const PlayEvent> EditorPlayEvents();
+std::span<const PlayEvent> RecordPlayEvents();  // those that only recordings need
 
 /// A key by the name that scripts have for it, with ctrl and shift.
 struct PlayKey {
@@ -25,3 +26,9 @@ struct PlayKey {
 };
 /// The key of words[first] and what goes with it. Throws ScriptFailure.
 PlayKey KeyNamed(const std::vector<std::string>& words, std::size_t first);
+/// The other way round; empty for a key that has no name.
+std::string NameOfKey(unsigned key);
+
+/// A value of several lines as one word of a script: line ends, tabs and backslashes as \n, \t and \\.
+std::string EscapedWord(const std::string& text);
+std::string UnescapedWord(const std::string& word);

@@ -50,7 +50,7 @@ void Wheel(PlaySession& session, const Words& words) {
     const int delta = static_cast<int>(ScriptInteger(words[3], "D", -100000, 100000));
     CPoint screen(x, y);
     session.View().ClientToScreen(screen);
-    session.m_system.DeliverWheel(session.View(), 0, delta, screen);
+    session.m_system.DeliverWheel(session.View(), session.m_held, delta, screen);
 }
 
 struct KeyName {
@@ -150,7 +150,7 @@ constexpr PlayEvent kEvents[] = {
 };
 
 const PlayEvent* FindEvent(const Words& words) {
-    for (const std::span<const PlayEvent> family : {std::span<const PlayEvent>(kEvents), EditorPlayEvents()})
+    for (const std::span<const PlayEvent> family : {std::span<const PlayEvent>(kEvents), EditorPlayEvents(), RecordPlayEvents()})
         for (const PlayEvent& event : family)
             if (words[0] == event.name && !(words[0] == "png" && words.size() > 2)) return &event;
     return nullptr;
@@ -186,6 +186,14 @@ PlayKey KeyNamed(const std::vector<std::string>& words, std::size_t first) {
     return pressed;
 }
 
+std::string NameOfKey(unsigned key) {
+    for (const KeyName& known : kKeys)
+        if (key == known.key) return known.name;
+    if (key >= VK_F1 && key <= VK_F12) return std::string(1, 'F').append(std::to_string(key - VK_F1 + 1));
+    if (key < 128 && std::isalnum(static_cast<int>(key))) return std::string(1, static_cast<char>(std::tolower(static_cast<int>(key))));
+    return {};
+}
+
 PlaySession::PlaySession(std::ostream& out) : m_script(out), m_out(out) {
     AddEditCommands();
     m_frame = std::make_unique<CPlayFrame>(m_script.m_db);
@@ -207,6 +215,7 @@ void PlaySession::UseEditor(int width, int height, const std::string& file) {
     m_frame = std::move(editor);
     m_editor->Open({0, 0, width, height}, file);
     m_system.Drain();
+    if (!m_record.empty()) m_editor->StartRecording(m_record, file.empty());
 }
 
 CEditFrame& PlaySession::Editor() {
@@ -223,6 +232,7 @@ void PlaySession::TellMessages() {
 CTvoViewMgr& PlaySession::View() { return *m_frame->GetDtView(); }
 
 void PlaySession::Resize(int width, int height) {
+    if (m_system.m_watcher) m_system.m_watcher->OnResize(*m_frame, {width, height});
     m_frame->MoveWindow(m_editor ? CRect(0, 0, width, height) : CPlayFrame::PlaceFor(width, height));
     m_system.Drain();
 }
@@ -230,7 +240,7 @@ void PlaySession::Resize(int width, int height) {
 void PlaySession::Mouse(unsigned message, int x, int y) {
     m_x = x;
     m_y = y;
-    m_system.DeliverMouse(View(), message, 0, {x, y});
+    m_system.DeliverMouse(View(), message, m_held, {x, y});
 }
 
 void PlaySession::Key(unsigned key, bool shift, bool control, const std::string& text) {
@@ -269,7 +279,7 @@ void PlaySession::Run(std::string_view line) {
 
 std::string PlaySession::Help() {
     std::string text;
-    for (const std::span<const PlayEvent> family : {std::span<const PlayEvent>(kEvents), EditorPlayEvents()})
+    for (const std::span<const PlayEvent> family : {std::span<const PlayEvent>(kEvents), EditorPlayEvents(), RecordPlayEvents()})
         for (const PlayEvent& event : family) {
             std::string head = std::string("  ").append(event.name) + " " + event.arguments;
             head.resize(std::max<std::size_t>(head.size() + 2, 32), ' ');

@@ -37,6 +37,8 @@ public:
     Script m_script;
     std::ostream& m_out;               // borrowed
     int m_x = 0, m_y = 0;              // the pointer, pixels of the view
+    std::string m_record;              // where the session is written down once the editor stands; empty: nowhere
+    unsigned m_held = 0;               // MK_SHIFT and MK_CONTROL that go with the pointer's events
 
 private:
     void TellMessages();

@@ -65,7 +65,8 @@ constexpr EditorCommand kShowing[] = {
 std::span<const EditorCommand> ShowEditorCommands() { return kShowing; }
 
 constexpr std::span<const EditorCommand> (*kFamilies[])() = {FileEditorCommands,    ShowEditorCommands,    PlateEditorCommands,
-                                                             FieldEditorCommands,   QueryEditorCommands,   SettingEditorCommands};
+                                                             FieldEditorCommands,   QueryEditorCommands,   SettingEditorCommands,
+                                                             RecordEditorCommands};
 
 /// The screen menu as it is being filled: a branch is made when its first command comes.
 class MenuFiller {

@@ -7,6 +7,7 @@
 #include "host/edit_commands.h"
 #include "host/editor/command_table.h"
 #include "host/editor/document.h"
+#include "host/editor/session_recorder.h"
 #include "platform/window_system.h"
 #include "view/tvo_view_mgr.h"
 
@@ -16,6 +17,7 @@ CEditFrame::CEditFrame(CTvoHostDataBase& db) : m_db(db), m_document(std::make_un
 
 CEditFrame::~CEditFrame() {
     if (CWindowSystem* system = CWindowSystem::Current()) system->m_onIdle = nullptr;
+    m_recorder.reset();
     m_tools.clear();
     if (m_db.m_pFrame == this) m_db.m_pFrame = nullptr;
 }
@@ -98,6 +100,15 @@ void CEditFrame::OnIdle() {
     SetWindowText(CString(title));
 }
 
+// ---- recordings -------------------------------------------------------------------------------------------
+
+void CEditFrame::StartRecording(const std::string& path, bool bare) {
+    m_recorder.reset();
+    m_recorder = std::make_unique<SessionRecorder>(*this, path, bare);
+}
+
+void CEditFrame::StopRecording() { m_recorder.reset(); }
+
 // ---- windows beside ---------------------------------------------------------------------------------------
 
 void CEditFrame::ShowTool(const std::string& name, std::unique_ptr<CWnd> tool, const CRect& place, const std::string& title) {
@@ -138,6 +149,7 @@ void CEditFrame::OnClose() {
 }
 
 void CEditFrame::OnDestroy() {
+    StopRecording();
     for (auto& [name, tool] : m_tools) tool->DestroyWindow();
     CTvoFrameBase::OnDestroy();
     if (CWindowSystem* system = CWindowSystem::Current()) {

@@ -10,6 +10,7 @@
 
 class CDtWorkEx;
 class EditorDocument;
+class SessionRecorder;
 
 /// A frame that runs tvo's commands on one model. It knows no toolkit: `tvo edit` shows it on a screen, `tvo play` drives
 /// it without one.
@@ -37,6 +38,13 @@ public:
     /// To be called before another model takes the place of this one.
     void LeaveModel();
 
+    // --- recordings
+    /// Writes the session down from here on, in the place of another recording. `bare`: nothing has happened since a start
+    /// without a file. Throws DataFailure when the file can't be written.
+    void StartRecording(const std::string& path, bool bare);
+    void StopRecording();
+    const SessionRecorder* Recorder() const { return m_recorder.get(); }  // null: nothing is being recorded
+
     // --- windows beside the frame, by the names by which scripts know them
     /// Shows a tool window in the place of the one of that name. The frame owns it.
     void ShowTool(const std::string& name, std::unique_ptr<CWnd> tool, const CRect& place, const std::string& title);
@@ -58,6 +66,7 @@ private:
 
     CTvoHostDataBase& m_db;  // borrowed
     std::unique_ptr<EditorDocument> m_document;
+    std::unique_ptr<SessionRecorder> m_recorder;
     std::map<std::string, std::unique_ptr<CWnd>> m_tools;
     std::string m_title;  // as it stands on the window
 };

@@ -21,3 +21,4 @@ std::span<const EditorCommand> PlateEditorCommands();    // 0x40001
 std::span<const EditorCommand> FieldEditorCommands();    // 0x50001
 std::span<const EditorCommand> SettingEditorCommands();  // 0x60001: snapping, steps, axis grids
 std::span<const EditorCommand> QueryEditorCommands();    // 0x70001: coordinates, distance, area, check, storeys, texts
+std::span<const EditorCommand> RecordEditorCommands();   // 0x90001
