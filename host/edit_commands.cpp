@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "host/host_data_base.h"
+#include "host/point_command.h"
 #include "net/gj_net_line.h"
 #include "platform/number_text.h"
 #include "shell/cmd_map.h"
@@ -35,55 +36,6 @@ constexpr EditCommand kCommands[] = {
 };
 
 CString Length(double millimetres) { return CString(FixedReal(millimetres, 2)); }
-
-/// A command that takes points one after another, each with its prompt, and does one undoable edit.
-class PointCommand : public CDtWorkEx {
-public:
-    PointCommand(const char* name, std::vector<const char*> prompts, CRubberLine* line) : m_prompts(std::move(prompts)) {
-        m_strName = name;
-        m_strPrompt = m_prompts[0];
-        m_first = line;
-    }
-    ~PointCommand() override { delete m_first; }
-
-    unsigned OnGetObject(OBJECT_HINT hint, void* object, int) override {
-        if (hint != OH_POINT) return QS_POINT;
-        m_points.push_back(*static_cast<const CFPoint*>(object));
-        if (m_first) SwitchRubberLine(std::exchange(m_first, nullptr), 0);
-        return TakePoint();
-    }
-    unsigned OnQueryState() override {
-        Ask();
-        return QS_POINT;
-    }
-
-protected:
-    /// Called with each point; the default waits for as many as there are prompts, and then draws.
-    virtual unsigned TakePoint() {
-        if (m_points.size() < m_prompts.size()) {
-            Ask();
-            return QS_POINT;
-        }
-        Edit([&] { Draw(); });
-        return QS_FINISH;
-    }
-    virtual void Draw() {}
-    void Ask() { SetPromptText(m_prompts[std::min(m_points.size(), m_prompts.size() - 1)]); }
-    CTvoHostDataBase& Db() { return *static_cast<CTvoHostDataBase*>(m_pDataBase); }
-    void AddLine(const CFPoint& a, const CFPoint& b) { Db().AddNetLine(a, b, 0, 0); }
-    /// One undo step, plates included.
-    template <class F>
-    void Edit(F edit) {
-        Db().Start();
-        Db().DoEdit(edit);
-    }
-
-    std::vector<const char*> m_prompts;
-    std::vector<CFPoint> m_points;
-
-private:
-    CRubberLine* m_first;  // used from the first point on; owned till then
-};
 
 class LineCommand : public PointCommand {
 public:

@@ -12,6 +12,7 @@
 
 namespace {
 
+constexpr unsigned char kMutedStatus = 3;
 constexpr float kSamePlace = 2.0f, kSameArea = 0.01f;  // as CompleteDPC takes a plate for the same
 
 /// What kinds of riders there are, each once.
@@ -79,6 +80,22 @@ int CTvoHostDataBase::DeleteGouJian(CGouJianEx* obj) {
         for (CGouJianEx* rider : riders) CGridDataBase::DeleteGouJian(rider);
     }
     return CGridDataBase::DeleteGouJian(obj);
+}
+
+// --- showing ----------------------------------------------------------------------------------------------
+
+int CTvoHostDataBase::IsVisible(CGouJianEx* obj) {
+    return (!m_bOneStorey || obj->m_nCeng == GetCurCeng()) && CGridDataBase::IsVisible(obj);
+}
+
+int CTvoHostDataBase::CanBeSelected(CTvoFrameBase* frame, int command, CGouJianEx* obj) {
+    return IsVisible(obj) && CGridDataBase::CanBeSelected(frame, command, obj);
+}
+
+// The view draws muted components first.
+void CTvoHostDataBase::Draw(CDC* dc, CFCoor* coor, unsigned char excludeType, unsigned char status) {
+    if (status == kMutedStatus && m_onDrawBelow) m_onDrawBelow(*dc, *coor);
+    CGridDataBase::Draw(dc, coor, excludeType, status);
 }
 
 // --- plates -----------------------------------------------------------------------------------------------

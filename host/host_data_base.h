@@ -2,6 +2,7 @@
 #pragma once
 #include <algorithm>
 #include <cstdint>
+#include <functional>
 #include <set>
 #include <unordered_map>
 #include <vector>
@@ -26,6 +27,12 @@ public:
     int DeleteGouJian(CGouJianEx* obj) override;
     void BeforeUndo(CList<CGouJianEx*>&) override { m_bUndoing = true; }
     void AfterUndo(CList<CGouJianEx*>&) override { m_bUndoing = false; }
+
+    // --- showing ---
+    /// With m_bOneStorey only what stands on the current storey.
+    int IsVisible(CGouJianEx* obj) override;
+    int CanBeSelected(CTvoFrameBase* frame, int command, CGouJianEx* obj) override;
+    void Draw(CDC* dc, CFCoor* coor, unsigned char excludeType, unsigned char status) override;
 
     // --- plates ---
     /// A plate of the main type; while combining with the tag. Null for an outer contour, unless m_bOuterPlates.
@@ -94,6 +101,8 @@ public:
     int m_bMerge = 1;           // 0: no line is ever merged
     int m_bOuterPlates = 0;     // 1: outer contours are plates too
     bool m_bGridShown = false;  // pictures show m_cBackgrnd
+    bool m_bOneStorey = false;  // the view shows the current storey alone
+    std::function<void(CDC&, CFCoor&)> m_onDrawBelow;  // paints what lies below all components; may be empty
 
 private:
     CMianGouJian* FindSamePlate(CMianGouJian* plate);  // in its place, of its type; null when there is none

@@ -7,12 +7,14 @@
 #include "host/edit_commands.h"
 #include "host/editor/command_table.h"
 #include "host/editor/document.h"
+#include "host/editor/plate_paint.h"
 #include "host/editor/session_recorder.h"
 #include "platform/window_system.h"
 #include "view/tvo_view_mgr.h"
 
 CEditFrame::CEditFrame(CTvoHostDataBase& db) : m_db(db), m_document(std::make_unique<EditorDocument>(*this)) {
     m_db.m_pFrame = this;
+    m_db.m_onDrawBelow = [this](CDC& dc, CFCoor& coor) { PaintPlates(m_db, dc, coor); };
 }
 
 CEditFrame::~CEditFrame() {
@@ -20,6 +22,7 @@ CEditFrame::~CEditFrame() {
     m_recorder.reset();
     m_tools.clear();
     if (m_db.m_pFrame == this) m_db.m_pFrame = nullptr;
+    m_db.m_onDrawBelow = nullptr;
 }
 
 void CEditFrame::Open(const CRect& place, const std::string& file) {

@@ -1,0 +1,55 @@
+#include "host/editor/check_list.h"
+
+#include <algorithm>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "host/editor/edit_frame.h"
+#include "host/editor/list_window.h"
+#include "host/net_check.h"
+#include "model/profile.h"
+#include "platform/number_text.h"
+#include "view/tvo_view_mgr.h"
+
+namespace {
+
+constexpr const char* kKinds[kFaultKindCount] = {"悬挂端", "缺口", "点未接线", "短线", "重复"};
+constexpr int kWidth = 460, kHeight = 420;  // pixels
+
+/// Shows the surroundings of a place with the place marked.
+void GoTo(CEditFrame& frame, const NetFault& fault) {
+    CTvoViewMgr& view = frame.View();
+    const double tolerance = std::max(1, g_cTvoProfile.m_nNetTolerance);
+    const double x = (fault.x + fault.x2) / 2, y = (fault.y + fault.y2) / 2;
+    const double mark = std::max(fault.kind == kFaultDangling ? 0.0 : fault.distance, 4 * tolerance);
+    const double around = 10 * mark;
+    const auto corner = [&](double sign) { return CFPoint(static_cast<float>(x + sign * around), static_cast<float>(y + sign * around), 0); };
+    view._Fun_ShowRect(corner(-1), corner(1), 1, 0);
+    view._Svr_ShowHighLight(static_cast<float>(x), static_cast<float>(y), static_cast<float>(mark));
+    view.Invalidate();
+}
+
+}  // namespace
+
+void ShowCheckList(CEditFrame& frame) {
+    const std::vector<NetFault> faults = CheckNet(frame.DataBase(), g_cTvoProfile.m_nNetTolerance);
+    std::size_t counts[kFaultKindCount] = {};
+    std::vector<ListWindow::Row> rows;
+    for (const NetFault& fault : faults) {
+        ++counts[fault.kind];
+        rows.push_back({kKinds[fault.kind], FixedReal(fault.x, 1), FixedReal(fault.y, 1),
+                        fault.kind == kFaultDangling ? std::string() : FixedReal(fault.distance, 1)});
+    }
+    std::string note;
+    for (int kind = 0; kind < kFaultKindCount; ++kind)
+        if (counts[kind]) note += (note.empty() ? "" : ", ") + std::string(kKinds[kind]) + " " + std::to_string(counts[kind]);
+    note = faults.empty() ? "没有发现问题" : note + "。点击一行到该处。";
+    frame.Tell("检查: " + note);
+    std::vector<ListColumn> columns = {{"问题", 100, false}, {"X", 110, true}, {"Y", 110, true}, {"距离", 90, true}};
+    auto list = std::make_unique<ListWindow>(note, std::move(columns), std::move(rows));
+    list->m_onRow = [&frame, faults](int row) { GoTo(frame, faults[static_cast<std::size_t>(row)]); };
+    const CRect client = frame.GetClientRect();
+    const int left = std::max(0, client.right - kWidth - 140), top = 60;
+    frame.ShowTool("check", std::move(list), {left, top, left + kWidth, top + kHeight}, "检查");
+}

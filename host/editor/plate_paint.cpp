@@ -1,0 +1,88 @@
+#include "host/editor/plate_paint.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "geometry/fcoor.h"
+#include "host/host_data_base.h"
+#include "host/plate_look.h"
+#include "model/profile.h"
+#include "plates/mian_goujian.h"
+#include "platform/canvas/dc.h"
+#include "shell/tvo_frame_base.h"
+#include "view/tvo_view_mgr.h"
+
+namespace {
+
+constexpr int kLetters = 14;         // pixels of a number's em
+constexpr int kRoom = 3 * kLetters;  // the least side of a plate with a number
+constexpr std::size_t kMostPlates = 4000;  // beyond, they are too small to tell anything
+
+COLORREF Mixed(COLORREF ground, COLORREF color, double share) {
+    const auto channel = [&](int shift) {
+        const int a = static_cast<int>(ground >> shift & 0xFF), b = static_cast<int>(color >> shift & 0xFF);
+        return static_cast<COLORREF>(std::lround(a + (b - a) * share)) << shift;
+    };
+    return channel(0) | channel(8) | channel(16);
+}
+
+/// Those in the view port, the largest first: one inside another is painted upon it.
+std::vector<CMianGouJian*> ShownPlates(CTvoHostDataBase& db, CTvoViewMgr& view) {
+    std::vector<CMianGouJian*> plates;
+    view.m_mapViewPort.ForEach([&](unsigned long, CGouJianEx* obj) {
+        if (obj->get_Gjlx() == GJLX_MIAN && obj->QueryBasicType() == kBasicPlate && db.IsVisible(obj))
+            plates.push_back(static_cast<CMianGouJian*>(obj));
+    });
+    std::sort(plates.begin(), plates.end(), [](const CMianGouJian* a, const CMianGouJian* b) {
+        return a->m_fArea != b->m_fArea ? a->m_fArea > b->m_fArea : a->get_m_dwGouJianID() < b->get_m_dwGouJianID();
+    });
+    return plates;
+}
+
+void PaintFace(CDC& dc, const CFCoor& coor, const CMianGouJian& plate, const PlateColor& color) {
+    std::vector<CPoint> points;
+    for (const FlatPoint& p : FlatOutline(plate.m_region, 0.5 / static_cast<double>(coor.GetScale())))
+        points.push_back(coor.FPtoDP(CFPoint(static_cast<float>(p.x), static_cast<float>(p.y), 0)));
+    const bool selected = plate.get_m_byteStatus() == GJ_STATUS_SELECTED;
+    const COLORREF ground = g_cTvoProfile.m_crBackground;
+    CBrush fill(Mixed(ground, color.text, selected ? 0.9 : 0.4));
+    CBrush* const old = dc.SelectObject(&fill);
+    dc.Polygon(points.data(), static_cast<int>(points.size()));
+    dc.SelectObject(old);
+}
+
+void PaintNumber(CDC& dc, const CFCoor& coor, const CMianGouJian& plate, const PlateColor& color) {
+    const CRect box = [&] {
+        CRect r = coor.FPtoDP(plate.m_rect);
+        r.NormalizeRect();
+        return r;
+    }();
+    if (box.Width() < kRoom || box.Height() < kRoom) return;
+    const CPoint at = coor.FPtoDP(CFPoint(plate.m_fCenterX, plate.m_fCenterY, 0));
+    const CString number(std::to_string(plate.get_m_dwGouJianNO()));
+    dc.SetTextColor(Mixed(color.text, color.hatch, 0.6));
+    dc.TextOut(at.x, at.y + kLetters / 3, number);
+}
+
+}  // namespace
+
+void PaintPlates(CTvoHostDataBase& db, CDC& dc, const CFCoor& coor) {
+    CTvoViewMgr* const view = db.m_pFrame ? db.m_pFrame->GetDtView() : nullptr;
+    if (!view) return;
+    const std::vector<CMianGouJian*> plates = ShownPlates(db, *view);
+    const int saved = dc.SaveDC();
+    dc.SelectStockObject(NULL_PEN);
+    for (const CMianGouJian* plate : plates) PaintFace(dc, coor, *plate, PlateColorAt(static_cast<int>(plate->get_m_dwGouJianNO() * 3 % kPlateColorCount)));
+    if (plates.size() <= kMostPlates) {
+        CFont font;
+        font.CreateFont(-kLetters, 0, 0, 0, FW_NORMAL, 0, 0, 0, DEFAULT_CHARSET, 0, 0, DEFAULT_QUALITY, 0, "");
+        CFont* const old = dc.SelectObject(&font);
+        dc.SetBkMode(TRANSPARENT);
+        dc.SetTextAlign(TA_CENTER | TA_BASELINE);
+        for (const CMianGouJian* plate : plates) PaintNumber(dc, coor, *plate, PlateColorAt(static_cast<int>(plate->get_m_dwGouJianNO() * 3 % kPlateColorCount)));
+        dc.SelectObject(old);
+    }
+    dc.RestoreDC(saved);
+}
