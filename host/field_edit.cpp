@@ -59,14 +59,18 @@ void NumberAnew(const CChang& field, CChang& fresh) {
 
 }  // namespace
 
-CGjChang* AddField(CTvoHostDataBase& db, std::unique_ptr<CChang> chang, std::uint32_t tag, const FieldLook& look, unsigned char status) {
-    CGjChang* field = db.DrawChang(chang.get(), look.scheme, tag, look.display, look.scale, look.mesh, look.values, status);
+CGjChang* AddField(CTvoHostDataBase& db, std::unique_ptr<CChang> chang, std::uint32_t tag,
+                   const FieldLook& look, unsigned char status) {
+    CGjChang* field =
+        db.DrawChang(chang.get(), look.scheme, tag, look.display, look.scale, look.mesh, look.values, status);
     chang.release();  // the component's, which deletes it
     field->m_bOwnChang = 1;
     return field;
 }
 
-std::uint32_t NextFieldTag(CTvoHostDataBase& db) { return static_cast<std::uint32_t>(db.GetNextTagID(GJLX_CHANG)); }
+std::uint32_t NextFieldTag(CTvoHostDataBase& db) {
+    return static_cast<std::uint32_t>(db.GetNextTagID(GJLX_CHANG));
+}
 
 CGjChang* DensifyField(CTvoHostDataBase& db, CGjChang* field) {
     const CChang& coarse = *field->m_pChang;
@@ -77,7 +81,8 @@ CGjChang* DensifyField(CTvoHostDataBase& db, CGjChang* field) {
     if (!hasRoom) NumberAnew(coarse, fresh);
     wange_ge_jia_mi(hasRoom ? field->m_pChang : &fresh, fine.get());
     fine->m_nValue = coarse.m_nValue;
-    const FieldLook look{field->m_nColorScheme, field->m_nDisplay, field->m_fValueScale, field->m_bDrawGrid, field->m_bDrawValue};
+    const FieldLook look{field->m_nColorScheme, field->m_nDisplay, field->m_fValueScale, field->m_bDrawGrid,
+                         field->m_bDrawValue};
     const std::uint32_t tag = field->m_dwTag;
     const unsigned char status = field->get_m_byteStatus();
     db.DeleteGouJian(field);

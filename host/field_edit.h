@@ -21,12 +21,13 @@ struct FieldLook {
 };
 
 /// Shows a field as a component that owns it.
-CGjChang* AddField(CTvoHostDataBase& db, std::unique_ptr<CChang> chang, std::uint32_t tag, const FieldLook& look, unsigned char status);
+CGjChang* AddField(CTvoHostDataBase& db, std::unique_ptr<CChang> chang, std::uint32_t tag,
+                   const FieldLook& look, unsigned char status);
 
 /// A tag that no field has.
 std::uint32_t NextFieldTag(CTvoHostDataBase& db);
 
-/// Puts a field with each triangle cut in four in the place of a field, shown as this is; the log keeps the old one.
-/// Null, with everything as it was, when that would be too many triangles. Nodes are numbered anew where their numbers
-/// leave no room for new ones.
+/// Puts a field with each triangle cut in four in the place of a field, shown as this is; the log keeps the
+/// old one. Null, with everything as it was, when that would be too many triangles. Nodes are numbered anew
+/// where their numbers leave no room for new ones.
 CGjChang* DensifyField(CTvoHostDataBase& db, CGjChang* field);

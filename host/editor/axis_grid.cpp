@@ -50,19 +50,24 @@ void AppendRound(const AxisGrid& grid, std::vector<AxisPiece>& pieces) {
             pieces.push_back({Polar(radii[j], direction), Polar(radii[j + 1], direction), 0, {}});
     for (const double radius : radii)
         for (std::size_t i = 0; radius > 0 && i < bays.size(); ++i)
-            pieces.push_back({Polar(radius, directions[i]), Polar(radius, directions[(i + 1) % directions.size()]), bays[i], {}});
+            pieces.push_back({Polar(radius, directions[i]),
+                              Polar(radius, directions[(i + 1) % directions.size()]),
+                              bays[i],
+                              {}});
 }
 
 /// What the tolerance of the net would spoil at the innermost arc; empty for nothing.
 std::string CheckInnermost(const AxisGrid& grid, double tolerance) {
     double narrowest = kFullTurn;
-    for (const SpacingUnit& unit : grid.across.units) narrowest = std::min({narrowest, unit.spacing, kFullTurn - unit.spacing});
+    for (const SpacingUnit& unit : grid.across.units)
+        narrowest = std::min({narrowest, unit.spacing, kFullTurn - unit.spacing});
     const double gap = kFullTurn - grid.across.Total();
     if (!IsClosed(grid)) narrowest = std::min(narrowest, gap);
     const double radius = grid.inner > 0 ? grid.inner : Radii(grid)[1];
     const double chord = 2 * radius * std::sin(std::min(narrowest, 180.0) / 2 * kRadians);
     if (chord > tolerance) return {};
-    return "内半径: 最内圈上相邻轴线只相距 " + NumberText(std::round(chord * 10) / 10) + " mm, 应大于 " + NumberText(tolerance) + " mm";
+    return "内半径: 最内圈上相邻轴线只相距 " + NumberText(std::round(chord * 10) / 10) + " mm, 应大于 " +
+           NumberText(tolerance) + " mm";
 }
 
 }  // namespace
@@ -74,7 +79,8 @@ std::vector<AxisPoint> AxisPiece::Path() const {
     const double x = from.x - centre.x, y = from.y - centre.y;
     for (int i = 1; i < sides; ++i) {
         const double a = sweep * i / sides * kRadians;
-        path.push_back({centre.x + x * std::cos(a) - y * std::sin(a), centre.y + x * std::sin(a) + y * std::cos(a)});
+        path.push_back(
+            {centre.x + x * std::cos(a) - y * std::sin(a), centre.y + x * std::sin(a) + y * std::cos(a)});
     }
     path.push_back(to);
     return path;
@@ -85,19 +91,29 @@ AxisPoint AxisGrid::InsertionPoint() const {
     if (arc) {
         const double outer = inner + height;
         switch (insert) {
-            case 1: return Polar(inner, 0);
-            case 2: return Polar(inner, width);
-            case 3: return Polar(outer, 0);
-            case 4: return Polar(outer, width);
-            default: return {};
+            case 1:
+                return Polar(inner, 0);
+            case 2:
+                return Polar(inner, width);
+            case 3:
+                return Polar(outer, 0);
+            case 4:
+                return Polar(outer, width);
+            default:
+                return {};
         }
     }
     switch (insert) {
-        case 1: return {width, 0};
-        case 2: return {0, height};
-        case 3: return {width, height};
-        case 4: return {width / 2, height / 2};
-        default: return {};
+        case 1:
+            return {width, 0};
+        case 2:
+            return {0, height};
+        case 3:
+            return {width, height};
+        case 4:
+            return {width / 2, height / 2};
+        default:
+            return {};
     }
 }
 
@@ -109,9 +125,11 @@ std::vector<AxisPiece> AxisGrid::Axes() const {
         for (const double y : Positions(deep)) axes.push_back({{0, y}, {width, y}, 0, {}});
         return axes;
     }
-    for (const double direction : Directions(*this)) axes.push_back({Polar(inner, direction), Polar(inner + height, direction), 0, {}});
+    for (const double direction : Directions(*this))
+        axes.push_back({Polar(inner, direction), Polar(inner + height, direction), 0, {}});
     for (const double radius : Radii(*this))
-        if (radius > 0) axes.push_back({Polar(radius, 0), Polar(radius, IsClosed(*this) ? 0 : width), width, {}});
+        if (radius > 0)
+            axes.push_back({Polar(radius, 0), Polar(radius, IsClosed(*this) ? 0 : width), width, {}});
     return axes;
 }
 
@@ -123,7 +141,10 @@ std::vector<AxisPiece> AxisGrid::Pieces() const {
 }
 
 AxisPlacing::AxisPlacing(const AxisGrid& grid, AxisPoint at)
-    : m_pivot(grid.InsertionPoint()), m_at(at), m_cos(std::cos(grid.turn * kRadians)), m_sin(std::sin(grid.turn * kRadians)) {
+    : m_pivot(grid.InsertionPoint()),
+      m_at(at),
+      m_cos(std::cos(grid.turn * kRadians)),
+      m_sin(std::sin(grid.turn * kRadians)) {
     // Quarter turns are exact: axes along the plan's stay so to the bit.
     if (std::fmod(grid.turn, 90) == 0) {
         m_cos = std::round(m_cos);
@@ -167,7 +188,8 @@ AxisGrid ReadAxisGrid(bool arc, const AxisGridTexts& texts, double tolerance, st
     if (arc) check(CheckInnermost(grid, tolerance));
     const auto crossings = (grid.across.All().size() + 1) * (grid.deep.All().size() + 1);
     if (crossings > kMostCrossings)
-        check("轴线交点 " + std::to_string(crossings) + " 个, 最多 " + std::to_string(kMostCrossings) + " 个");
+        check("轴线交点 " + std::to_string(crossings) + " 个, 最多 " + std::to_string(kMostCrossings) +
+              " 个");
     return grid;
 }
 
@@ -183,7 +205,8 @@ int PlaceAxisGrid(CTvoHostDataBase& db, const AxisGrid& grid, AxisPoint at) {
     db.DoEdit([&] {
         // Half the sweep, negative for what runs anticlockwise.
         for (const AxisPiece& piece : pieces)
-            db.AddNetLine(point(piece.from), point(piece.to), piece.sweep > 0, static_cast<float>(-piece.sweep / 2));
+            db.AddNetLine(point(piece.from), point(piece.to), piece.sweep > 0,
+                          static_cast<float>(-piece.sweep / 2));
     });
     return static_cast<int>(pieces.size());
 }

@@ -23,8 +23,8 @@ struct AxisPiece {
     std::vector<AxisPoint> Path() const;
 };
 
-/// What an axis grid is made of. In its own coordinates the lower left corner is the origin, or the centre, with the first
-/// axis along x.
+/// What an axis grid is made of. In its own coordinates the lower left corner is the origin, or the centre,
+/// with the first axis along x.
 struct AxisGrid {
     bool arc = false;
     Spacings across;   // the bays: mm along x, or degrees anticlockwise
@@ -37,7 +37,8 @@ struct AxisGrid {
     AxisPoint InsertionPoint() const;
     /// The whole axes, for showing: few lines. In its own coordinates.
     std::vector<AxisPiece> Axes() const;
-    /// All pieces between the crossings, each once; neighbours share their end to the bit. In its own coordinates.
+    /// All pieces between the crossings, each once; neighbours share their end to the bit. In its own
+    /// coordinates.
     std::vector<AxisPiece> Pieces() const;
 };
 
@@ -52,11 +53,11 @@ private:
     double m_cos, m_sin;
 };
 
-/// What people type in the dialogs. `most` crossings are taken, and one spacing must be longer than the tolerance of the
-/// net, which would otherwise pull neighbours together.
-constexpr int kMostAxes = 500;            // spacings in a direction
-constexpr int kMostCrossings = 40000;     // nodes of the net
-constexpr double kLongestSpacing = 1e6;   // mm
+/// What people type in the dialogs. `most` crossings are taken, and one spacing must be longer than the
+/// tolerance of the net, which would otherwise pull neighbours together.
+constexpr int kMostAxes = 500;           // spacings in a direction
+constexpr int kMostCrossings = 40000;    // nodes of the net
+constexpr double kLongestSpacing = 1e6;  // mm
 const std::vector<std::string>& InsertionNames(bool arc);
 struct AxisGridTexts {
     std::string across, deep, inner, turn, insert;  // `inner` of arcs alone; `insert` is an index
@@ -64,6 +65,6 @@ struct AxisGridTexts {
 /// Reads them; what is wrong goes to `wrong`, empty for nothing.
 AxisGrid ReadAxisGrid(bool arc, const AxisGridTexts& texts, double tolerance, std::string& wrong);
 
-/// Puts the grid into the model as one undo step, plates following. Gives the number of pieces; 0 and no step for a place
-/// too far out to draw there.
+/// Puts the grid into the model as one undo step, plates following. Gives the number of pieces; 0 and no step
+/// for a place too far out to draw there.
 int PlaceAxisGrid(CTvoHostDataBase& db, const AxisGrid& grid, AxisPoint at);

@@ -39,7 +39,9 @@ public:
 private:
     static constexpr unsigned kAwaited = unsigned{QS_POINT} | QS_TEXT;
 
-    CString Prompt() const { return CString("请输入插入点, 或键入转角(度) <" + NumberText(m_grid.turn) + ">"); }
+    CString Prompt() const {
+        return CString("请输入插入点, 或键入转角(度) <" + NumberText(m_grid.turn) + ">");
+    }
 
     unsigned TakePoint(const CFPoint& p) {
         const int pieces = PlaceAxisGrid(static_cast<CTvoHostDataBase&>(*m_pDataBase), m_grid,
@@ -72,13 +74,14 @@ private:
 
 /// What a dialog is made of besides its values.
 struct DialogWords {
-    const char* name;    // of the form, and of its settings
+    const char* name;  // of the form, and of its settings
     const char* title;
     const char* across;  // label of the bays
     const char* bays;    // proposed the first time
     const char* deep;
 };
-constexpr DialogWords kStraight{"orthogonal-axes", "正交轴网数据", "开间(mm)", "3600*5;6600*5;9000*2", "6000;2400;6000"};
+constexpr DialogWords kStraight{"orthogonal-axes", "正交轴网数据", "开间(mm)", "3600*5;6600*5;9000*2",
+                                "6000;2400;6000"};
 constexpr DialogWords kRound{"arc-axes", "圆弧轴网数据", "圆弧开间角(度)", "30*3", "6000*2"};
 
 std::string Setting(const DialogWords& words, const std::string& name, const char* otherwise) {
@@ -101,22 +104,25 @@ DialogForm Form(const DialogWords& words, bool arc) {
     form.m_fields.back().m_choices = InsertionNames(arc);
     // A setting that somebody has spoilt.
     const auto choice = TypedNumber(form.Value("insert"));
-    if (!choice || *choice < 0 || *choice >= static_cast<double>(InsertionNames(arc).size())) form.SetValue("insert", "0");
+    if (!choice || *choice < 0 || *choice >= static_cast<double>(InsertionNames(arc).size()))
+        form.SetValue("insert", "0");
     form.m_fields.push_back({Kind::kNote, "note", "", "开间和进深的数据格式: 3600*5;6600*5;9000*2 等", {}});
     form.m_fields.push_back({Kind::kNote, "total", "", "", {}});
     return form;
 }
 
 AxisGrid Read(const DialogForm& form, bool arc, std::string& wrong) {
-    return ReadAxisGrid(arc, {form.Value("across"), form.Value("deep"), form.Value("inner"), form.Value("turn"), form.Value("insert")},
+    return ReadAxisGrid(arc,
+                        {form.Value("across"), form.Value("deep"), form.Value("inner"), form.Value("turn"),
+                         form.Value("insert")},
                         g_cTvoProfile.m_nNetTolerance, wrong);
 }
 
 std::string TotalNote(const AxisGrid& grid) {
     const auto rounded = [](double v) { return NumberText(std::round(v * 1000) / 1000); };
     const auto bays = [](const Spacings& spacings) { return std::to_string(spacings.All().size()) + " 跨"; };
-    return "合计: " + bays(grid.across) + " " + rounded(grid.across.Total()) + (grid.arc ? " 度, " : " mm, ") + bays(grid.deep) + " " +
-           rounded(grid.deep.Total()) + " mm";
+    return "合计: " + bays(grid.across) + " " + rounded(grid.across.Total()) +
+           (grid.arc ? " 度, " : " mm, ") + bays(grid.deep) + " " + rounded(grid.deep.Total()) + " mm";
 }
 
 }  // namespace
@@ -142,6 +148,7 @@ void AskAxisGrid(CTvoHostDataBase& db, CTvoViewMgr& view, bool arc) {
     AxisGrid grid = Read(form, arc, wrong);
     if (!wrong.empty()) return;  // a system that lets one press OK all the same
     for (const char* name : {"across", "inner", "deep", "turn", "insert"})
-        if (arc || std::string_view(name) != "inner") system->WriteSetting(words.name, name, form.Value(name));
+        if (arc || std::string_view(name) != "inner")
+            system->WriteSetting(words.name, name, form.Value(name));
     view.DoWork(new PlaceAxisGridCommand(db, view, std::move(grid)));
 }

@@ -11,9 +11,9 @@
 namespace {
 
 constexpr double kRadians = 3.14159265358979323846 / 180;
-constexpr int kRow = 16;            // pixels between rows of dimensions
+constexpr int kRow = 16;  // pixels between rows of dimensions
 constexpr int kMargin = 2 * kRow + 14;
-constexpr int kLetters = 12;        // pixels
+constexpr int kLetters = 12;  // pixels
 constexpr COLORREF kAxis = RGB(224, 80, 80), kMeasure = RGB(64, 176, 96), kInsertion = RGB(255, 208, 0);
 
 /// From the grid's own coordinates to pixels.
@@ -46,14 +46,17 @@ private:
     double m_scale, m_x, m_y;
 };
 
-CPoint Pixel(AxisPoint p) { return {SaturatedInt(std::floor(p.x + 0.5)), SaturatedInt(std::floor(p.y + 0.5))}; }
+CPoint Pixel(AxisPoint p) {
+    return {SaturatedInt(std::floor(p.x + 0.5)), SaturatedInt(std::floor(p.y + 0.5))};
+}
 
 void DrawLine(CDC& dc, AxisPoint a, AxisPoint b) {
     dc.MoveTo(Pixel(a));
     dc.LineTo(Pixel(b));
 }
 
-/// A text about a point, along a direction on the screen, turned so that it can be read. Left out where it does not fit.
+/// A text about a point, along a direction on the screen, turned so that it can be read. Left out where it
+/// does not fit.
 bool DrawLabel(CDC& dc, AxisPoint at, double degrees, const std::string& text, double room) {
     const CSize size = dc.GetTextExtent(CString(text));
     if (size.cx + 4 > room) return false;
@@ -67,20 +70,22 @@ bool DrawLabel(CDC& dc, AxisPoint at, double degrees, const std::string& text, d
     font.CreateFontIndirect(&shape);
     CFont* const old = dc.SelectObject(&font);
     const double c = std::cos(a * kRadians), s = std::sin(a * kRadians);
-    const CPoint corner = Pixel({at.x - size.cx / 2.0 * c - size.cy / 2.0 * s, at.y + size.cx / 2.0 * s - size.cy / 2.0 * c});
+    const CPoint corner =
+        Pixel({at.x - size.cx / 2.0 * c - size.cy / 2.0 * s, at.y + size.cx / 2.0 * s - size.cy / 2.0 * c});
     dc.TextOut(corner.x, corner.y, CString(text));
     dc.SelectObject(old);
     return true;
 }
 
-/// A chain of measures along a straight side: a tick at each axis, each spacing beside its bay, or each unit where bays are
-/// too narrow; the total one row further out.
+/// A chain of measures along a straight side: a tick at each axis, each spacing beside its bay, or each unit
+/// where bays are too narrow; the total one row further out.
 void DrawChain(CDC& dc, AxisPoint from, AxisPoint to, double outX, double outY, const Spacings& spacings) {
     const double total = spacings.Total(), length = std::hypot(to.x - from.x, to.y - from.y);
     if (!(total > 0) || length < 1) return;
     const double degrees = std::atan2(from.y - to.y, to.x - from.x) / kRadians;
     const auto at = [&](double s, double row) {
-        return AxisPoint{from.x + (to.x - from.x) * s / total + outX * row, from.y + (to.y - from.y) * s / total + outY * row};
+        return AxisPoint{from.x + (to.x - from.x) * s / total + outX * row,
+                         from.y + (to.y - from.y) * s / total + outY * row};
     };
     const auto label = [&](double a, double b, double row, const std::string& text) {
         return DrawLabel(dc, at((a + b) / 2, row), degrees, text, (b - a) / total * length);
@@ -92,7 +97,9 @@ void DrawChain(CDC& dc, AxisPoint from, AxisPoint to, double outX, double outY, 
     double s = 0;
     for (const SpacingUnit& unit : spacings.units) {
         const double start = s;
-        const bool bays = unit.count * 4 < length && dc.GetTextExtent(CString(NumberText(unit.spacing))).cx + 4 <= unit.spacing / total * length;
+        const bool bays =
+            unit.count * 4 < length &&
+            dc.GetTextExtent(CString(NumberText(unit.spacing))).cx + 4 <= unit.spacing / total * length;
         for (int i = 0; i < unit.count; ++i, s += unit.spacing) {
             if (bays) label(s, s + unit.spacing, kText, NumberText(unit.spacing));
             if (unit.spacing / total * length >= 3) tick(s + unit.spacing);
@@ -109,7 +116,8 @@ void DrawChain(CDC& dc, AxisPoint from, AxisPoint to, double outX, double outY, 
 
 void DrawStraightMeasures(CDC& dc, const AxisGrid& grid, const Picture& picture) {
     const double c = std::cos(grid.turn * kRadians), s = std::sin(grid.turn * kRadians);
-    const AxisPoint origin = picture({0, 0}), along = picture({grid.across.Total(), 0}), up = picture({0, grid.deep.Total()});
+    const AxisPoint origin = picture({0, 0}), along = picture({grid.across.Total(), 0}),
+                    up = picture({0, grid.deep.Total()});
     DrawChain(dc, origin, along, s, c, grid.across);  // below, on the screen
     DrawChain(dc, origin, up, -c, s, grid.deep);      // left
 }
@@ -127,15 +135,19 @@ void DrawRoundMeasures(CDC& dc, const AxisGrid& grid, const Picture& picture) {
         for (int i = 0; i < unit.count; ++i, a += unit.spacing) {
             const double middle = a + unit.spacing / 2;
             const AxisPoint rim = on(outer, middle);
-            const double dx = (rim.x - centre.x) / std::max(r, 1.0), dy = (rim.y - centre.y) / std::max(r, 1.0);
-            DrawLabel(dc, {rim.x + dx * kRow * 0.8, rim.y + dy * kRow * 0.8}, middle + grid.turn - 90, NumberText(unit.spacing) + "°", room);
+            const double dx = (rim.x - centre.x) / std::max(r, 1.0),
+                         dy = (rim.y - centre.y) / std::max(r, 1.0);
+            DrawLabel(dc, {rim.x + dx * kRow * 0.8, rim.y + dy * kRow * 0.8}, middle + grid.turn - 90,
+                      NumberText(unit.spacing) + "°", room);
         }
     }
     // Depths along the first axis, on the side away from the bays.
     const double c = std::cos(grid.turn * kRadians), s = std::sin(grid.turn * kRadians);
     DrawChain(dc, on(grid.inner, 0), start, s, c, grid.deep);
     if (grid.inner > 0)
-        DrawLabel(dc, {(centre.x + on(grid.inner, 0).x) / 2 + s * kRow * 0.7, (centre.y + on(grid.inner, 0).y) / 2 + c * kRow * 0.7},
+        DrawLabel(dc,
+                  {(centre.x + on(grid.inner, 0).x) / 2 + s * kRow * 0.7,
+                   (centre.y + on(grid.inner, 0).y) / 2 + c * kRow * 0.7},
                   grid.turn, std::string("R").append(NumberText(grid.inner)), picture.Pixels(grid.inner));
 }
 

@@ -4,7 +4,8 @@
 #include "platform/window.h"
 #include "view/rubber_line.h"
 
-/// The grid as large as fits, turned as it will stand, with its spacings beside it and a cross at the insertion point.
+/// The grid as large as fits, turned as it will stand, with its spacings beside it and a cross at the
+/// insertion point.
 class AxisGridView : public CView {
 public:
     AxisGridView() = default;

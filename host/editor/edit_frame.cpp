@@ -70,7 +70,8 @@ void CEditFrame::Warn(const std::string& text) {
 void CEditFrame::LeaveModel() {
     View().ReSetToInitialState(1);
     View().ClearSelectedList();
-    CloseTool("check");  // its rows name places of the model that goes
+    CloseTool("check");     // its rows name places of the model that goes
+    CloseTool("field-3d");  // it shows a field of that
 }
 
 void CEditFrame::ModelReplaced() {

@@ -36,12 +36,14 @@ void Tell(CTvoViewMgr& view, const std::string& text) {
 /// A value in six digits that count: fields come in all sizes.
 std::string ValueText(double value) {
     char text[40];
-    const auto [end, error] = std::to_chars(text, text + sizeof text, value == 0 ? 0.0 : value, std::chars_format::general, 6);
+    const auto [end, error] =
+        std::to_chars(text, text + sizeof text, value == 0 ? 0.0 : value, std::chars_format::general, 6);
     return error == std::errc() ? std::string(text, end) : std::string();
 }
 
 std::string FieldTitle(const CGjChang& field) {
-    return "场 " + std::to_string(field.get_m_dwGouJianNO()) + " (" + std::to_string(field.m_pChang->m_arrNode.GetSize()) + " 节点, " +
+    return "场 " + std::to_string(field.get_m_dwGouJianNO()) + " (" +
+           std::to_string(field.m_pChang->m_arrNode.GetSize()) + " 节点, " +
            std::to_string(field.m_pChang->m_arrTri.GetSize()) + " 三角形)";
 }
 
@@ -74,8 +76,8 @@ std::string RangeNote(CChang& field, int value, double scale) {
     field.m_nValue = before;
     if (!any) return "没有数值";
     const double from = static_cast<double>(low) * scale, to = static_cast<double>(high) * scale;
-    return "范围: " + ValueText(std::min(from, to)) + " 到 " + ValueText(std::max(from, to)) + ", 分 20 级, 每级 " +
-           ValueText(std::fabs(to - from) / 20);
+    return "范围: " + ValueText(std::min(from, to)) + " 到 " + ValueText(std::max(from, to)) +
+           ", 分 20 级, 每级 " + ValueText(std::fabs(to - from) / 20);
 }
 
 /// Which of the values of a file: 0 and up, -1 for none.
@@ -94,7 +96,8 @@ int AskValue(int values) {
 /// The dialog of how a field looks, for one of the fields at a time.
 class LookDialog {
 public:
-    LookDialog(CTvoHostDataBase& db, std::vector<CGjChang*> fields, CGjChang* first) : m_db(db), m_fields(std::move(fields)) {
+    LookDialog(CTvoHostDataBase& db, std::vector<CGjChang*> fields, CGjChang* first)
+        : m_db(db), m_fields(std::move(fields)) {
         m_form.m_name = "field-look";
         m_form.m_title = "场设置";
         std::vector<std::string> titles;
@@ -104,7 +107,11 @@ public:
             {Kind::kChoice, "field", "场", std::to_string(at), titles},
             {Kind::kChoice, "value", "显示哪个值", "0", {}},
             {Kind::kChoice, "display", "图形", "0", {"云图", "等值线", "数字"}},
-            {Kind::kChoice, "scheme", "色标", "0", {"蓝-青-绿-黄-红", "红-黄-绿-青-蓝", "灰度", "蓝-白-红", "等亮度"}},
+            {Kind::kChoice,
+             "scheme",
+             "色标",
+             "0",
+             {"蓝-青-绿-黄-红", "红-黄-绿-青-蓝", "灰度", "蓝-白-红", "等亮度"}},
             {Kind::kNumber, "scale", "数值乘以", "1", {}},
             {Kind::kCheck, "mesh", "显示网格", "0", {}},
             {Kind::kCheck, "numbers", "显示节点数值", "0", {}},
@@ -133,8 +140,12 @@ public:
 
 private:
     int On(const char* name) const { return m_form.Value(name) == "1" ? 1 : 0; }
-    int Choice(const char* name) const { return static_cast<int>(TypedNumber(m_form.Value(name)).value_or(-1)); }
-    bool Among(const char* name, std::size_t count) const { return Choice(name) >= 0 && Choice(name) < static_cast<int>(count); }
+    int Choice(const char* name) const {
+        return static_cast<int>(TypedNumber(m_form.Value(name)).value_or(-1));
+    }
+    bool Among(const char* name, std::size_t count) const {
+        return Choice(name) >= 0 && Choice(name) < static_cast<int>(count);
+    }
 
     /// Another field was chosen: its own look is what is proposed.
     void Propose(const CGjChang& field) {
@@ -159,15 +170,18 @@ private:
         if (!Among("value", static_cast<std::size_t>(ValuesInUse(*field.m_pChang)))) return "没有这个值";
         if (!Among("display", 3)) return "没有这种图形";
         if (!Among("scheme", 5)) return "没有这种色标";
-        if (std::string wrong = CheckNumber(m_form.Value("scale"), "数值乘以", -kLargestScale, kLargestScale); !wrong.empty()) return wrong;
-        m_form.SetValue("range", RangeNote(*field.m_pChang, Choice("value"), *TypedNumber(m_form.Value("scale"))));
+        if (std::string wrong = CheckNumber(m_form.Value("scale"), "数值乘以", -kLargestScale, kLargestScale);
+            !wrong.empty())
+            return wrong;
+        m_form.SetValue("range",
+                        RangeNote(*field.m_pChang, Choice("value"), *TypedNumber(m_form.Value("scale"))));
         return {};
     }
 
-    CTvoHostDataBase& m_db;             // borrowed
-    std::vector<CGjChang*> m_fields;    // borrowed
+    CTvoHostDataBase& m_db;           // borrowed
+    std::vector<CGjChang*> m_fields;  // borrowed
     DialogForm m_form;
-    int m_proposed = -1;                // whose look stands in the form
+    int m_proposed = -1;  // whose look stands in the form
 };
 
 // ---- 数值 -------------------------------------------------------------------------------------------------
@@ -201,9 +215,10 @@ private:
         if (!field) return AppendPromptText(kNoField);
         const float x = p.x / field->m_fCoordScale, y = p.y / field->m_fCoordScale;
         if (!field->m_pChang->PointInChang(x, y)) return AppendPromptText("*此点不在场内*");
-        const double value = static_cast<double>(field->m_pChang->Get_Value(x, y)) * static_cast<double>(field->m_fValueScale);
-        AppendPromptText(CString("值 = " + ValueText(value) + ", 坐标 (" + ValueText(static_cast<double>(x)) + ", " +
-                                 ValueText(static_cast<double>(y)) + ")"));
+        const double value =
+            static_cast<double>(field->m_pChang->Get_Value(x, y)) * static_cast<double>(field->m_fValueScale);
+        AppendPromptText(CString("值 = " + ValueText(value) + ", 坐标 (" + ValueText(static_cast<double>(x)) +
+                                 ", " + ValueText(static_cast<double>(y)) + ")"));
     }
 };
 
@@ -255,7 +270,8 @@ void AskFieldLook(CTvoHostDataBase& db, CTvoViewMgr& view) {
     if (!CWindowSystem::Current()) return;
     if (fields.empty()) return Tell(view, "*没有场, 请先打开场*");
     CGjChang* const current = CurrentField(db);
-    if (CGjChang* const field = LookDialog(db, fields, current ? current : fields.back()).Ask()) ShowAnew(view, field);
+    if (CGjChang* const field = LookDialog(db, fields, current ? current : fields.back()).Ask())
+        ShowAnew(view, field);
 }
 
 void ShowFieldsAs(CTvoHostDataBase& db, CTvoViewMgr& view, FIELD_DISPLAY display) {
@@ -264,9 +280,13 @@ void ShowFieldsAs(CTvoHostDataBase& db, CTvoViewMgr& view, FIELD_DISPLAY display
     for (CGjChang* field : fields) field->DisplayChang(&view, display);
 }
 
-void SwitchFieldMesh(CTvoHostDataBase& db, CTvoViewMgr& view) { Switch(db, view, &CGjChang::m_bDrawGrid, "网格"); }
+void SwitchFieldMesh(CTvoHostDataBase& db, CTvoViewMgr& view) {
+    Switch(db, view, &CGjChang::m_bDrawGrid, "网格");
+}
 
-void SwitchFieldNumbers(CTvoHostDataBase& db, CTvoViewMgr& view) { Switch(db, view, &CGjChang::m_bDrawValue, "节点数值"); }
+void SwitchFieldNumbers(CTvoHostDataBase& db, CTvoViewMgr& view) {
+    Switch(db, view, &CGjChang::m_bDrawValue, "节点数值");
+}
 
 void AskFieldValues(CTvoHostDataBase& db, CTvoViewMgr& view) {
     if (!CurrentField(db)) return Tell(view, kNoField);

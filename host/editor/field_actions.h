@@ -14,8 +14,8 @@ void OpenField(CTvoHostDataBase& db, CTvoViewMgr& view);
 /// "场设置": which field and which of its values, how it looks; the range and the levels are told.
 void AskFieldLook(CTvoHostDataBase& db, CTvoViewMgr& view);
 void ShowFieldsAs(CTvoHostDataBase& db, CTvoViewMgr& view, FIELD_DISPLAY display);  // all that are shown
-void SwitchFieldMesh(CTvoHostDataBase& db, CTvoViewMgr& view);                     // triangles on or off
-void SwitchFieldNumbers(CTvoHostDataBase& db, CTvoViewMgr& view);                  // values at the nodes
+void SwitchFieldMesh(CTvoHostDataBase& db, CTvoViewMgr& view);                      // triangles on or off
+void SwitchFieldNumbers(CTvoHostDataBase& db, CTvoViewMgr& view);                   // values at the nodes
 /// A command that tells the value at each point that is clicked, until a right click.
 void AskFieldValues(CTvoHostDataBase& db, CTvoViewMgr& view);
 void DensifyCurrentField(CTvoHostDataBase& db, CTvoViewMgr& view);  // one undo step

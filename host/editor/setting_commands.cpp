@@ -14,9 +14,12 @@ constexpr EditorCommand kCommands[] = {
      [](CEditFrame& frame) { AskAxisGrid(frame.DataBase(), frame.View(), false); }},
     {kBase + 1, "绘图", "圆弧轴网", "ArcGrid", "按开间角和进深生成圆弧轴网",
      [](CEditFrame& frame) { AskAxisGrid(frame.DataBase(), frame.View(), true); }},
-    {kBase + 2, "设置", "捕捉角度设置", "SnapAngles", "角度捕捉的十个方向", [](CEditFrame& frame) { AskSnapAngles(frame.View()); }},
-    {kBase + 3, "设置", "捕捉总信息", "SnapSettings", "显示和捕捉的开关, 靶标大小", [](CEditFrame& frame) { AskSnapSwitches(frame.View()); }},
-    {kBase + 4, "设置", "步长设置", "Steps", "键盘步长和背景网格", [](CEditFrame& frame) { AskSteps(frame.DataBase(), frame.View()); }},
+    {kBase + 2, "设置", "捕捉角度设置", "SnapAngles", "角度捕捉的十个方向",
+     [](CEditFrame& frame) { AskSnapAngles(frame.View()); }},
+    {kBase + 3, "设置", "捕捉总信息", "SnapSettings", "显示和捕捉的开关, 靶标大小",
+     [](CEditFrame& frame) { AskSnapSwitches(frame.View()); }},
+    {kBase + 4, "设置", "步长设置", "Steps", "键盘步长和背景网格",
+     [](CEditFrame& frame) { AskSteps(frame.DataBase(), frame.View()); }},
 };
 
 }  // namespace

@@ -25,7 +25,9 @@ constexpr double kMetre = 1000;                       // mm
 constexpr double kWidestGrid = 1000;                  // m, a spacing
 constexpr int kMostGridSpacings = CBackgrnd::kMaxPositions - 1;
 
-void Keep(const std::string& name, const std::string& value) { CWindowSystem::Current()->WriteSetting(kSettings, name, value); }
+void Keep(const std::string& name, const std::string& value) {
+    CWindowSystem::Current()->WriteSetting(kSettings, name, value);
+}
 
 // ---- angles -----------------------------------------------------------------------------------------------
 
@@ -63,8 +65,9 @@ struct SnapType {
     int type;
     const char* label;
 };
-constexpr SnapType kTypes[] = {{GJLX_NET_NODE, "节点"}, {GJLX_NET_LINE, "轴线"}, {GJLX_MIAN, "板"}, {GJLX_TEXT, "文字"},
-                               {GJLX_POINT, "点"},      {GJLX_LINE, "线"},       {GJLX_ARC, "弧"},  {GJLX_CIRCLE, "圆"}};
+constexpr SnapType kTypes[] = {{GJLX_NET_NODE, "节点"}, {GJLX_NET_LINE, "轴线"}, {GJLX_MIAN, "板"},
+                               {GJLX_TEXT, "文字"},     {GJLX_POINT, "点"},      {GJLX_LINE, "线"},
+                               {GJLX_ARC, "弧"},        {GJLX_CIRCLE, "圆"}};
 
 std::string TypeTicks() {
     std::string ticks;
@@ -72,7 +75,9 @@ std::string TypeTicks() {
     return ticks;
 }
 
-bool AreTicks(const std::string& ticks) { return ticks.size() == std::size(kTypes) && ticks.find_first_not_of("01") == ticks.npos; }
+bool AreTicks(const std::string& ticks) {
+    return ticks.size() == std::size(kTypes) && ticks.find_first_not_of("01") == ticks.npos;
+}
 
 void SetTypes(const std::string& ticks) {
     for (std::size_t i = 0; i < std::size(kTypes); ++i)
@@ -93,7 +98,8 @@ public:
         const int h = m_size / 2, y = client.Height() / 2, step = client.Width() / 4;
         dc->Rectangle(step - h + 2, y - h + 2, step + h, y + h);
         dc->Ellipse(2 * step - h + 2, y - h + 2, 2 * step + h, y + h);
-        const CPoint triangle[] = {{3 * step - h, y + h}, {3 * step + h, y + h}, {3 * step, y - h}, {3 * step - h, y + h}};
+        const CPoint triangle[] = {
+            {3 * step - h, y + h}, {3 * step + h, y + h}, {3 * step, y - h}, {3 * step - h, y + h}};
         dc->Polyline(triangle, 4);
         dc->SelectObject(oldBrush);
         dc->SelectObject(oldPen);
@@ -101,7 +107,9 @@ public:
     int m_size = 0;  // pixels
 };
 
-std::string CheckSymbol(const std::string& text) { return CheckNumber(text, "靶标大小", kLeastSymbol, kLargestSymbol); }
+std::string CheckSymbol(const std::string& text) {
+    return CheckNumber(text, "靶标大小", kLeastSymbol, kLargestSymbol);
+}
 
 // ---- steps ------------------------------------------------------------------------------------------------
 
@@ -133,11 +141,18 @@ void AskSnapAngles(CTvoViewMgr& view) {
     form.m_name = "snap-angles";
     form.m_title = "捕捉角度设置(度)";
     for (int i = 0; i < kAngles; ++i)
-        form.m_fields.push_back({Kind::kNumber, AngleName(i), AngleLabel(i), NumberText(static_cast<double>(view.m_fSnapAngle[i])), {}});
+        form.m_fields.push_back({Kind::kNumber,
+                                 AngleName(i),
+                                 AngleLabel(i),
+                                 NumberText(static_cast<double>(view.m_fSnapAngle[i])),
+                                 {}});
     form.m_check = [](DialogForm& asked) {
         for (int i = 0; i < kAngles; ++i) {
             const std::string label = "第" + std::to_string(i + 1) + "角度";
-            if (std::string wrong = CheckNumber(asked.Value(AngleName(i)), label.c_str(), -kFullTurn, kFullTurn); !wrong.empty()) return wrong;
+            if (std::string wrong =
+                    CheckNumber(asked.Value(AngleName(i)), label.c_str(), -kFullTurn, kFullTurn);
+                !wrong.empty())
+                return wrong;
         }
         return std::string();
     };
@@ -160,13 +175,15 @@ void AskSnapSwitches(CTvoViewMgr& view) {
     form.m_fields.push_back({Kind::kTicks, "types", "对象捕捉类型", TypeTicks(), {}});
     for (const SnapType& type : kTypes) form.m_fields.back().m_choices.push_back(type.label);
     form.m_fields.push_back({Kind::kNote, "symbol", "", "靶标设置", {}});
-    form.m_fields.push_back({Kind::kNumber, "size", "靶标大小(像素)", std::to_string(g_cTvoProfile.m_nSymbolSize), {}});
+    form.m_fields.push_back(
+        {Kind::kNumber, "size", "靶标大小(像素)", std::to_string(g_cTvoProfile.m_nSymbolSize), {}});
     SymbolView preview;
     form.m_preview = &preview;
     form.m_previewWidth = 280;
     form.m_previewHeight = 90;
     form.m_check = [&](DialogForm& asked) {
-        if (!AreTicks(asked.Value("types"))) return std::string("对象捕捉类型: 应为 ") + std::to_string(std::size(kTypes)) + " 个 0 或 1";
+        if (!AreTicks(asked.Value("types")))
+            return std::string("对象捕捉类型: 应为 ") + std::to_string(std::size(kTypes)) + " 个 0 或 1";
         std::string wrong = CheckSymbol(asked.Value("size"));
         preview.m_size = wrong.empty() ? static_cast<int>(*TypedNumber(asked.Value("size"))) : 0;
         preview.Invalidate();
@@ -192,13 +209,19 @@ void AskSteps(CTvoDataBase& db, CTvoViewMgr& view) {
     DialogForm form;
     form.m_name = "steps";
     form.m_title = "步长设置";
-    form.m_fields.push_back({Kind::kNumber, "step", "键盘步长(米)", NumberText(static_cast<double>(view.m_fKbdStep) / kMetre), {}});
+    form.m_fields.push_back({Kind::kNumber,
+                             "step",
+                             "键盘步长(米)",
+                             NumberText(static_cast<double>(view.m_fKbdStep) / kMetre),
+                             {}});
     form.m_fields.push_back({Kind::kNote, "grid", "", "背景设置(格式:间距*跨数)", {}});
-    for (const GridAxis& axis : kAxes) form.m_fields.push_back({Kind::kText, axis.name, axis.label, (grid.*axis.text).GetString(), {}});
+    for (const GridAxis& axis : kAxes)
+        form.m_fields.push_back({Kind::kText, axis.name, axis.label, (grid.*axis.text).GetString(), {}});
     form.m_check = [](DialogForm& asked) {
         if (std::string wrong = CheckStep(asked.Value("step")); !wrong.empty()) return wrong;
         for (const GridAxis& axis : kAxes)
-            if (const Spacings read = ReadGrid(axis, asked.Value(axis.name)); !read.wrong.empty()) return read.wrong;
+            if (const Spacings read = ReadGrid(axis, asked.Value(axis.name)); !read.wrong.empty())
+                return read.wrong;
         return std::string();
     };
     CWindowSystem* const system = CWindowSystem::Current();
@@ -216,13 +239,18 @@ void AskSteps(CTvoDataBase& db, CTvoViewMgr& view) {
 void ReadSnapSettings(CTvoViewMgr& view) {
     CWindowSystem* const system = CWindowSystem::Current();
     if (!system) return;
-    const auto kept = [&](const std::string& name) { return system->ReadSetting(kSettings, name).value_or(""); };
+    const auto kept = [&](const std::string& name) {
+        return system->ReadSetting(kSettings, name).value_or("");
+    };
     for (int i = 0; i < kAngles; ++i)
-        if (const std::string angle = kept(AngleName(i)); CheckNumber(angle, "", -kFullTurn, kFullTurn).empty())
+        if (const std::string angle = kept(AngleName(i));
+            CheckNumber(angle, "", -kFullTurn, kFullTurn).empty())
             view.m_fSnapAngle[i] = static_cast<float>(*TypedNumber(angle));
     for (const Switch& which : kSwitches)
         if (const std::string on = kept(which.name); on == "0" || on == "1") Turn(view, which, on == "1");
     if (const std::string types = kept("types"); AreTicks(types)) SetTypes(types);
-    if (const std::string size = kept("size"); CheckSymbol(size).empty()) g_cTvoProfile.m_nSymbolSize = static_cast<int>(*TypedNumber(size));
-    if (const std::string step = kept("step"); CheckStep(step).empty()) view.m_fKbdStep = static_cast<float>(*TypedNumber(step) * kMetre);
+    if (const std::string size = kept("size"); CheckSymbol(size).empty())
+        g_cTvoProfile.m_nSymbolSize = static_cast<int>(*TypedNumber(size));
+    if (const std::string step = kept("step"); CheckStep(step).empty())
+        view.m_fKbdStep = static_cast<float>(*TypedNumber(step) * kMetre);
 }

@@ -4,15 +4,17 @@
 class CTvoDataBase;
 class CTvoViewMgr;
 
-/// "捕捉角度设置(度)": the ten directions of angle snapping. The first of them within reach wins, so their order stays.
+/// "捕捉角度设置(度)": the ten directions of angle snapping. The first of them within reach wins, so their
+/// order stays.
 void AskSnapAngles(CTvoViewMgr& view);
 
-/// "捕捉总信息": the six switches, the kinds of components that points are taken from, and the size of the snap symbol.
+/// "捕捉总信息": the six switches, the kinds of components that points are taken from, and the size of the
+/// snap symbol.
 void AskSnapSwitches(CTvoViewMgr& view);
 
 /// "步长设置": the step of the arrow keys, and the spacings of the background grid.
 void AskSteps(CTvoDataBase& db, CTvoViewMgr& view);
 
-/// Puts what these dialogs have written to the settings back in place; what is missing or spoilt there changes nothing. The
-/// background grid is the model's and no setting.
+/// Puts what these dialogs have written to the settings back in place; what is missing or spoilt there
+/// changes nothing. The background grid is the model's and no setting.
 void ReadSnapSettings(CTvoViewMgr& view);

@@ -28,7 +28,9 @@ bool ReadWhole(std::string_view text, Number& value) {
     return !text.empty() && error == std::errc() && end == text.data() + text.size();
 }
 
-std::string Between(double least, double most) { return "应在 " + NumberText(least) + " 到 " + NumberText(most) + " 之间"; }
+std::string Between(double least, double most) {
+    return "应在 " + NumberText(least) + " 到 " + NumberText(most) + " 之间";
+}
 
 /// What is wrong with one unit; empty: it has been read.
 std::string ReadUnit(std::string_view text, const SpacingRule& rule, SpacingUnit& unit) {
@@ -43,7 +45,8 @@ std::string ReadUnit(std::string_view text, const SpacingRule& rule, SpacingUnit
         if (count.empty()) return "* 后缺少跨数";
         if (count.find('*') != count.npos) return "多于一个 *";
         if (!ReadWhole(count, unit.count) || unit.count < rule.leastCount || unit.count > rule.mostCount)
-            return "跨数应为 " + std::to_string(rule.leastCount) + " 到 " + std::to_string(rule.mostCount) + " 的整数";
+            return "跨数应为 " + std::to_string(rule.leastCount) + " 到 " + std::to_string(rule.mostCount) +
+                   " 的整数";
     }
     if (unit.count > 0 && !(unit.spacing >= rule.least && unit.spacing <= rule.most))
         return "间距" + Between(rule.least, rule.most);
@@ -54,12 +57,15 @@ std::string ReadUnit(std::string_view text, const SpacingRule& rule, SpacingUnit
 
 std::string HalfWidth(std::string_view text) {
     std::string plain;
-    const auto byte = [&](std::size_t i) { return i < text.size() ? static_cast<unsigned char>(text[i]) : 0u; };
+    const auto byte = [&](std::size_t i) {
+        return i < text.size() ? static_cast<unsigned char>(text[i]) : 0u;
+    };
     for (std::size_t i = 0; i < text.size();) {
         if (byte(i) == 0xC3 && byte(i + 1) == 0x97) {  // the sign of multiplication
             plain += '*';
             i += 2;
-        } else if (byte(i) == 0xE3 && byte(i + 1) == 0x80 && byte(i + 2) == 0x80) {  // the blank of full width
+        } else if (byte(i) == 0xE3 && byte(i + 1) == 0x80 &&
+                   byte(i + 2) == 0x80) {  // the blank of full width
             plain += ' ';
             i += 3;
         } else if (byte(i) == 0xEF && (byte(i + 1) & 0xC0) == 0x80 && (byte(i + 2) & 0xC0) == 0x80) {
@@ -90,7 +96,11 @@ std::string CheckNumber(std::string_view text, const char* label, double least, 
 
 std::string NumberText(double value) {
     char text[32];
-    const auto [end, error] = std::to_chars(text, text + sizeof text, value == 0 ? 0.0 : value);
+    // No powers of ten where people would not write them.
+    const double size = std::fabs(value);
+    const bool plain = size == 0 || (size >= 1e-4 && size < 1e12);
+    const auto [end, error] = std::to_chars(text, text + sizeof text, value == 0 ? 0.0 : value,
+                                            plain ? std::chars_format::fixed : std::chars_format::general);
     return error == std::errc() ? std::string(text, end) : std::string();
 }
 
@@ -112,11 +122,13 @@ Spacings ReadSpacings(std::string_view text, const SpacingRule& rule) {
         ++number;
         SpacingUnit read;
         if (const std::string wrong = ReadUnit(unit, rule, read); !wrong.empty())
-            return refuse(std::string(rule.label) + " 第" + std::to_string(number) + "段 " + Quoted(unit) + ": " + wrong);
+            return refuse(std::string(rule.label) + " 第" + std::to_string(number) + "段 " + Quoted(unit) +
+                          ": " + wrong);
         count += read.count;
         if (count > rule.mostCount)
-            return refuse(std::string(rule.label) + " 第" + std::to_string(number) + "段 " + Quoted(unit) + ": 共 " +
-                          std::to_string(count) + " 跨, 最多 " + std::to_string(rule.mostCount) + " 跨");
+            return refuse(std::string(rule.label) + " 第" + std::to_string(number) + "段 " + Quoted(unit) +
+                          ": 共 " + std::to_string(count) + " 跨, 最多 " + std::to_string(rule.mostCount) +
+                          " 跨");
         spacings.units.push_back(read);
         // Units without a spacing don't count, and would go on for ever.
         if (number > rule.mostCount) return refuse(std::string(rule.label) + ": 段数过多");
@@ -127,7 +139,8 @@ Spacings ReadSpacings(std::string_view text, const SpacingRule& rule) {
 
 std::vector<double> Spacings::All() const {
     std::vector<double> all;
-    for (const SpacingUnit& unit : units) all.insert(all.end(), static_cast<std::size_t>(unit.count), unit.spacing);
+    for (const SpacingUnit& unit : units)
+        all.insert(all.end(), static_cast<std::size_t>(unit.count), unit.spacing);
     return all;
 }
 

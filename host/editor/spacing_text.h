@@ -7,10 +7,10 @@
 
 /// What may stand in a text of spacings.
 struct SpacingRule {
-    const char* label;     // of the field, for messages
-    double least, most;    // a spacing
-    int mostCount;         // of all spacings together
-    int leastCount = 1;    // of one unit; 0: "0*0", which gives no spacing, is one too
+    const char* label;   // of the field, for messages
+    double least, most;  // a spacing
+    int mostCount;       // of all spacings together
+    int leastCount = 1;  // of one unit; 0: "0*0", which gives no spacing, is one too
 };
 
 /// So many spacings of one size.
@@ -28,9 +28,10 @@ struct Spacings {
     std::string Text() const;  // the text once more, in its plain form
 };
 
-/// Takes a text apart. Units are set apart by ";", a unit is a spacing, or a spacing, "*" and a count. Letters of full
-/// width, which Chinese input methods give, and the sign of multiplication stand for the plain ones. With something
-/// wrong there are no units. However large the counts, no more work is done than the rule allows.
+/// Takes a text apart. Units are set apart by ";", a unit is a spacing, or a spacing, "*" and a count.
+/// Letters of full width, which Chinese input methods give, and the sign of multiplication stand for the
+/// plain ones. With something wrong there are no units. However large the counts, no more work is done than
+/// the rule allows.
 Spacings ReadSpacings(std::string_view text, const SpacingRule& rule);
 
 /// The number that a text is, blanks around it; nothing for anything else and for what is not finite.
