@@ -149,12 +149,19 @@ bool ImportDxf(const DxfImportOptions& options, CGridDataBase& db, CTvoFrameBase
     } else {
         db.Start();
     }
+    ImportDxfLayers(*drawing, wanted, options, db, frame, report);
+    return true;
+}
+
+void ImportDxfLayers(const DXF& drawing, const std::set<const DxfLayer*>& layers, const DxfImportOptions& options, CGridDataBase& db,
+                     CTvoFrameBase* frame, DxfImportReport& report) {
+    Stopwatch watch;
     // Plates that exist are kept up to date; with none there is no plate work, now or at the end.
     const unsigned char plateType = db.QueryMainGouJianType();
     if (db.GetGouJianCount(plateType) > 0) db.PrepareDPC();
 
     PieceTaker taker(db, options, report.pieces);
-    const auto& entities = drawing->GetEntities();
+    const auto& entities = drawing.GetEntities();
     const long long n = entities.GetSize();
     report.entities = static_cast<std::uint64_t>(n);
     const DxfLayer* lastLayer = nullptr;  // neighbours mostly share a layer
@@ -164,22 +171,20 @@ bool ImportDxf(const DxfImportOptions& options, CGridDataBase& db, CTvoFrameBase
         const ACAD_ENTITY& entity = *entities[i];
         if (entity.m_pLayer != lastLayer) {
             lastLayer = entity.m_pLayer;
-            lastWanted = wanted.contains(lastLayer);
+            lastWanted = layers.contains(lastLayer);
         }
         if (!lastWanted) continue;
         ++report.onLayer[entity.GetKind()];
         ++(IsTaken(entity.GetType()) ? report.taken : report.skipped)[entity.GetKind()];
         TakeEntity(taker, entity, report);
     }
-    for (const DxfLayer* layer : wanted) report.dropped += layer->m_nDropped;
-    drawing->Close();
+    for (const DxfLayer* layer : layers) report.dropped += layer->m_nDropped;
     report.netSeconds = watch.Lap();
 
     if (db.GetGouJianCount(plateType) > 0) db.CompleteDPC();
     db.FinishIndex();
     db.SortBianHaoAll();
     report.finishSeconds = watch.Lap();
-    return true;
 }
 
 void _Import_DXF_To_Axe_Data(int bNew, CString file, CString layer, CGridDataBase* db, float, CTvoFrameBase* frame) {

@@ -2,6 +2,7 @@
 #pragma once
 #include <cstdint>
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -55,3 +56,8 @@ struct DxfImportReport {
 /// drawing at all or lacks the layer; `importAnyway` has these cases go through as an empty import.
 bool ImportDxf(const DxfImportOptions& options, CGridDataBase& db, CTvoFrameBase* frame, DxfImportReport& report,
                bool importAnyway = false);
+
+/// Adds layers of a drawing that has been read, with its plates and numbers, to the open undo step. Counts in the report
+/// what stands on all of them together; what is known of the reading is left as it is.
+void ImportDxfLayers(const DXF& drawing, const std::set<const DxfLayer*>& layers, const DxfImportOptions& options, CGridDataBase& db,
+                     CTvoFrameBase* frame, DxfImportReport& report);

@@ -121,13 +121,14 @@ bool EditorDocument::MayLeave() {
 
 // ---- opening ----------------------------------------------------------------------------------------------
 
-void EditorDocument::New() {
-    if (!MayLeave()) return;
+bool EditorDocument::StartEmpty() {
+    if (!MayLeave()) return false;
     m_frame.LeaveModel();
     EmptyModel(m_frame.DataBase());
     m_frame.DataBase().GetContain().SetModifiedFlag(0);
     m_path.clear();
     m_frame.ModelReplaced();
+    return true;
 }
 
 void EditorDocument::ShowSample() {
@@ -162,21 +163,21 @@ void EditorDocument::AskRecent() {
         if (chosen == std::to_string(i)) OpenAsked(files[i]);
 }
 
-bool EditorDocument::OpenAsked(const std::string& path) {
-    // A file that is none is told before anything is asked.
-    if (const std::string why = WhyUnreadable(path); !why.empty()) {
-        m_frame.Warn("无法打开 " + path + ": " + why);
-        return false;
-    }
-    return (IsDrawingName(path) || MayLeave()) && Open(path);
+// A file that is none is told before anything is asked.
+bool EditorDocument::CanRead(const std::string& path) {
+    const std::string why = WhyUnreadable(path);
+    if (!why.empty()) m_frame.Warn("无法打开 " + path + ": " + why);
+    return why.empty();
 }
 
+bool EditorDocument::OpenAsked(const std::string& path) {
+    return CanRead(path) && (IsDrawingName(path) ? RunImportDialog(m_frame, path) : MayLeave() && OpenModelFile(path));
+}
+
+bool EditorDocument::ImportAsked(const std::string& path) { return CanRead(path) && RunImportDialog(m_frame, path); }
+
 bool EditorDocument::Open(const std::string& path) {
-    if (const std::string why = WhyUnreadable(path); !why.empty()) {
-        m_frame.Warn("无法打开 " + path + ": " + why);
-        return false;
-    }
-    return IsDrawingName(path) ? RunImportDialog(m_frame, path) : OpenModelFile(path);
+    return CanRead(path) && (IsDrawingName(path) ? RunImportDialog(m_frame, path) : OpenModelFile(path));
 }
 
 bool EditorDocument::OpenModelFile(const std::string& path) {

@@ -12,7 +12,9 @@ public:
     explicit EditorDocument(CEditFrame& frame) : m_frame(frame) {}
 
     // --- what the user asks for; nothing happens if he cancels
-    void New();
+    void New() { StartEmpty(); }
+    /// A new empty model, asking first. False: this one stays.
+    bool StartEmpty();
     void AskOpen();
     void AskRecent();
     bool Save();  // false: not saved
@@ -21,6 +23,7 @@ public:
     bool MayLeave();
     /// Opens a model in the place of this one, asking first, or imports a drawing into it.
     bool OpenAsked(const std::string& path);
+    bool ImportAsked(const std::string& path);  // a drawing, whatever its name ends in
 
     // --- without asking
     bool Open(const std::string& path);  // a model, or a drawing by its ending .dxf
@@ -34,6 +37,7 @@ public:
     static constexpr std::size_t kMostRecent = 10;
 
 private:
+    bool CanRead(const std::string& path);
     bool OpenModelFile(const std::string& path);
     bool SaveTo(const std::string& path);
     void Remember(const std::string& path);

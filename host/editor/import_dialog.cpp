@@ -1,8 +1,235 @@
 #include "host/editor/import_dialog.h"
 
+#include <algorithm>
+#include <charconv>
+#include <cstdlib>
+#include <filesystem>
+#include <iterator>
+#include <map>
+#include <memory>
+#include <set>
+#include <vector>
+
+#include "fields/dxf_import.h"
+#include "host/drawing.h"
+#include "host/editor/document.h"
+#include "host/editor/drawing_preview.h"
 #include "host/editor/edit_frame.h"
+#include "host/editor/list_window.h"
+#include "host/import_job.h"
+#include "host/models/model_build.h"
+#include "host/net_walk.h"
+#include "host/plate_look.h"
+#include "model/profile.h"
+#include "platform/dialog.h"
+#include "platform/dxf/layer_summary.h"
+#include "platform/number_text.h"
+#include "platform/window_system.h"
+#include "view/tvo_view_mgr.h"
+
+namespace {
+
+// Drawings are full of bulges that are nothing but rounding.
+constexpr double kFlattestSide = 1e-4;  // degrees of half the sweep
+constexpr int kReportWidth = 470, kReportHeight = 330;  // pixels
+
+struct Unit {
+    int insUnits;
+    const char* name;
+    double millimetres;
+};
+constexpr Unit kUnits[] = {{1, "英寸", 25.4}, {2, "英尺", 304.8}, {4, "毫米", 1}, {5, "厘米", 10}, {6, "米", 1000}, {14, "分米", 100}};
+
+const Unit* UnitOf(int insUnits) {
+    const auto found = std::find_if(std::begin(kUnits), std::end(kUnits), [&](const Unit& unit) { return unit.insUnits == insUnits; });
+    return found == std::end(kUnits) ? nullptr : found;
+}
+
+std::string Shown(double v) {
+    char text[32];
+    const auto end = std::to_chars(text, text + sizeof text, v).ptr;
+    return {text, end};
+}
+
+/// What a net takes from a layer.
+std::uint64_t Usable(const DxfLayerSummary& layer) { return layer.m_nLine + layer.m_nPolyline + layer.m_nArc + layer.m_nCircle; }
+
+std::string Described(const DxfLayerSummary& layer) {
+    std::string text = PlainText(layer.m_strName) + "  (";
+    const auto add = [&](std::uint64_t count, const char* what) {
+        if (count) text += (text.back() == '(' ? "" : ", ") + std::string(what) + " " + std::to_string(count);
+    };
+    add(layer.m_nLine, "直线");
+    add(layer.m_nPolyline, "多段线");
+    add(layer.m_nArc, "圆弧");
+    add(layer.m_nCircle, "圆");
+    add(layer.m_nOther, "其它");
+    if (text.back() == '(') text += "空";
+    return text + (layer.m_bFrozen ? ", 冻结)" : layer.m_bOff ? ", 关闭)" : ")");
+}
+
+// In names of layers, capitals. Numbers and measures of axes are none.
+constexpr const char* kAxisWords[] = {"AXIS", "DOTE", "轴"};
+constexpr const char* kNoAxisWords[] = {"轴号", "编号", "标注", "尺寸", "TEXT", "DIM", "NUM"};
+
+/// Layers whose name says that they hold axes; of a drawing with one useful layer that one.
+std::string ProposedTicks(const std::vector<DxfLayerSummary>& layers) {
+    std::string ticks(layers.size(), '0');
+    const auto useful = static_cast<std::size_t>(std::count_if(layers.begin(), layers.end(), [](const auto& l) { return Usable(l) > 0; }));
+    for (std::size_t i = 0; i < layers.size(); ++i) {
+        CString name(layers[i].m_strName);
+        name.MakeUpper();
+        const auto says = [&](const auto& words) {
+            return std::any_of(std::begin(words), std::end(words), [&](const char* word) { return name.Find(word) >= 0; });
+        };
+        const bool axis = says(kAxisWords) && !says(kNoAxisWords);
+        if (Usable(layers[i]) > 0 && (axis || useful == 1)) ticks[i] = '1';
+    }
+    return ticks;
+}
+
+/// What was asked for. Names that differ in ASCII case only are one row of the dialog, and several layers of the drawing.
+std::set<const DxfLayer*> Ticked(const DXF& drawing, const std::vector<DxfLayerSummary>& rows, const std::string& ticks) {
+    std::set<const DxfLayer*> layers;  // only looked up
+    for (std::size_t i = 0; i < rows.size() && i < ticks.size(); ++i)
+        for (const DxfLayer& layer : drawing.GetLayers())
+            if (ticks[i] == '1' && CString(layer.m_strName).CompareNoCase(rows[i].m_strName.c_str()) == 0) layers.insert(&layer);
+    return layers;
+}
+
+bool ReadScale(const std::string& text, double& scale) {
+    if (!CheckScale(text).empty()) return false;
+    scale = std::strtod(text.c_str(), nullptr);
+    return true;
+}
+
+enum Target { kIntoNew = 0, kIntoThis = 1 };
+
+struct Choice {
+    std::set<const DxfLayer*> layers;
+    std::string names;
+    double scale = 1;
+    Target target = kIntoNew;
+    bool plates = true;
+};
+
+/// Shows the dialog; false for a cancel.
+bool AskLayers(CEditFrame& frame, const std::string& path, const DXF& drawing, const std::vector<DxfLayerSummary>& rows, Choice& choice) {
+    const Unit* const unit = UnitOf(drawing.GetHeader().m_nInsUnits);
+    DrawingPreview preview(drawing);
+    DialogForm form;
+    form.m_name = "import";
+    form.m_title = "DXF 输入: " + std::filesystem::path(path).filename().string();
+    std::vector<std::string> described;
+    for (const DxfLayerSummary& row : rows) described.push_back(Described(row));
+    const bool fresh = !frame.Document().IsModified() && frame.Document().Path().empty();
+    form.m_fields = {
+        {DialogField::Kind::kTicks, "layers", "图层", ProposedTicks(rows), described},
+        {DialogField::Kind::kNumber, "scale", "比例", unit ? Shown(unit->millimetres) : "1", {}},
+        {DialogField::Kind::kNote, "unit", "", std::string("图纸单位: ") + (unit ? unit->name : "未说明") + ", 比例乘到毫米", {}},
+        {DialogField::Kind::kChoice, "target", "放到", fresh ? "0" : "1", {"新模型", "当前模型"}},
+        {DialogField::Kind::kCheck, "plates", "形成板", "1", {}},
+    };
+    form.m_preview = &preview;
+    form.m_check = [&](DialogForm& f) -> std::string {
+        const auto layers = Ticked(drawing, rows, f.Value("layers"));
+        preview.Choose({layers.begin(), layers.end()});
+        double scale = 0;
+        if (layers.empty()) return "请勾选图层";
+        return ReadScale(f.Value("scale"), scale) ? "" : "比例应是 1e-9 到 1e9 的数";
+    };
+    CWindowSystem* const system = CWindowSystem::Current();
+    if (!system || system->RunDialog(form) != 0) return false;
+    const std::string ticks = form.Value("layers");
+    choice.layers = Ticked(drawing, rows, ticks);
+    for (std::size_t i = 0; i < rows.size() && i < ticks.size(); ++i)
+        if (ticks[i] == '1') choice.names += (choice.names.empty() ? "" : ", ") + PlainText(rows[i].m_strName);
+    choice.target = form.Value("target") == "1" ? kIntoThis : kIntoNew;
+    choice.plates = form.Value("plates") == "1";
+    return ReadScale(form.Value("scale"), choice.scale);
+}
+
+// ---- the report -------------------------------------------------------------------------------------------
+
+std::string KindText(const std::map<std::string, std::uint64_t>& counts) {
+    std::uint64_t sum = 0;
+    std::string text;
+    for (const auto& [kind, count] : counts) {
+        sum += count;
+        text += (text.empty() ? "" : ", ") + PlainText(kind) + " " + std::to_string(count);
+    }
+    return std::to_string(sum) + (text.empty() ? "" : ": " + text);
+}
+
+std::vector<ListWindow::Row> ReportRows(CTvoHostDataBase& db, const std::string& path, const Choice& choice,
+                                        const DxfImportReport& report) {
+    const auto number = [](std::uint64_t n) { return std::to_string(n); };
+    const DxfPieceCounts& pieces = report.pieces;
+    const auto lines = NetLines(db);
+    const auto arcs = std::count_if(lines.begin(), lines.end(), [](const CGjNetLine* line) { return line->m_nArc == 1; });
+    std::vector<ListWindow::Row> rows = {
+        {"图纸", PlainText(path)},
+        {"图层", choice.names},
+        {"图元", "图纸共 " + number(report.entities)},
+        {"取用", KindText(report.taken)},
+        {"线段", number(pieces.taken) + ", 其中 " + number(pieces.existed) + " 已存在"},
+        {"拒绝", "太短 " + number(pieces.tooShort) + ", 两端同点 " + number(pieces.degenerate) + ", 不是数 " +
+                     number(pieces.notFinite + report.dropped)},
+        {"跳过", KindText(report.skipped)},
+        {"轴网", "节点 " + number(NetNodes(db).size()) + ", 轴线 " + number(lines.size()) + " (圆弧 " + std::to_string(arcs) + ")"},
+    };
+    if (db.PlatesFollow()) {
+        rows.push_back({"板", number(NetPlates(db).size()) + ", 共 " + AreaText(PlateArea(db))});
+        if (const std::size_t dangling = DanglingLines(db).size())
+            rows.push_back({"提示", number(dangling) + " 条轴线不围成板, 用“检查”查看"});
+    }
+    if (report.closedNotMade) rows.push_back({"提示", number(report.closedNotMade) + " 条闭合多段线的闭合边没有生成"});
+    if (report.read.m_eOutcome == DxfOutcome::Truncated)
+        rows.push_back({"提示", "图纸在第 " + number(report.read.m_nLine) + " 行中断, 取用前面部分"});
+    return rows;
+}
+
+void ShowReport(CEditFrame& frame, std::vector<ListWindow::Row> rows) {
+    std::vector<ListColumn> columns = {{"项目", 70, false}, {"内容", 300, false}};
+    auto window = std::make_unique<ListWindow>("", std::move(columns), std::move(rows));
+    const int left = std::max(0, frame.GetClientRect().right - kReportWidth - 140), top = 60;
+    frame.ShowTool("report", std::move(window), {left, top, left + kReportWidth, top + kReportHeight}, "DXF 输入报告");
+}
+
+}  // namespace
 
 bool RunImportDialog(CEditFrame& frame, const std::string& path) {
-    frame.Warn("无法打开 " + path);
-    return false;
+    DXF drawing;
+    drawing.Read_FileDxf_To_Mem(path.c_str());
+    DxfImportReport report;
+    report.read = drawing.GetResult();
+    report.header = drawing.GetHeader();
+    if (!report.read.Ok() && report.read.m_eOutcome != DxfOutcome::Truncated) {
+        frame.Warn("无法打开 " + path + ": 不是 DXF 图纸或已损坏 (" + ReasonInChinese(report.read.m_strReason, path) + ")");
+        return false;
+    }
+    std::vector<DxfLayerSummary> rows = SummarizeLayers(drawing);
+    if (std::none_of(rows.begin(), rows.end(), [](const DxfLayerSummary& row) { return Usable(row) > 0; })) {
+        frame.Warn(path + ": 图纸中没有直线, 多段线, 圆弧或圆");
+        return false;
+    }
+    Choice choice;
+    if (!AskLayers(frame, path, drawing, rows, choice)) return false;
+    if (choice.target == kIntoNew && !frame.Document().StartEmpty()) return false;
+    frame.View().ReSetToInitialState(1);
+
+    CTvoHostDataBase& db = frame.DataBase();
+    DxfImportOptions options;
+    options.scale = choice.scale;
+    options.flattest = kFlattestSide;
+    db.Start();
+    db.DoEdit([&] { ImportDxfLayers(drawing, choice.layers, options, db, &frame, report); });
+    db.DeleteIndependentNetNode();
+    if (choice.plates) db.FormPlates();
+    db.SortBianHaoAll();
+    frame.ShutDownProgress();
+    frame.ModelReplaced();
+    frame.Tell("已输入 " + path + ": 轴线 " + std::to_string(NetLines(db).size()) + " 条, 板 " + std::to_string(NetPlates(db).size()) + " 块");
+    ShowReport(frame, ReportRows(db, path, choice, report));
+    return true;
 }

@@ -20,6 +20,10 @@ constexpr int kLetters = 14;         // pixels of a number's em
 constexpr int kRoom = 3 * kLetters;  // the least side of a plate with a number
 constexpr std::size_t kMostPlates = 4000;  // beyond, they are too small to tell anything
 
+const PlateColor& ColorOf(const CMianGouJian& plate) {
+    return PlateColorAt(static_cast<int>(plate.get_m_dwGouJianNO() * 3 % kPlateColorCount));
+}
+
 COLORREF Mixed(COLORREF ground, COLORREF color, double share) {
     const auto channel = [&](int shift) {
         const int a = static_cast<int>(ground >> shift & 0xFF), b = static_cast<int>(color >> shift & 0xFF);
@@ -59,8 +63,9 @@ void PaintNumber(CDC& dc, const CFCoor& coor, const CMianGouJian& plate, const P
         r.NormalizeRect();
         return r;
     }();
-    if (box.Width() < kRoom || box.Height() < kRoom) return;
-    const CPoint at = coor.FPtoDP(CFPoint(plate.m_fCenterX, plate.m_fCenterY, 0));
+    const CFPoint centre(plate.m_fCenterX, plate.m_fCenterY, 0);
+    if (box.Width() < kRoom || box.Height() < kRoom || !plate.m_region.InRegion(centre)) return;
+    const CPoint at = coor.FPtoDP(centre);
     const CString number(std::to_string(plate.get_m_dwGouJianNO()));
     dc.SetTextColor(Mixed(color.text, color.hatch, 0.6));
     dc.TextOut(at.x, at.y + kLetters / 3, number);
@@ -74,14 +79,14 @@ void PaintPlates(CTvoHostDataBase& db, CDC& dc, const CFCoor& coor) {
     const std::vector<CMianGouJian*> plates = ShownPlates(db, *view);
     const int saved = dc.SaveDC();
     dc.SelectStockObject(NULL_PEN);
-    for (const CMianGouJian* plate : plates) PaintFace(dc, coor, *plate, PlateColorAt(static_cast<int>(plate->get_m_dwGouJianNO() * 3 % kPlateColorCount)));
+    for (const CMianGouJian* plate : plates) PaintFace(dc, coor, *plate, ColorOf(*plate));
     if (plates.size() <= kMostPlates) {
         CFont font;
         font.CreateFont(-kLetters, 0, 0, 0, FW_NORMAL, 0, 0, 0, DEFAULT_CHARSET, 0, 0, DEFAULT_QUALITY, 0, "");
         CFont* const old = dc.SelectObject(&font);
         dc.SetBkMode(TRANSPARENT);
         dc.SetTextAlign(TA_CENTER | TA_BASELINE);
-        for (const CMianGouJian* plate : plates) PaintNumber(dc, coor, *plate, PlateColorAt(static_cast<int>(plate->get_m_dwGouJianNO() * 3 % kPlateColorCount)));
+        for (const CMianGouJian* plate : plates) PaintNumber(dc, coor, *plate, ColorOf(*plate));
         dc.SelectObject(old);
     }
     dc.RestoreDC(saved);
