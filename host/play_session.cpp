@@ -86,8 +86,10 @@ void Type(PlaySession& session, const Words& words) {
     session.Key(0, false, false, piece);
 }
 
+// On a screen it is what this shows.
 void Png(PlaySession& session, const Words& words) {
-    const auto& glass = session.View().ClientSurface();
+    auto glass = session.View().Peer()->Shown();
+    if (!glass) glass = session.View().ClientSurface();
     ReplaceFile(words[1], [&](const std::string& name) {
         std::string error;  // "name: reason"
         return WritePng(*glass, name, error) ? "" : error.substr(std::min(error.size(), name.size() + 2));
@@ -194,7 +196,11 @@ std::string NameOfKey(unsigned key) {
     return {};
 }
 
-PlaySession::PlaySession(std::ostream& out) : m_script(out), m_out(out) {
+PlaySession::PlaySession(std::ostream& out, CWindowSystem* system)
+    : m_ownSystem(system ? nullptr : std::make_unique<CWindowSystem>()),
+      m_system(system ? *system : *m_ownSystem),
+      m_script(out),
+      m_out(out) {
     AddEditCommands();
     m_frame = std::make_unique<CPlayFrame>(m_script.m_db);
     m_script.m_db.m_pFrame = m_frame.get();

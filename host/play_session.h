@@ -16,7 +16,8 @@ class CTvoViewMgr;
 /// What `tvo run` knows works here too, on the same model.
 class PlaySession {
 public:
-    explicit PlaySession(std::ostream& out);
+    /// On a window system of the caller's, which goes last; null: on one without a screen.
+    explicit PlaySession(std::ostream& out, CWindowSystem* system = nullptr);
     ~PlaySession();
 
     /// Does what one line says. Throws ScriptFailure when it makes no sense.
@@ -33,7 +34,11 @@ public:
     void Mouse(unsigned message, int x, int y);
     void Key(unsigned key, bool shift, bool control, const std::string& text);
 
-    CWindowSystem m_system;
+private:
+    std::unique_ptr<CWindowSystem> m_ownSystem;  // null on the caller's
+
+public:
+    CWindowSystem& m_system;
     Script m_script;
     std::ostream& m_out;               // borrowed
     int m_x = 0, m_y = 0;              // the pointer, pixels of the view

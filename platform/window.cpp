@@ -6,7 +6,6 @@
 
 #include "platform/canvas/client_dc.h"
 #include "platform/canvas/surface.h"
-#include "platform/code_page.h"
 #include "platform/window_system.h"
 
 namespace {
@@ -240,7 +239,11 @@ void CWnd::KillTimer(unsigned id) {
     if (system && m_peer) system->StopTimer(*this, id);
 }
 
-HCURSOR SetCursor(HCURSOR cursor) { return std::exchange(g_cursor, cursor); }
+HCURSOR SetCursor(HCURSOR cursor) {
+    CWindowSystem* const system = CWindowSystem::Current();
+    if (system && (cursor == IDC_WAIT) != (g_cursor == IDC_WAIT)) system->ShowBusy(cursor == IDC_WAIT);
+    return std::exchange(g_cursor, cursor);
+}
 HCURSOR GetCursor() { return g_cursor; }
 
 CWnd* GetCapture() {
@@ -278,13 +281,5 @@ void CEdit::ScrollToEnd() {
 }
 
 void CEdit::OnChar(UINT code) {
-    if (!Peer()) return;
-    std::string text = Peer()->Text();
-    if (code == VK_BACK) {
-        while (!text.empty() && (static_cast<unsigned char>(text.back()) & 0xC0) == 0x80) text.pop_back();
-        if (!text.empty()) text.pop_back();
-    } else if (code >= 32 && code != 127) {
-        AppendUtf8(text, code);
-    }
-    Peer()->SetText(text);
+    if (Peer()) Peer()->TypeCharacter(code);
 }

@@ -150,8 +150,7 @@ public:
     void ScrollToEnd();
 
 protected:
-    /// Types a character: the plain system has no other way to enter text. 8 takes the last one away, codes
-    /// below 32 change nothing.
+    /// Types a character. A derived class keeps to itself those that are keys and no text.
     void OnChar(UINT code) override;
 };
 

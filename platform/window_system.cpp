@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "platform/code_page.h"
+
 namespace {
 
 CWindowSystem* g_current = nullptr;
@@ -58,6 +60,17 @@ void CWindowPeer::Move(const CRect& place) {
     m_place.NormalizeRect();
     const CSize now = Client();
     if (now.cx != before.cx || now.cy != before.cy) m_window.Resized();
+}
+
+void CWindowPeer::TypeCharacter(UINT code) {
+    std::string text = Text();
+    if (code == VK_BACK) {
+        while (!text.empty() && (static_cast<unsigned char>(text.back()) & 0xC0) == 0x80) text.pop_back();
+        if (!text.empty()) text.pop_back();
+    } else if (code >= 32 && code != 127) {
+        AppendUtf8(text, code);
+    }
+    SetText(text);
 }
 
 // ---- life -------------------------------------------------------------------------------------------------
@@ -176,6 +189,13 @@ void CWindowSystem::DeliverKey(CWnd& window, UINT key, bool shift, bool control,
         if (std::find(m_windows.begin(), m_windows.end(), &window) != m_windows.end())
             Deliver(window, WM_CHAR, code, 0);
     });
+}
+
+void CWindowSystem::DeliverText(CWnd& window, const std::string& text) {
+    if (m_watcher) m_watcher->OnText(window, text);
+    if (!CatchUp(window) || !window.Peer()) return;
+    if (window.Peer()->Text() != text) window.Peer()->SetText(text);
+    Drain();
 }
 
 void CWindowSystem::DeliverDrop(CWnd& window, const std::vector<std::string>& files) {

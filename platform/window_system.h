@@ -28,6 +28,8 @@ public:
     virtual void Move(const CRect& place);
     virtual void Show(bool show) { m_shown = show; }
     virtual void Present(const CSurface& /*picture*/) {}  // to the screen
+    /// What the screen shows of it, read back; null where there is no screen.
+    virtual std::shared_ptr<CSurface> Shown() const { return nullptr; }
     virtual void Focus() {}
     virtual void Capture(bool /*on*/) {}
     virtual void Cursor(HCURSOR /*cursor*/) {}
@@ -40,6 +42,9 @@ public:
     virtual void SetText(const std::string& text) { m_text = text; }
     virtual void AppendText(const std::string& text) { SetText(Text() + text); }
     virtual void ScrollToEnd() {}
+    /// A character is typed into an edit control, where its caret is: behind the text without a screen. 8 takes one away,
+    /// other codes below 32 change nothing.
+    virtual void TypeCharacter(UINT code);
 
 protected:
     CWnd& m_window;            // its owner
@@ -57,6 +62,8 @@ public:
     virtual void OnMouse(CWnd& /*window*/, UINT /*message*/, UINT /*keys*/, CPoint) {}
     virtual void OnWheel(CWnd& /*window*/, UINT /*keys*/, int /*delta*/, CPoint /*screen*/) {}
     virtual void OnKey(CWnd& /*window*/, UINT /*key*/, bool /*shift*/, bool /*control*/, const std::string& /*text*/) {}
+    /// The text of an edit control was changed otherwise than by keys behind it; this stands there now.
+    virtual void OnText(CWnd& /*window*/, const std::string& /*text*/) {}
     virtual void OnDrop(CWnd& /*window*/, const std::vector<std::string>& /*files*/) {}
     virtual void OnClose(CWnd& /*window*/) {}
     /// A window of its own has another size now.
@@ -90,6 +97,8 @@ public:
     void DeliverWheel(CWnd& window, UINT keys, int delta, CPoint screen);
     /// The key goes to the window; `text` is what it types there (empty: nothing).
     void DeliverKey(CWnd& window, UINT key, bool shift, bool control, const std::string& text);
+    /// The user has changed the text of an edit control by its clipboard, its caret or an input method.
+    void DeliverText(CWnd& window, const std::string& text);
     /// Files were dropped on a window: OnDropFiles of it, or of the nearest parent that takes them.
     void DeliverDrop(CWnd& window, const std::vector<std::string>& files);
     void DeliverClose(CWnd& window);  // the user closes a window of its own: its OnClose
@@ -121,6 +130,7 @@ public:
     virtual std::int64_t TicksPerSecond() { return 1000000; }
     virtual void StartTimer(CWnd& window, unsigned id, int milliseconds);
     virtual void StopTimer(CWnd& window, unsigned id);
+    virtual void ShowBusy(bool /*busy*/) {}  // the wait cursor, whatever the pointer is over
     virtual void ShowMessage(const std::string& text) { m_messages.push_back(text); }
     virtual bool RunProgram(const std::vector<std::string>& /*arguments*/, bool /*wait*/) { return false; }
     /// A setting of the user's, by the path of its group and its name.

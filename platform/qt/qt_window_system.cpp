@@ -1,0 +1,253 @@
+#include "platform/qt/qt_window_system.h"
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <QClipboard>
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QScreen>
+#include <QSocketNotifier>
+#include <QTimer>
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <utility>
+
+#include "platform/canvas/system_metrics.h"
+#include "platform/qt/qt_dialog.h"
+#include "platform/qt/qt_peer.h"
+
+extern char** environ;
+
+namespace {
+
+QtPeer& PeerOf(CWnd& window) { return *static_cast<QtPeer*>(window.Peer()); }
+
+/// Ends the loop when the program is told to go. While it stands the signals only write to a pipe.
+class SignalDoor {
+public:
+    explicit SignalDoor(std::function<void()> leave) {
+        if (::pipe2(s_pipe, O_CLOEXEC | O_NONBLOCK) != 0) return;
+        m_notifier = std::make_unique<QSocketNotifier>(s_pipe[0], QSocketNotifier::Read);
+        QObject::connect(m_notifier.get(), &QSocketNotifier::activated, [leave = std::move(leave)] { leave(); });
+        struct sigaction action {};
+        action.sa_handler = [](int) {
+            const int kept = errno;
+            [[maybe_unused]] const auto written = ::write(s_pipe[1], "x", 1);
+            errno = kept;
+        };
+        for (std::size_t i = 0; i < 2; ++i) ::sigaction(kSignals[i], &action, &m_before[i]);
+    }
+    ~SignalDoor() {
+        if (!m_notifier) return;
+        for (std::size_t i = 0; i < 2; ++i) ::sigaction(kSignals[i], &m_before[i], nullptr);
+        m_notifier.reset();
+        ::close(s_pipe[0]);
+        ::close(s_pipe[1]);
+    }
+
+private:
+    static constexpr int kSignals[2] = {SIGINT, SIGTERM};
+    static inline int s_pipe[2] = {-1, -1};
+    struct sigaction m_before[2] {};
+    std::unique_ptr<QSocketNotifier> m_notifier;
+};
+
+QString FilterOf(const PathRequest& request) {
+    const QString all = QStringLiteral("所有文件 (*)");
+    if (request.m_pattern.empty()) return all;
+    return ToQt(request.m_description + " (" + request.m_pattern + ")") + QStringLiteral(";;") + all;
+}
+
+/// The extension that a name gets when it is typed without: that of the first pattern.
+QString SuffixOf(const PathRequest& request) {
+    const QString first = ToQt(request.m_pattern).section(u' ', 0, 0);
+    return first.startsWith(QStringLiteral("*.")) ? first.mid(2) : QString();
+}
+
+}  // namespace
+
+// ---- life -------------------------------------------------------------------------------------------------
+
+// Qt's own answer to a display that it can't reach is to abort.
+QtApplicationHolder::QtApplicationHolder(int* argc, char** argv) {
+    const QtMessageHandler before = qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
+        if (type != QtFatalMsg) return;
+        const std::string message = "error: the editor's window cannot be shown: " + FromQt(text.section(u'\n', 0, 0)) +
+                                    "\nCheck DISPLAY or WAYLAND_DISPLAY, or work without a screen: tvo play, tvo run.\n";
+        [[maybe_unused]] const auto written = ::write(STDERR_FILENO, message.data(), message.size());
+        ::_exit(1);
+    });
+    QCoreApplication::setApplicationName(QStringLiteral("tvo"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("tvo"));
+    QGuiApplication::setQuitOnLastWindowClosed(false);  // the frames are counted here
+    m_application = std::make_unique<QApplication>(*argc, argv);
+    qInstallMessageHandler(before);
+}
+
+QtApplicationHolder::~QtApplicationHolder() {
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+CQtWindowSystem::CQtWindowSystem(int* argc, char** argv, const TvoQtOptions& options)
+    : QtApplicationHolder(argc, argv), m_options(options), m_input(*this) {
+    if (const QScreen* const screen = QGuiApplication::primaryScreen()) {
+        const QSize whole = screen->size(), free = screen->availableSize();
+        SetSystemMetrics(SM_CXSCREEN, whole.width());
+        SetSystemMetrics(SM_CYSCREEN, whole.height());
+        SetSystemMetrics(SM_CXFULLSCREEN, free.width());
+        SetSystemMetrics(SM_CYFULLSCREEN, free.height());
+    }
+    PaletteChanged();
+    m_application->installEventFilter(&m_hook);
+}
+
+CQtWindowSystem::~CQtWindowSystem() { ShowBusy(false); }
+
+std::unique_ptr<CWindowPeer> CQtWindowSystem::MakePeer(CWnd& window, WindowKind kind, CWnd* parent) {
+    QWidget* const in = parent ? PeerOf(*parent).Widget() : kind == WindowKind::kTool ? TopWindow() : m_embed.data();
+    switch (kind) {
+        case WindowKind::kEditLine: return MakeEditLinePeer(*this, window, parent, in);
+        case WindowKind::kEditLog: return MakeEditLogPeer(*this, window, parent, in);
+        default: return MakeCanvasPeer(*this, window, parent, kind, in);
+    }
+}
+
+QWidget* CQtWindowSystem::TopWindow() const {
+    if (QWidget* const modal = QApplication::activeModalWidget()) return modal;
+    if (QWidget* const active = QApplication::activeWindow()) return active;
+    for (QWidget* const widget : QApplication::topLevelWidgets())
+        if (QtPeer::Of(widget) && widget->isVisible()) return widget;
+    return nullptr;
+}
+
+void CQtWindowSystem::FrameWent() {
+    if (--m_frames == 0) Quit();
+}
+
+// ---- the loop ---------------------------------------------------------------------------------------------
+
+void CQtWindowSystem::Wake() {
+    if (std::exchange(m_awake, true)) return;
+    QMetaObject::invokeMethod(
+        &m_hook,
+        [this] {
+            m_awake = false;
+            Drain();
+        },
+        Qt::QueuedConnection);
+}
+
+int CQtWindowSystem::RunLoop() {
+    if (m_frames == 0) return 0;
+    const SignalDoor door([this] { Quit(); });
+    Wake();
+    return QApplication::exec();
+}
+
+void CQtWindowSystem::Quit() { QCoreApplication::exit(0); }
+
+std::int64_t CQtWindowSystem::ReadClock() {
+    if (m_options.m_scripted) return CWindowSystem::ReadClock();
+    const auto now = std::chrono::steady_clock::now().time_since_epoch();
+    return std::chrono::duration_cast<std::chrono::microseconds>(now).count();
+}
+
+void CQtWindowSystem::StartTimer(CWnd& window, unsigned id, int milliseconds) {
+    if (window.Peer()) PeerOf(window).StartTimer(id, milliseconds);
+}
+
+void CQtWindowSystem::StopTimer(CWnd& window, unsigned id) {
+    if (window.Peer()) PeerOf(window).StopTimer(id);
+}
+
+void CQtWindowSystem::Shown() {
+    m_input.Painted();
+    if (!std::exchange(m_shown, true) && m_options.m_firstPicture) m_options.m_firstPicture();
+}
+
+// ---- surroundings -----------------------------------------------------------------------------------------
+
+void CQtWindowSystem::ShowBusy(bool busy) {
+    if (std::exchange(m_busy, busy) == busy) return;
+    if (busy) QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    else QGuiApplication::restoreOverrideCursor();
+}
+
+bool CQtWindowSystem::Hook::eventFilter(QObject*, QEvent* event) {
+    if (event->type() == QEvent::ApplicationPaletteChange) m_system.PaletteChanged();
+    return false;
+}
+
+void CQtWindowSystem::PaletteChanged() {
+    for (QWidget* const widget : QApplication::allWidgets())
+        if (QtPeer* const peer = QtPeer::Of(widget)) peer->Window().Invalidate();
+}
+
+std::optional<std::string> CQtWindowSystem::ReadSetting(const std::string& path, const std::string& name) {
+    return m_options.m_readSetting ? m_options.m_readSetting(path, name) : CWindowSystem::ReadSetting(path, name);
+}
+
+void CQtWindowSystem::WriteSetting(const std::string& path, const std::string& name, const std::string& value) {
+    if (m_options.m_writeSetting) m_options.m_writeSetting(path, name, value);
+    else CWindowSystem::WriteSetting(path, name, value);
+}
+
+std::string CQtWindowSystem::ReadClipboard() {
+    return m_options.m_scripted ? CWindowSystem::ReadClipboard() : FromQt(QGuiApplication::clipboard()->text());
+}
+
+void CQtWindowSystem::SetClipboardText(const std::string& text) {
+    CWindowSystem::SetClipboardText(text);
+    if (!m_options.m_scripted) QGuiApplication::clipboard()->setText(ToQt(text));
+}
+
+bool CQtWindowSystem::RunProgram(const std::vector<std::string>& arguments, bool wait) {
+    if (arguments.empty()) return false;
+    std::vector<char*> words;
+    std::vector<std::string> kept = arguments;
+    for (std::string& word : kept) words.push_back(word.data());
+    words.push_back(nullptr);
+    pid_t child = 0;
+    if (::posix_spawnp(&child, words[0], nullptr, nullptr, words.data(), environ) != 0) return false;
+    if (!wait) return true;
+    while (::waitpid(child, nullptr, 0) < 0 && errno == EINTR) {}
+    return true;
+}
+
+// ---- what the user is asked -------------------------------------------------------------------------------
+
+void CQtWindowSystem::ShowMessage(const std::string& text) {
+    if (m_options.m_scripted) return CWindowSystem::ShowMessage(text);
+    QMessageBox box(QMessageBox::Information, QStringLiteral("tvo"), ToQt(text), QMessageBox::NoButton, TopWindow());
+    box.setTextFormat(Qt::PlainText);
+    box.addButton(QStringLiteral("确定"), QMessageBox::AcceptRole);
+    box.exec();
+}
+
+int CQtWindowSystem::DoDialog(DialogForm& form) {
+    return m_options.m_scripted ? CWindowSystem::DoDialog(form) : RunQtDialog(*this, TopWindow(), form);
+}
+
+std::optional<std::string> CQtWindowSystem::DoAskPath(const PathRequest& request) {
+    if (m_options.m_scripted) return CWindowSystem::DoAskPath(request);
+    QFileDialog dialog(TopWindow(), ToQt(request.m_title), QString(), FilterOf(request));
+    dialog.setAcceptMode(request.m_save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+    dialog.setFileMode(request.m_save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+    if (request.m_save) dialog.setDefaultSuffix(SuffixOf(request));
+    dialog.setLabelText(QFileDialog::Accept, request.m_save ? QStringLiteral("保存") : QStringLiteral("打开"));
+    dialog.setLabelText(QFileDialog::Reject, QStringLiteral("取消"));
+    dialog.setLabelText(QFileDialog::FileName, QStringLiteral("文件名:"));
+    dialog.setLabelText(QFileDialog::FileType, QStringLiteral("文件类型:"));
+    dialog.setLabelText(QFileDialog::LookIn, QStringLiteral("位置:"));
+    if (!request.m_proposed.empty()) {
+        const QFileInfo proposed(ToQt(request.m_proposed));
+        if (proposed.isAbsolute() || ToQt(request.m_proposed).contains(u'/')) dialog.setDirectory(proposed.absolutePath());
+        dialog.selectFile(proposed.fileName());
+    }
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
+    return FromQt(dialog.selectedFiles().first());
+}
