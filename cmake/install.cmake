@@ -26,3 +26,8 @@ if(TARGET tvo)
   set_target_properties(tvo PROPERTIES INSTALL_RPATH "$ORIGIN/${lib_from_bin}")
   install(TARGETS tvo DESTINATION ${CMAKE_INSTALL_BINDIR})
 endif()
+# Opened by the program at run time
+if(TARGET tvo_qt)
+  set_target_properties(tvo_qt PROPERTIES INSTALL_RPATH "$ORIGIN/..")
+  install(TARGETS tvo_qt LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/tvobase)
+endif()

@@ -15,6 +15,7 @@ struct Command {
 
 Command AddLayersCommand(CLI::App& app);
 Command AddCheckCommand(CLI::App& app);
+Command AddEditCommand(CLI::App& app);
 Command AddExportCommand(CLI::App& app);
 Command AddImportCommand(CLI::App& app);
 Command AddInfoCommand(CLI::App& app);

@@ -40,6 +40,7 @@ const std::set<std::string> kMayCallView = {
     "model/tvo_data_base.cpp",         "model/tvo_data_base_drawing.cpp",  "model/tvo_data_base_index.cpp",
     "model/tvo_data_base_query.cpp",   "net/net_line_object.cpp",
     "plates/grid_data_base_dpc.cpp",   "plates/grid_data_base_trace.cpp",  "plates/wei_ban.cpp",
+    "platform/qt/qt_cursors.cpp",  // the pictures of the view's cursors
 };
 
 /// Headers of geometry that platform may use: values, no behaviour of the model.

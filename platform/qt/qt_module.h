@@ -11,7 +11,7 @@ class CWindowSystem;
 struct TvoQtOptions {
     std::function<std::optional<std::string>(const std::string& path, const std::string& name)> m_readSetting;
     std::function<void(const std::string& path, const std::string& name, const std::string& value)> m_writeSetting;
-    /// Dialogs, paths, the clipboard, messages and the clock are those of a system without a screen: a script is played.
+    /// Dialogs, paths, the clipboard, messages, timers and the clock are those of a system without a screen: a script is played.
     bool m_scripted = false;
     /// Told once, when the first picture of a window stands on the screen.
     std::function<void()> m_firstPicture;

@@ -157,11 +157,13 @@ std::int64_t CQtWindowSystem::ReadClock() {
 }
 
 void CQtWindowSystem::StartTimer(CWnd& window, unsigned id, int milliseconds) {
-    if (window.Peer()) PeerOf(window).StartTimer(id, milliseconds);
+    if (m_options.m_scripted) CWindowSystem::StartTimer(window, id, milliseconds);
+    else if (window.Peer()) PeerOf(window).StartTimer(id, milliseconds);
 }
 
 void CQtWindowSystem::StopTimer(CWnd& window, unsigned id) {
-    if (window.Peer()) PeerOf(window).StopTimer(id);
+    if (m_options.m_scripted) CWindowSystem::StopTimer(window, id);
+    else if (window.Peer()) PeerOf(window).StopTimer(id);
 }
 
 void CQtWindowSystem::Shown() {

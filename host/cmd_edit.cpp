@@ -1,0 +1,114 @@
+// tvo edit: the editor in a window.
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cstdio>
+#include <unistd.h>
+
+#include <ctime>
+#include <fstream>
+#include <iostream>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "host/commands.h"
+#include "host/editor/edit_frame.h"
+#include "host/failure.h"
+#include "host/glyphs/freetype_glyph_source.h"
+#include "host/host_data_base.h"
+#include "host/window_module.h"
+
+namespace {
+
+const char* const kAbout =
+    "Opens the editor's window. FILE is a model of tvo's or a drawing (.dxf); without one a small sample\n"
+    "shows. Commands are typed into the line below, chosen from the menu at the right, or given by\n"
+    "function keys; files may be dropped on the window.\n"
+    "\n"
+    "Status: 0 when it was closed, or ended by SIGTERM or SIGINT; 1 when no window can be shown.\n"
+    "Without a screen: tvo play.\n";
+
+struct EditOptions {
+    std::string file;
+    std::string size = "1200x800";
+    bool measure = false;
+};
+
+/// Milliseconds since the system started this process; to a hundredth of a second.
+double ProcessAge() {
+    std::ifstream stat("/proc/self/stat");
+    std::string text;
+    std::getline(stat, text);
+    const std::size_t behind = text.rfind(')');
+    if (behind == std::string::npos) return 0;
+    std::istringstream fields(text.substr(behind + 1));
+    std::string word;
+    for (int i = 3; i <= 22 && fields >> word; ++i) {}  // the 22nd: clock ticks after the boot
+    timespec now{};
+    ::clock_gettime(CLOCK_BOOTTIME, &now);
+    const double ticks = std::strtod(word.c_str(), nullptr);
+    return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) / 1e6 -
+           ticks * 1e3 / static_cast<double>(::sysconf(_SC_CLK_TCK));
+}
+
+/// What --measure tells at the end.
+class Measure {
+public:
+    void FirstPicture() { std::printf("first picture after %.0f ms\n", ProcessAge()); std::fflush(stdout); }
+    void Opened() { std::printf("opened after %.0f ms\n", ProcessAge()); std::fflush(stdout); }
+    void Move(long long microseconds) { m_moves.push_back(microseconds); }
+    void Tell() {
+        if (m_moves.empty()) return;
+        std::sort(m_moves.begin(), m_moves.end());
+        const auto at = [&](double share) {
+            return static_cast<double>(m_moves[static_cast<std::size_t>(share * static_cast<double>(m_moves.size() - 1))]) / 1e3;
+        };
+        std::printf("%zu mouse moves shown within ms: median %.2f, 99 of 100 %.2f, all %.2f\n", m_moves.size(), at(0.5),
+                    at(0.99), at(1));
+    }
+
+private:
+    std::vector<long long> m_moves;
+};
+
+CRect PlaceOf(const std::string& size) {
+    int width = 0, height = 0, end = 0;
+    if (std::sscanf(size.c_str(), "%5dx%5d%n", &width, &height, &end) != 2 || size[static_cast<std::size_t>(end)] ||
+        width < 1 || height < 1 || width > 16384 || height > 16384)
+        throw UsageFailure("--size takes WxH in pixels, such as 1200x800, not '" + size + "'");
+    return {40, 40, 40 + width, 40 + height};
+}
+
+int RunEditor(const EditOptions& options) {
+    const CRect place = PlaceOf(options.size);
+    Measure measure;
+    TvoQtOptions window;
+    if (options.measure) {
+        window.m_firstPicture = [&] { measure.FirstPicture(); };
+        window.m_moveShown = [&](long long microseconds) { measure.Move(microseconds); };
+    }
+    UseSystemFonts();
+    WindowModule module(window);
+    int status = kDone;
+    {
+        CTvoHostDataBase db;
+        CEditFrame frame(db);
+        frame.Open(place, options.file);
+        if (options.measure) measure.Opened();
+        status = module.System().RunLoop();
+    }
+    measure.Tell();
+    return status;
+}
+
+}  // namespace
+
+Command AddEditCommand(CLI::App& app) {
+    auto options = std::make_shared<EditOptions>();
+    CLI::App* command = app.add_subcommand("edit", "Open the editor's window");
+    command->add_option("FILE", options->file, "model or drawing to open");
+    command->add_option("--size", options->size, "size of the window, WxH pixels")->capture_default_str();
+    command->add_flag("--measure", options->measure, "tell how long the first picture and mouse moves took");
+    command->footer(kAbout);
+    return {command, [options] { return RunEditor(*options); }};
+}
