@@ -191,13 +191,6 @@ void CWindowSystem::DeliverKey(CWnd& window, UINT key, bool shift, bool control,
     });
 }
 
-void CWindowSystem::DeliverText(CWnd& window, const std::string& text) {
-    if (m_watcher) m_watcher->OnText(window, text);
-    if (!CatchUp(window) || !window.Peer()) return;
-    if (window.Peer()->Text() != text) window.Peer()->SetText(text);
-    Drain();
-}
-
 void CWindowSystem::DeliverDrop(CWnd& window, const std::vector<std::string>& files) {
     if (m_watcher) m_watcher->OnDrop(window, files);
     if (!CatchUp(window)) return;

@@ -62,8 +62,6 @@ public:
     virtual void OnMouse(CWnd& /*window*/, UINT /*message*/, UINT /*keys*/, CPoint) {}
     virtual void OnWheel(CWnd& /*window*/, UINT /*keys*/, int /*delta*/, CPoint /*screen*/) {}
     virtual void OnKey(CWnd& /*window*/, UINT /*key*/, bool /*shift*/, bool /*control*/, const std::string& /*text*/) {}
-    /// The text of an edit control was changed otherwise than by keys behind it; this stands there now.
-    virtual void OnText(CWnd& /*window*/, const std::string& /*text*/) {}
     virtual void OnDrop(CWnd& /*window*/, const std::vector<std::string>& /*files*/) {}
     virtual void OnClose(CWnd& /*window*/) {}
     /// A window of its own has another size now.
@@ -97,8 +95,6 @@ public:
     void DeliverWheel(CWnd& window, UINT keys, int delta, CPoint screen);
     /// The key goes to the window; `text` is what it types there (empty: nothing).
     void DeliverKey(CWnd& window, UINT key, bool shift, bool control, const std::string& text);
-    /// The user has changed the text of an edit control by its clipboard, its caret or an input method.
-    void DeliverText(CWnd& window, const std::string& text);
     /// Files were dropped on a window: OnDropFiles of it, or of the nearest parent that takes them.
     void DeliverDrop(CWnd& window, const std::vector<std::string>& files);
     void DeliverClose(CWnd& window);  // the user closes a window of its own: its OnClose

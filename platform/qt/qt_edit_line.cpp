@@ -26,16 +26,14 @@ public:
         setFrame(false);
         setTextMargins(0, 0, 0, 0);
         setAcceptDrops(false);  // files go to the window below
-        QObject::connect(this, &QLineEdit::textEdited, [this] { Edited(); });
+        QObject::connect(this, &QLineEdit::textEdited, [this] { MakeOneLine(); });
     }
 
     /// One character at the caret, in the place of what is selected; 8 takes one away.
     void Type(UINT code) {
-        m_typing = true;
         const char32_t character = code;
         if (code == VK_BACK) backspace();
         else if (code >= 32 && code != 127) insert(QString::fromUcs4(&character, 1));
-        m_typing = false;
     }
 
 protected:
@@ -59,13 +57,9 @@ protected:
         event->accept();
         if (m_composing) return QLineEdit::keyPressEvent(event);
         if (!peer) return;
-        const bool behind = cursorPosition() == text().size() && !hasSelectedText();
-        const QString before = text();
         const QPointer<QtEditLine> stands = this;
         peer->System().Input().Key(*peer, *event, TypedText(*event));
         if (!stands || !QtPeer::Of(this)) return;
-        // Who plays a record of the session has no caret.
-        if (!behind && text() != before) Edited();
         if (IsLineKey(*event)) QLineEdit::keyPressEvent(event);
         event->accept();
     }
@@ -91,20 +85,16 @@ protected:
     }
 
 private:
-    // Pasted, cut, composed: lines that come from elsewhere become one.
-    void Edited() {
-        QtPeer* const peer = QtPeer::Of(this);
-        if (m_typing || !peer) return;
+    // Lines that are pasted become one.
+    void MakeOneLine() {
         QString one = text();
         one.replace(QStringLiteral("\r\n"), QStringLiteral(" "));
         for (QChar& c : one)
             if (c < QChar(0x20) || c == QChar::LineSeparator || c == QChar::ParagraphSeparator) c = u' ';
         if (one != text()) setText(one);
-        peer->System().DeliverText(peer->Window(), FromQt(one));
     }
 
     bool m_composing = false;  // by an input method
-    bool m_typing = false;     // the window types: it knows of the change
 };
 
 class QtEditLinePeer : public QtPeer {
