@@ -637,6 +637,15 @@ TEST_F(EditorDialogs, TheFieldInSpaceTurnsZoomsAndComesBack) {
     mouse(WM_MOUSEMOVE, 9999, 580);
     mouse(WM_LBUTTONUP, 9999, 580);
     EXPECT_NEAR(view.Sight().lift / lift, CChang3DView::kFirstMost, 1e-6);
+    mouse(WM_LBUTTONDOWN, 360, 580);
+    m_system.DeliverKey(view, VK_BACK, false, false, "\b");
+    m_system.DeliverKey(view, 0, false, false, "2x.5");
+    key(VK_RETURN);
+    EXPECT_NEAR(view.Sight().lift / lift, 2.5, 1e-6);
+    mouse(WM_LBUTTONDOWN, 360, 580);
+    m_system.DeliverKey(view, 0, false, false, "..");
+    key(VK_RETURN);
+    EXPECT_EQ(m_system.m_messages, std::vector<std::string>{"比例最大值: \"2.5..\" 不是数"});
     key('R');
     EXPECT_FALSE(differs());
 

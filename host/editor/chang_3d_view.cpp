@@ -48,23 +48,12 @@ CRect Inside(const CRect& r, int by) { return {r.left + by, r.top + by, r.right 
 
 // ---- life -------------------------------------------------------------------------------------------------
 
-CChang3DView::CChang3DView(CTvoHostDataBase& db, std::uint32_t field) : m_db(db), m_id(field), m_edit(*this) {
+CChang3DView::CChang3DView(CTvoHostDataBase& db, std::uint32_t field) : m_db(db), m_id(field) {
     Reset();
     Refresh();
 }
 
-CChang3DView::~CChang3DView() {
-    m_edit.DestroyWindow();
-    DestroyWindow();
-}
-
-int CChang3DView::OnCreate() {
-    m_edit.Create(this, Place(kMost), WindowKind::kEditLine);
-    m_edit.SetWindowText(CString(NumberText(m_most)));
-    return 0;
-}
-
-void CChang3DView::OnSize(int, int) { m_edit.MoveWindow(Place(kMost)); }
+CChang3DView::~CChang3DView() { DestroyWindow(); }
 
 void CChang3DView::Refresh() {
     const std::vector<CGjChang*> fields = AllFields(m_db);
@@ -96,7 +85,8 @@ void CChang3DView::Reset() {
     m_x = m_y = 0;
     m_ratio = 1;
     m_most = kFirstMost;
-    m_edit.SetWindowText(CString(NumberText(m_most)));
+    m_typed = NumberText(m_most);
+    m_typing = false;
     Invalidate();
 }
 
@@ -205,8 +195,17 @@ void CChang3DView::DrawBar(CDC& dc) {
     dc.FillSolidRect(CRect(slider.left, middle - 2, slider.right, middle + 2), kEdge);
     dc.FillSolidRect(CRect(slider.left, middle - 2, knob, middle + 2), kKnob);
     dc.FillSolidRect(CRect(knob - 4, slider.top + 3, knob + 4, slider.bottom - 3), kKnob);
-    dc.Draw3dRect(Inside(Place(kMost), -1), kEdge, kEdge);
+    const CRect box = Place(kMost);
+    dc.FillSolidRect(box, RGB(255, 255, 255));
+    dc.Draw3dRect(box, m_typing ? kKnob : kEdge, m_typing ? kKnob : kEdge);
     dc.SetBkMode(TRANSPARENT);
+    CRect text = Inside(box, 4);
+    dc.DrawText(CString(m_typed), &text, DT_LEFT | DT_VCENTER | DT_SINGLELINE);
+    if (m_typing) {
+        const int caret = text.left + dc.GetTextExtent(CString(m_typed)).cx + 1;
+        dc.FillSolidRect(CRect(caret, box.top + 4, caret + 1, box.bottom - 4), kInk);
+        dc.SetBkMode(TRANSPARENT);
+    }
     CRect rest(Place(kSetMost).right + 2 * kGap, Area().bottom, client.right - kGap, client.bottom);
     const std::string ratio = "比例 " + NumberText(std::round(m_ratio * 100) / 100);
     if (rest.Width() > 0) dc.DrawText(CString(ratio), &rest, DT_LEFT | DT_VCENTER | DT_SINGLELINE);
@@ -214,20 +213,16 @@ void CChang3DView::DrawBar(CDC& dc) {
 
 // ---- the bar ----------------------------------------------------------------------------------------------
 
-void CChang3DView::CMostEdit::OnKeyDown(UINT key, LPARAM) {
-    if (key == VK_RETURN) m_view.TakeMost();
-}
-
 void CChang3DView::TakeMost() {
-    const std::string typed = m_edit.GetWindowText().GetString();
-    if (const std::string wrong = CheckNumber(typed, "比例最大值", kLeastMost, kLargestMost);
-        !wrong.empty()) {
-        if (CWindowSystem* const system = CWindowSystem::Current()) system->ShowMessage(wrong);
-        m_edit.SetWindowText(CString(NumberText(m_most)));
-        return;
+    const std::string wrong = CheckNumber(m_typed, "比例最大值", kLeastMost, kLargestMost);
+    m_typing = false;
+    if (wrong.empty()) {
+        m_most = *TypedNumber(m_typed);
+        m_ratio = std::min(m_ratio, m_most);
+    } else if (CWindowSystem* const system = CWindowSystem::Current()) {
+        system->ShowMessage(wrong);
     }
-    m_most = *TypedNumber(typed);
-    m_ratio = std::min(m_ratio, m_most);
+    m_typed = NumberText(m_most);
     Invalidate();
 }
 
@@ -294,7 +289,11 @@ void CChang3DView::EndDrag() {
 
 void CChang3DView::OnLButtonDown(UINT keys, CPoint p) {
     const Part part = PartAt(p);
-    if (part == kSlider) {
+    if (part == kMost) {
+        m_typing = true;
+        SetFocus();
+        Invalidate();
+    } else if (part == kSlider) {
         StartDrag(Drag::kSlide, keys, p);
         SlideTo(p.x);
     } else if (part != kNoPart) {
@@ -339,6 +338,13 @@ BOOL CChang3DView::OnMouseWheel(UINT, int delta, CPoint screen) {
 }
 
 void CChang3DView::OnKeyDown(UINT key, LPARAM) {
+    if (m_typing) {
+        if (key == VK_RETURN) TakeMost();
+        if (key != VK_ESCAPE) return;  // what is typed comes as characters
+        m_typing = false;
+        m_typed = NumberText(m_most);
+        return Invalidate();
+    }
     const CPoint middle = Area().CenterPoint();
     switch (key) {
         case VK_LEFT:
@@ -364,4 +370,13 @@ void CChang3DView::OnKeyDown(UINT key, LPARAM) {
         default:
             return;
     }
+}
+
+void CChang3DView::OnChar(UINT code) {
+    constexpr std::size_t kMostTyped = 7;
+    if (!m_typing) return;
+    if (code == VK_BACK && !m_typed.empty()) m_typed.pop_back();
+    else if (((code >= '0' && code <= '9') || code == '.') && m_typed.size() < kMostTyped)
+        m_typed += static_cast<char>(code);
+    Invalidate();
 }

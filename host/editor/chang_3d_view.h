@@ -36,8 +36,6 @@ public:
     static constexpr double kFirstMost = 4;         // the ratio at the slider's right end
 
 protected:
-    int OnCreate() override;
-    void OnSize(int width, int height) override;
     void OnLButtonDown(UINT keys, CPoint p) override;
     void OnLButtonUp(UINT keys, CPoint p) override;
     void OnMButtonDown(UINT keys, CPoint p) override { StartDrag(Drag::kMove, keys, p); }
@@ -47,23 +45,12 @@ protected:
     void OnMouseMove(UINT keys, CPoint p) override;
     BOOL OnMouseWheel(UINT keys, int delta, CPoint screen) override;
     void OnKeyDown(UINT key, LPARAM flags) override;
+    void OnChar(UINT code) override;
     void OnTimer(unsigned id) override;
 
 private:
     enum class Drag { kNone, kTurn, kMove, kSlide, kPress };
     enum Part { kNoPart = -1, kExit, kRefresh, kSlider, kMost, kSetMost };  // of the bar, from the left
-
-    /// The box with the greatest ratio; Enter takes it.
-    class CMostEdit : public CEdit {
-    public:
-        explicit CMostEdit(CChang3DView& view) : m_view(view) {}
-
-    protected:
-        void OnKeyDown(UINT key, LPARAM) override;
-
-    private:
-        CChang3DView& m_view;
-    };
 
     CRect Area() const;  // above the bar
     CRect Place(Part part) const;
@@ -92,6 +79,7 @@ private:
     bool m_moving = false;    // few triangles
     Drag m_drag = Drag::kNone;
     Part m_pressed = kNoPart;
-    CPoint m_last;  // the pointer at the last event of a drag
-    CMostEdit m_edit;
+    CPoint m_last;          // the pointer at the last event of a drag
+    std::string m_typed;    // what stands in the box of the greatest ratio
+    bool m_typing = false;  // keys go there
 };
