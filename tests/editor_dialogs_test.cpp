@@ -236,6 +236,7 @@ TEST_F(EditorDialogs, ARoundGridStandsAboutItsCentre) {
                                     angles[i + 1] - angles[i],
                                     {}});
         ExpectSame(Lines(), expected);
+        EXPECT_EQ(Last(), "生成轴网: " + std::to_string(expected.size()) + " 段轴线");
         m_view->_Svr_Undo(0);
     }
 }

@@ -7,7 +7,6 @@
 #include "host/editor/axis_grid_view.h"
 #include "host/host_data_base.h"
 #include "model/profile.h"
-#include "platform/canvas/client_dc.h"
 #include "platform/window_system.h"
 #include "view/dt_work_ex.h"
 #include "view/tvo_view_mgr.h"
@@ -60,11 +59,8 @@ private:
             AppendPromptText(CString("*" + wrong + "*"));
             return kAwaited;
         }
-        // The grid that stands on the screen in XOR goes before it turns.
-        CClientDC dc(m_pView);
-        m_pView->DrawRubberLine(&dc);
+        // The view shows itself anew after each text: the grid in XOR is not left behind as it was.
         m_grid.turn = *TypedNumber(text);
-        m_pView->DrawRubberLine(&dc);
         SetPromptText(Prompt());
         return kAwaited;
     }
