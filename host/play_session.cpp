@@ -254,22 +254,27 @@ void PlaySession::Key(unsigned key, bool shift, bool control, const std::string&
 }
 
 void PlaySession::Run(std::string_view line) {
+    if (!Play(line)) return;
+    m_started = true;
+    TellMessages();
+}
+
+bool PlaySession::Play(std::string_view line) {
     // Text to type stands as it is, quotes and all.
     const std::size_t first = line.find_first_not_of(" \t\r");
     std::string_view rest = first == std::string_view::npos ? std::string_view() : line.substr(first);
     while (!rest.empty() && rest.back() == '\r') rest.remove_suffix(1);
     if (rest.starts_with("type ")) {
         Type(*this, {"type", std::string(rest.substr(5))});
-        return;
+        return true;
     }
     const Words words = SplitScriptLine(line);
-    if (words.empty()) return;
+    if (words.empty()) return false;
     const PlayEvent* const event = FindEvent(words);
     if (!event) {
-        m_started = true;
         m_script.Run(line);
         m_system.Drain();
-        return;
+        return true;
     }
     const int count = static_cast<int>(words.size()) - 1;
     if (count < event->least || (event->most >= 0 && count > event->most))
@@ -279,8 +284,7 @@ void PlaySession::Run(std::string_view line) {
     } catch (const DataFailure& failure) {
         throw ScriptFailure{failure.what()};
     }
-    m_started = true;
-    TellMessages();
+    return true;
 }
 
 std::string PlaySession::Help() {

@@ -46,6 +46,7 @@ public:
     unsigned m_held = 0;               // MK_SHIFT and MK_CONTROL that go with the pointer's events
 
 private:
+    bool Play(std::string_view line);  // false for a line that says nothing
     void TellMessages();
 
     std::unique_ptr<CTvoFrameBase> m_frame;

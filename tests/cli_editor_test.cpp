@@ -1,0 +1,218 @@
+// The whole editor, played by tvo play as somebody would use it.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+#include "tvo_process.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using json = nlohmann::json;
+
+constexpr const char* kNew = "editor 1000 700\ntype New \n";
+
+TvoRun Play(const std::string& script, const fs::path& folder = {}) { return RunTvo({"play"}, script, folder); }
+
+std::vector<json> Played(const std::string& script, const fs::path& folder = {}) {
+    const TvoRun run = Play(script, folder);
+    EXPECT_EQ(run.status, 0) << run.err;
+    return run.Json();
+}
+
+/// The results of one type, in their order.
+std::vector<json> Of(const std::vector<json>& lines, const char* type) {
+    std::vector<json> found;
+    for (const json& line : lines)
+        if (line["type"] == type) found.push_back(line);
+    return found;
+}
+
+json Last(const std::vector<json>& lines, const char* type) {
+    const auto found = Of(lines, type);
+    return found.empty() ? json() : found.back();
+}
+
+/// All that stands in a model, as it is after a script.
+std::string DumpAfter(const std::string& script, const fs::path& folder = {}) {
+    const TvoRun run = Play(script + "dump\n", folder);
+    EXPECT_EQ(run.status, 0) << run.err;
+    return run.out;
+}
+
+TEST(Editor, StartsWithASampleWhosePlatesShow) {
+    const auto lines = Played("editor\nstat\nwindows\nclose\n");
+    EXPECT_GT(lines[0]["plates"], 5);
+    EXPECT_EQ(lines[0]["dangling"], 0);
+    EXPECT_EQ(lines[0]["canUndo"], false);
+    EXPECT_EQ(lines[1]["title"], "未命名 - TvoBase");
+    EXPECT_EQ(lines[2]["closed"], true) << "nobody has changed it";
+}
+
+TEST(Editor, PlatesAreFormedDeletedAndMerged) {
+    const std::string rooms = std::string(kNew) + "type Rect 0,0 6000,4000 \ntype Line 3000,0 3000,4000 \ntype FormPlates \nstat\n";
+    struct { const char* name; const char* script; int lines, plates; } const rows[] = {
+        {"a plate is deleted", "type 删除板 1000,1000 \nrdown\nrup\nstat\n", 7, 1},
+        {"picked twice is not picked", "type 删除板 1000,1000 1000,1000 \nrdown\nrup\nstat\n", 7, 2},
+        {"the next edit at its lines forms it again", "type 删除板 1000,1000 \nrdown\nrup\ntype Line 1500,0 1500,4000 \nstat\n", 10, 3},
+        {"two become one", "type 合并板 1000,1000 5000,1000 \nrdown\nrup\nstat\n", 4, 1},
+        {"one alone stays", "type 合并板 1000,1000 \nrdown\nrup\nstat\n", 7, 2},
+        {"beside all plates nothing is picked", "type 合并板 9000,1000 5000,1000 \nrdown\nrup\nstat\n", 7, 2},
+        {"cancelled", "type 删除板 1000,1000 \nesc\nstat\n", 7, 2},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        const auto stats = Of(Played(rooms + row.script + "type u \nstat\n"), "stat");
+        EXPECT_EQ(stats[0]["plates"], 2);
+        EXPECT_EQ(stats[1]["lines"], row.lines);
+        EXPECT_EQ(stats[1]["plates"], row.plates);
+        const bool changed = stats[1] != stats[0];
+        EXPECT_EQ(stats[2]["plates"], changed && row.lines != 10 ? 2 : row.lines == 10 ? 1 : 0) << "one undo step";
+    }
+}
+
+TEST(Editor, ClicksPickPlatesWithoutSnapping) {
+    const auto lines = Played(std::string(kNew) + "type Rect 0,0 6000,4000 \ntype Line 3000,0 3000,4000 \ntype FormPlates \n"
+                              "type Zoom w 0,0 6000,4000 \nstate\ntype 面积\nenter\nldown 300 200\nlup\nprompt\n");
+    const auto said = Last(lines, "prompt")["lines"];
+    EXPECT_NE(said.back().get<std::string>().find("面积 = 12.000 m², 周长 = 14.000 m"), std::string::npos) << said.back();
+}
+
+TEST(Editor, Measures) {
+    struct { const char* typed; const char* said; } const rows[] = {
+        {"坐标 1500,-250 ", "坐标 X = 1500.00, Y = -250.00"},
+        {"面积 P 0,0 4000,0 4000,3000 \nrdown", "面积 = 6.000 m², 周长 = 12.000 m"},
+        {"面积 9000,9000 ", "此处没有板"},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(Last(Played(std::string(kNew) + "type " + row.typed + "\nprompt\n"), "prompt")["lines"].back(), row.said);
+}
+
+TEST(Editor, ARowOfTheCheckGoesToItsPlace) {
+    const auto lines = Played(std::string(kNew) + "type Rect 0,0 6000,4000 \ntype Line 3000,0 3000,2500 \ntype 检查 \nwindows\nstate\n"
+                              "window check ldown 50 60\nwindow check lup 50 60\nstate\nwindow check close\nwindows\n");
+    EXPECT_EQ(Of(lines, "windows")[0]["tools"], json::array({"check"}));
+    EXPECT_EQ(Of(lines, "windows")[1]["tools"], json::array());
+    const auto states = Of(lines, "state");
+    EXPECT_GT(states[1]["scale"], states[0]["scale"]);
+    // The dangling end stands in the middle of the view: its width is the frame's without the menu's.
+    const double scale = states[1]["scale"].get<double>();
+    EXPECT_LT(states[1]["x"].get<double>(), 3000);
+    EXPECT_LT(3000 - states[1]["x"].get<double>(), 1000 / scale);
+    EXPECT_GT(states[1]["y"].get<double>(), 2500);
+}
+
+TEST(Editor, TextsAndStoreys) {
+    const auto lines = Played(std::string(kNew) + "answer text \"text=办公室 1\" height=0.6 angle=90\ntype 文字 1000,2000 \ndump texts\n"
+                              "answer text text=a height=99\ntype 文字 \nanswer storey storey=2 only=1\ntype 楼层 \ntype Line 0,0 5000,0 \n"
+                              "dump lines\nanswer storey storey=1.5\ntype 楼层 \n");
+    EXPECT_EQ(lines[0]["text"], "办公室 1");
+    EXPECT_EQ(lines[0]["height"], 600.0);
+    EXPECT_EQ(lines[2]["storey"], 2);
+    EXPECT_EQ(Of(lines, "message").size(), 2u) << "a height and a storey that are none";
+}
+
+TEST(Editor, SavesOpensAndRemembers) {
+    const ScratchFolder folder;
+    const std::string draw = "type Rect 0,0 6000,4000 \ntype FormPlates \n";
+    const std::string drawn = DumpAfter(kNew + draw);
+    const auto lines = Played(kNew + draw + "windows\npath 房屋\ntype 保存 \nwindows\ntype Line 9000,0 9000,4000 \nwindows\ntype u \n"
+                              "type Save \ntype New \nstat\nanswer recent 0 file=0\ntype 最近 \nwindows\nstat\n", folder.Path());
+    EXPECT_TRUE(fs::exists(folder.Path() / "房屋.tvo"));
+    const auto titles = Of(lines, "windows");
+    EXPECT_EQ(titles[0]["title"], "未命名* - TvoBase");
+    EXPECT_EQ(titles[1]["title"], "房屋.tvo - TvoBase");
+    EXPECT_EQ(titles[2]["title"], "房屋.tvo* - TvoBase");
+    EXPECT_EQ(titles[3]["title"], "房屋.tvo - TvoBase");
+    EXPECT_EQ(Of(lines, "stat")[0]["lines"], 0);
+    EXPECT_EQ(Of(lines, "stat")[1]["plates"], 1);
+    const std::string file = folder.File("房屋.tvo");
+    EXPECT_EQ(DumpAfter("editor 900 600 " + file + "\n"), drawn) << "by argument";
+    EXPECT_EQ(DumpAfter(std::string(kNew) + "drop " + file + "\n"), drawn) << "by drop";
+}
+
+TEST(Editor, AsksBeforeAModelGoes) {
+    const std::string changed = std::string(kNew) + "type Line 0,0 5000,0 \n";
+    struct { const char* name; const char* answers; bool closes, saved; } const rows[] = {
+        {"saved", "answer unsaved 0\npath kept.tvo\n", true, true},
+        {"saved to nowhere", "answer unsaved 0\npath cancel\n", false, false},
+        {"saved where it can't be", "answer unsaved 0\npath /nowhere/kept.tvo\n", false, false},
+        {"thrown away", "answer unsaved 1\n", true, false},
+        {"cancelled", "answer unsaved cancel\n", false, false},
+        {"dialog closed", "", false, false},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        const ScratchFolder folder;
+        const auto lines = Played(changed + row.answers + "close\n", folder.Path());
+        EXPECT_EQ(Last(lines, "close")["closed"], row.closes);
+        EXPECT_EQ(fs::exists(folder.Path() / "kept.tvo"), row.saved);
+        const auto stat = Last(Played(changed + row.answers + "type New \nstat\n", folder.Path()), "stat");
+        EXPECT_EQ(stat["lines"], row.closes ? 0 : 1) << "a new model asks the same";
+    }
+}
+
+TEST(Editor, BadFilesLeaveTheModel) {
+    const ScratchFolder folder;
+    folder.Write("rubbish.tvo", "no model at all");
+    folder.Write("rubbish.dxf", "no drawing at all");
+    folder.Write("empty.dxf", "  0\nSECTION\n  2\nENTITIES\n  0\nENDSEC\n  0\nEOF\n");
+    fs::create_directory(folder.Path() / "folder.tvo");
+    const std::string draw = std::string(kNew) + "type Rect 0,0 6000,4000 \n";
+    const std::string before = DumpAfter(draw);
+    for (const char* name : {"rubbish.tvo", "missing.tvo", "folder.tvo", "rubbish.dxf", "missing.dxf", "empty.dxf"}) {
+        SCOPED_TRACE(name);
+        const std::string file = folder.File(name);
+        for (const std::string& way : {"path " + file + "\nanswer unsaved 1\ntype 打开 \n", "answer unsaved 1\ndrop " + file + "\n"}) {
+            const TvoRun run = Play(draw + way + "windows\ndump\n");
+            ASSERT_EQ(run.status, 0) << run.err;
+            const auto lines = run.Json();
+            ASSERT_EQ(Of(lines, "message").size(), 1u);
+            const auto text = lines[0]["text"].get<std::string>();
+            EXPECT_NE(text.find(name), std::string::npos) << text;
+            EXPECT_EQ(lines[1]["title"], "未命名* - TvoBase");
+            EXPECT_TRUE(run.out.ends_with(before)) << "the model is another";
+        }
+    }
+}
+
+TEST(Editor, ImportsADrawing) {
+    const std::string plan = TVO_SOURCE_DIR "/examples/office_plan.dxf";
+    const auto run = RunTvo({"import", plan, "--layer", "轴线", "--json"}).Json()[0];
+    // Rows of the dialog in the drawing's order: 轴线 is the first.
+    struct { const char* name; const char* answer; bool taken; } const rows[] = {
+        {"into a new model", "answer import 0 layers=1000000 target=0", true},
+        {"without plates", "answer import 0 layers=1000000 target=0 plates=0", true},
+        {"no layer ticked", "answer import 0 layers=0000000", false},
+        {"no scale", "answer import 0 layers=1000000 scale=0", false},
+        {"cancelled", "answer import cancel", false},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        const auto lines = Played("editor\n" + std::string(row.answer) + "\npath " + plan + "\ntype DXF输入 \nstat\nwindows\n");
+        const auto stat = Last(lines, "stat");
+        EXPECT_EQ(stat["lines"] == run["lines"], row.taken);
+        EXPECT_EQ(Last(lines, "windows")["tools"], row.taken ? json::array({"report"}) : json::array());
+        if (row.taken) {
+            EXPECT_EQ(stat["nodes"], run["nodes"]);
+            EXPECT_EQ(stat["plates"], std::string(row.answer).ends_with("plates=0") ? json(0) : run["plates"]["count"]);
+        }
+    }
+    const auto stats = Of(Played(std::string(kNew) + "type Line 0,90000 5000,90000 \nanswer import 0 layers=1100000 target=1\ndrop " + plan +
+                                 "\nstat\ntype u \nstat\n"), "stat");
+    EXPECT_GT(stats[0]["lines"], run["lines"]);
+    EXPECT_EQ(stats[1]["lines"], 1) << "two layers are one undo step";
+}
+
+TEST(Editor, ExportsADrawing) {
+    const ScratchFolder folder;
+    const auto lines = Played(std::string(kNew) + "type Rect 0,0 6000,4000 \nanswer export 0 version=1\npath out\ntype DXF输出 \n"
+                              "answer export 0\npath /nowhere/out.dxf\ntype DXF输出 \n", folder.Path());
+    EXPECT_NE(ReadWholeFile(folder.File("out.dxf")).find("AC1015"), std::string::npos);
+    EXPECT_EQ(Of(lines, "message").size(), 1u);
+}
+
+}  // namespace
