@@ -18,6 +18,7 @@ namespace {
 
 constexpr int kLetters = 14;         // pixels of a number's em
 constexpr int kRoom = 3 * kLetters;  // the least side of a plate with a number
+constexpr int kSmall = 8;            // pixels
 constexpr std::size_t kMostPlates = 4000;  // beyond, they are too small to tell anything
 
 const PlateColor& ColorOf(const CMianGouJian& plate) {
@@ -45,24 +46,28 @@ std::vector<CMianGouJian*> ShownPlates(CTvoHostDataBase& db, CTvoViewMgr& view) 
     return plates;
 }
 
+CRect PixelBox(const CFCoor& coor, const CMianGouJian& plate) {
+    CRect box = coor.FPtoDP(plate.m_rect);
+    box.NormalizeRect();
+    return box;
+}
+
+// One of a few pixels is its box: a storey has thousands of them when all of it shows.
 void PaintFace(CDC& dc, const CFCoor& coor, const CMianGouJian& plate, const PlateColor& color) {
+    const bool selected = plate.get_m_byteStatus() == GJ_STATUS_SELECTED;
+    const COLORREF shade = Mixed(g_cTvoProfile.m_crBackground, color.text, selected ? 0.9 : 0.4);
+    if (const CRect box = PixelBox(coor, plate); box.Width() <= kSmall && box.Height() <= kSmall) return dc.FillSolidRect(box, shade);
     std::vector<CPoint> points;
     for (const FlatPoint& p : FlatOutline(plate.m_region, 0.5 / static_cast<double>(coor.GetScale())))
         points.push_back(coor.FPtoDP(CFPoint(static_cast<float>(p.x), static_cast<float>(p.y), 0)));
-    const bool selected = plate.get_m_byteStatus() == GJ_STATUS_SELECTED;
-    const COLORREF ground = g_cTvoProfile.m_crBackground;
-    CBrush fill(Mixed(ground, color.text, selected ? 0.9 : 0.4));
+    CBrush fill(shade);
     CBrush* const old = dc.SelectObject(&fill);
     dc.Polygon(points.data(), static_cast<int>(points.size()));
     dc.SelectObject(old);
 }
 
 void PaintNumber(CDC& dc, const CFCoor& coor, const CMianGouJian& plate, const PlateColor& color) {
-    const CRect box = [&] {
-        CRect r = coor.FPtoDP(plate.m_rect);
-        r.NormalizeRect();
-        return r;
-    }();
+    const CRect box = PixelBox(coor, plate);
     const CFPoint centre(plate.m_fCenterX, plate.m_fCenterY, 0);
     if (box.Width() < kRoom || box.Height() < kRoom || !plate.m_region.InRegion(centre)) return;
     const CPoint at = coor.FPtoDP(centre);
