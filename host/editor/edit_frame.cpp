@@ -7,6 +7,7 @@
 #include "host/edit_commands.h"
 #include "host/editor/command_table.h"
 #include "host/editor/document.h"
+#include "host/editor/setting_dialogs.h"
 #include "host/editor/plate_paint.h"
 #include "host/editor/session_recorder.h"
 #include "platform/window_system.h"
@@ -33,6 +34,7 @@ void CEditFrame::Open(const CRect& place, const std::string& file) {
     View().m_bShowGrid = 0;  // it reaches far beyond most models
     // The prompt has F5 pressed at its start, which shows all with no room about it.
     if (CWindowSystem* system = CWindowSystem::Current()) system->Drain();
+    ReadSnapSettings(View());
     if (file.empty() || !m_document->Open(file)) m_document->ShowSample();
     FocusToCommandLine();
 }
@@ -153,6 +155,7 @@ void CEditFrame::OnClose() {
 }
 
 void CEditFrame::OnDestroy() {
+    if (GetDtView()) KeepSnapSettings(View());
     StopRecording();
     for (auto& [name, tool] : m_tools) tool->DestroyWindow();
     CTvoFrameBase::OnDestroy();

@@ -25,10 +25,6 @@ constexpr double kMetre = 1000;                       // mm
 constexpr double kWidestGrid = 1000;                  // m, a spacing
 constexpr int kMostGridSpacings = CBackgrnd::kMaxPositions - 1;
 
-void Keep(const std::string& name, const std::string& value) {
-    CWindowSystem::Current()->WriteSetting(kSettings, name, value);
-}
-
 // ---- angles -----------------------------------------------------------------------------------------------
 
 std::string AngleName(int i) { return "angle" + std::to_string(i + 1); }
@@ -158,11 +154,9 @@ void AskSnapAngles(CTvoViewMgr& view) {
     };
     CWindowSystem* const system = CWindowSystem::Current();
     if (!system || system->RunDialog(form) < 0 || !form.m_check(form).empty()) return;
-    for (int i = 0; i < kAngles; ++i) {
-        const double angle = *TypedNumber(form.Value(AngleName(i)));
-        view.m_fSnapAngle[i] = static_cast<float>(angle);
-        Keep(AngleName(i), NumberText(angle));
-    }
+    for (int i = 0; i < kAngles; ++i)
+        view.m_fSnapAngle[i] = static_cast<float>(*TypedNumber(form.Value(AngleName(i))));
+    KeepSnapSettings(view);
 }
 
 void AskSnapSwitches(CTvoViewMgr& view) {
@@ -191,16 +185,11 @@ void AskSnapSwitches(CTvoViewMgr& view) {
     };
     CWindowSystem* const system = CWindowSystem::Current();
     if (!system || system->RunDialog(form) < 0 || !form.m_check(form).empty()) return;
-    for (const Switch& which : kSwitches) {
-        const bool on = form.Value(which.name) == "1";
-        Turn(view, which, on);
-        Keep(which.name, on ? "1" : "0");
-    }
+    for (const Switch& which : kSwitches) Turn(view, which, form.Value(which.name) == "1");
     SetTypes(form.Value("types"));
-    Keep("types", form.Value("types"));
     // A symbol on the screen must go in the size that it has: the repaint wipes it.
     g_cTvoProfile.m_nSymbolSize = static_cast<int>(*TypedNumber(form.Value("size")));
-    Keep("size", std::to_string(g_cTvoProfile.m_nSymbolSize));
+    KeepSnapSettings(view);
     view.Invalidate();
 }
 
@@ -227,13 +216,27 @@ void AskSteps(CTvoDataBase& db, CTvoViewMgr& view) {
     CWindowSystem* const system = CWindowSystem::Current();
     if (!system || system->RunDialog(form) < 0 || !form.m_check(form).empty()) return;
     view.m_fKbdStep = static_cast<float>(*TypedNumber(form.Value("step")) * kMetre);
-    Keep("step", NumberText(static_cast<double>(view.m_fKbdStep) / kMetre));
+    KeepSnapSettings(view);
     for (const GridAxis& axis : kAxes) {
         const std::string text = ReadGrid(axis, form.Value(axis.name)).Text();
         grid.*axis.text = CString(text.empty() ? "0*0" : text);
     }
     view.m_bBaseMapDirty = 1;
     view.Invalidate();
+}
+
+void KeepSnapSettings(const CTvoViewMgr& view) {
+    CWindowSystem* const system = CWindowSystem::Current();
+    if (!system) return;
+    const auto keep = [&](const std::string& name, const std::string& value) {
+        system->WriteSetting(kSettings, name, value);
+    };
+    for (int i = 0; i < kAngles; ++i)
+        keep(AngleName(i), NumberText(static_cast<double>(view.m_fSnapAngle[i])));
+    for (const Switch& which : kSwitches) keep(which.name, view.*which.value ? "1" : "0");
+    keep("types", TypeTicks());
+    keep("size", std::to_string(g_cTvoProfile.m_nSymbolSize));
+    keep("step", NumberText(static_cast<double>(view.m_fKbdStep) / kMetre));
 }
 
 void ReadSnapSettings(CTvoViewMgr& view) {

@@ -15,6 +15,8 @@ void AskSnapSwitches(CTvoViewMgr& view);
 /// "步长设置": the step of the arrow keys, and the spacings of the background grid.
 void AskSteps(CTvoDataBase& db, CTvoViewMgr& view);
 
-/// Puts what these dialogs have written to the settings back in place; what is missing or spoilt there
-/// changes nothing. The background grid is the model's and no setting.
+/// Puts angles, switches, types, size and step into the user's settings, and back in place; what is missing
+/// or spoilt there changes nothing. The dialogs keep them at once. The background grid is the model's and no
+/// setting.
+void KeepSnapSettings(const CTvoViewMgr& view);
 void ReadSnapSettings(CTvoViewMgr& view);
