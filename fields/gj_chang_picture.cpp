@@ -16,7 +16,7 @@ int CGjChang::Draw(CDC* dc, CFCoor* coor) {
 }
 
 void CGjChang::GenerateCloudGraph(CDC* dc, CFCoor* coor) {
-    if (!m_bBitmapMade || NeedRecreateBitmap(coor->GetScale())) CreateCloudBitmap(dc, coor);
+    if (!m_bBitmapMade || NeedRecreateBitmap(coor->GetScale()) || m_dcCloud.Density() < dc->Density()) CreateCloudBitmap(dc, coor);
     m_bBitmapMade = 1;
     const CRect place = coor->FPtoDP(m_rect);
     const CPoint anchor = coor->FPtoDP(m_ptAnchor);
@@ -51,6 +51,7 @@ void CGjChang::CreateScaleRuler(CDC* dc, CFCoor* coor) {
 }
 
 void CGjChang::DrawScaleRuler(CDC* dc, CFCoor* coor) {
+    if (m_dcRuler.Density() != dc->Density()) m_bRulerDirty = 1;
     CreateScaleRuler(dc, coor);
     TransparentBlt2(dc, 0, 0, m_nRulerWidth, m_nRulerHeight, &m_dcRuler, 0, 0, m_nRulerWidth, m_nRulerHeight,
                     COLORREF{g_cTvoProfile.m_crBackground});

@@ -68,16 +68,20 @@ struct LatticePainter::Run {
 // A pixel is settled once it has no longer the colour that gives way: whatever falls there changes nothing.
 struct LatticePainter::Pixels {
     LatticePainter& painter;
+    int density = painter.m_surface.Density();
 
     void Mark(int column, int row) {
-        std::uint32_t& pixel = painter.m_surface.Row(row)[column];
-        if ((pixel & kColorBits) == painter.m_replaced) pixel = painter.m_color;
+        for (int y = row * density; y < (row + 1) * density; ++y)
+            for (int x = column * density; x < (column + 1) * density; ++x) {
+                std::uint32_t& pixel = painter.m_surface.Row(y)[x];
+                if ((pixel & kColorBits) == painter.m_replaced) pixel = painter.m_color;
+            }
     }
     bool Settled(const Span& columns, const Span& rows) const {
-        for (int row = rows.low; row <= rows.high; ++row) {
-            const std::uint32_t* pixels = painter.m_surface.Row(row);
-            for (int column = columns.low; column <= columns.high; ++column)
-                if ((pixels[column] & kColorBits) == painter.m_replaced) return false;
+        for (int y = rows.low * density; y < (rows.high + 1) * density; ++y) {
+            const std::uint32_t* pixels = painter.m_surface.Row(y);
+            for (int x = columns.low * density; x < (columns.high + 1) * density; ++x)
+                if ((pixels[x] & kColorBits) == painter.m_replaced) return false;
         }
         return true;
     }

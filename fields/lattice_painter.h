@@ -17,7 +17,8 @@ struct GridPositions;
 class LatticePainter {
 public:
     static constexpr std::int64_t kWork = 100'000'000;  // boxes of positions; and 64 for each pixel
-    /// `clip` lies within the surface. Both colours are pixels of the surface.
+    /// `clip` lies within the surface, in units, of which each takes a point's colour as a whole. Both colours are
+    /// pixels of the surface.
     LatticePainter(const Projection& view, CSurface& surface, const CRect& clip, std::uint32_t replaced,
                    std::uint32_t color);
 

@@ -122,7 +122,7 @@ void DrawRuler(CDC& dc, CFCoor& coor, CGjChang& field, const CSize& size) {
 /// spacing.
 void DrawNumber(CDC& dc, const CFCoor& coor, const CGraph_Text& text, COLORREF ink) {
     const int height = coor.FPtoDP(static_cast<double>(text.m_fHeight));
-    if (height < 1 || height > dc.Surface()->Height()) return;
+    if (height < 1 || height > dc.Surface()->LogicalHeight()) return;
     CFont font;
     font.CreateFont(height, 0, 0, 0, FW_NORMAL, 0, 0, 0, DEFAULT_CHARSET, 0, 0, DEFAULT_QUALITY, 0, "");
     CFont* const oldFont = dc.SelectObject(&font);

@@ -13,8 +13,8 @@ namespace {
 HCURSOR g_cursor = 0;
 
 /// A minimised window, or one before its first layout, still has a picture.
-std::shared_ptr<CSurface> PictureOf(const CSize& client) {
-    return std::make_shared<CSurface>(std::max(client.cx, 1), std::max(client.cy, 1));
+std::shared_ptr<CSurface> PictureOf(const CSize& client, int density) {
+    return std::make_shared<CSurface>(std::max(client.cx, 1), std::max(client.cy, 1), density);
 }
 
 }  // namespace
@@ -54,7 +54,7 @@ void CWnd::DestroyWindow() {
 void CWnd::Resized() {
     if (!m_peer) return;
     const CSize client = m_peer->Client();
-    m_surface = PictureOf(client);
+    m_surface = PictureOf(client, m_peer->Density());
     SendMessage(WM_SIZE, 0, PointParam({client.cx, client.cy}));
     Invalidate();
 }

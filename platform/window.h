@@ -72,8 +72,8 @@ public:
     void Invalidate(BOOL erase = TRUE) { InvalidateRect(nullptr, erase); }
     void UpdateWindow();  // now, if marked
     bool IsInvalid() const { return m_invalid; }
-    /// The picture of the client area, as large as this is; null without a window. What is drawn there shows
-    /// at the end of the input event.
+    /// The picture of the client area, as large as this is and as dense as the screen; null without a window. What is
+    /// drawn there shows at the end of the input event.
     const std::shared_ptr<CSurface>& ClientSurface() const { return m_surface; }
     void ShowLater() { m_unshown = true; }  // something was drawn on the picture
 
@@ -86,7 +86,7 @@ public:
     void SetTimer(unsigned id, int milliseconds);  // WM_TIMER again and again
     void KillTimer(unsigned id);
 
-    /// For the window system: the client area has another size now.
+    /// For the window system: the client area has another size or density now.
     void Resized();
 
 protected:

@@ -40,8 +40,8 @@ private:
     int m_oldMode;
 };
 
-std::shared_ptr<CSurface> Surface(int width, int height) {
-    return std::make_shared<CSurface>(std::max(width, 1), std::max(height, 1));
+std::shared_ptr<CSurface> Surface(int width, int height, int density) {
+    return std::make_shared<CSurface>(std::max(width, 1), std::max(height, 1), density);
 }
 
 }  // namespace
@@ -57,7 +57,7 @@ void CTvoViewKernel::CreateBaseMap(CDC*) {
     // What a larger window shows more of is not in the set yet.
     if (grown) RefreshViewPort();
     m_cBaseMap.DeleteDC();
-    m_cBaseMap.Attach(Surface(client.right, client.bottom));
+    m_cBaseMap.Attach(Surface(client.right, client.bottom, ClientSurface() ? ClientSurface()->Density() : 1));
     m_cBaseMap.Surface()->Fill(PixelFromColor(g_cTvoProfile.m_crBackground));
     Draw_Axis(&m_cBaseMap);
     if (m_pDataBase) {
@@ -77,12 +77,12 @@ void CTvoViewKernel::CopyBaseMap(CDC* mem, CDC*, CDC* src) {
     const CSurface* const from = src->Surface();
     mem->DeleteDC();
     if (!from) {
-        mem->Attach(Surface(m_nClientWidth, m_nClientHeight));
+        mem->Attach(Surface(m_nClientWidth, m_nClientHeight, 1));
         return;
     }
     if (m_pScratch && m_pScratch.use_count() == 1 && m_pScratch->Width() == from->Width() &&
         m_pScratch->Height() == from->Height())
-        *m_pScratch = *from;
+        *m_pScratch = *from;  // the density too
     else
         m_pScratch = std::make_shared<CSurface>(*from);
     mem->Attach(m_pScratch);

@@ -1,11 +1,24 @@
 #include "platform/canvas/bitmap.h"
 
-BOOL CBitmap::CreateCompatibleBitmap(CDC*, int width, int height) { return CreateBitmap(width, height); }
+#include "platform/canvas/dc.h"
 
-BOOL CBitmap::CreateBitmap(int width, int height) {
-    if (width < 1 || height < 1 || width > CSurface::kMaxSide || height > CSurface::kMaxSide) return 0;
-    if (std::int64_t{width} * height > CSurface::kMaxPixels) return 0;
-    return Attach(std::make_shared<CSurface>(width, height));
+namespace {
+
+/// Null for a size that no surface has.
+std::shared_ptr<CSurface> SurfaceOf(int width, int height, int density) {
+    const int most = CSurface::kMaxSide / density;
+    if (width < 1 || height < 1 || width > most || height > most) return nullptr;
+    if (std::int64_t{width} * height > CSurface::kMaxPixels / (density * density)) return nullptr;
+    return std::make_shared<CSurface>(width, height, density);
+}
+
+}  // namespace
+
+BOOL CBitmap::CreateBitmap(int width, int height) { return Attach(SurfaceOf(width, height, 1)); }
+
+BOOL CBitmap::CreateCompatibleBitmap(CDC* dc, int width, int height) {
+    const int density = dc ? dc->Density() : 1;
+    return Attach(SurfaceOf(width, height, density)) || (density > 1 && CreateBitmap(width, height));
 }
 
 BOOL CBitmap::Attach(std::shared_ptr<CSurface> surface) {
@@ -17,10 +30,10 @@ BOOL CBitmap::Attach(std::shared_ptr<CSurface> surface) {
 
 int CBitmap::GetBitmap(BITMAP* bitmap) const {
     if (bitmap == nullptr || m_pSurface == nullptr) return 0;
-    *bitmap = {m_pSurface->Width(), m_pSurface->Height()};
+    *bitmap = {m_pSurface->LogicalWidth(), m_pSurface->LogicalHeight()};
     return 1;
 }
 
 CSize CBitmap::GetBitmapDimension() const {
-    return m_pSurface ? CSize(m_pSurface->Width(), m_pSurface->Height()) : CSize();
+    return m_pSurface ? CSize(m_pSurface->LogicalWidth(), m_pSurface->LogicalHeight()) : CSize();
 }

@@ -5,6 +5,7 @@
 #include "platform/canvas/gdi_object.h"
 #include "platform/canvas/surface.h"
 
+/// A size in the units of drawing, whatever the picture's density.
 struct BITMAP {
     int bmWidth = 0;
     int bmHeight = 0;
@@ -17,12 +18,13 @@ public:
     CBitmap() = default;
 
     /// A black bitmap; 0 for a side below 1 or above CSurface::kMaxSide, or more than CSurface::kMaxPixels.
-    BOOL CreateCompatibleBitmap(CDC* dc, int width, int height);
     BOOL CreateBitmap(int width, int height);
+    /// As dense as the context's surface, or with one pixel a unit if it would be too large that way.
+    BOOL CreateCompatibleBitmap(CDC* dc, int width, int height);
     BOOL Attach(std::shared_ptr<CSurface> surface);
 
     int GetBitmap(BITMAP* bitmap) const;
-    CSize GetBitmapDimension() const;
+    CSize GetBitmapDimension() const;  // as in BITMAP
     const std::shared_ptr<CSurface>& Surface() const { return m_pSurface; }  // null before creation
 
 protected:

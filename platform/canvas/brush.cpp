@@ -43,10 +43,13 @@ int CBrush::GetLogBrush(LOGBRUSH* brush) const {
     return 1;
 }
 
-bool IsOnHatch(int hatch, int x, int y) {
-    const bool horizontal = (y & 7) == 4, vertical = (x & 7) == 4;
-    const bool falling = ((x ^ y) & 7) == 0;  // like a backslash
-    const bool rising = ((static_cast<unsigned>(x) + static_cast<unsigned>(y)) & 7) == 7;
+bool IsOnHatch(int hatch, int x, int y, int density) {
+    const auto k = static_cast<unsigned>(density);
+    const unsigned u = static_cast<unsigned>(x), v = static_cast<unsigned>(y), last = 8 * k - 1;
+    const bool horizontal = (v / k & 7) == 4, vertical = (u / k & 7) == 4;
+    // A square of k pixels that slides along a diagonal of slope 1 covers 2 k - 1 of them side by side.
+    const bool falling = ((u - v + k - 1) & last) < 2 * k - 1;  // like a backslash
+    const bool rising = ((u + v - 7 * k) & last) < 2 * k - 1;
     switch (hatch) {
         case HS_HORIZONTAL:
             return horizontal;

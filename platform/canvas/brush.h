@@ -27,5 +27,6 @@ private:
     LOGBRUSH m_log{BS_SOLID, RGB(255, 255, 255), 0};
 };
 
-/// True if the lattice of a hatch style passes through pixel (x, y).
-bool IsOnHatch(int hatch, int x, int y);
+/// True if the lattice of a hatch style passes through pixel (x, y) of a surface, neither below 0. Its lines are as
+/// wide as others of one unit.
+bool IsOnHatch(int hatch, int x, int y, int density = 1);

@@ -45,6 +45,7 @@ BOOL CDC::CreateCompatibleDC(CDC*) {
 BOOL CDC::DeleteDC() {
     const BOOL had = m_pSurface ? 1 : 0;
     m_pSurface.reset();
+    m_nDensity = 1;
     m_pBitmap = nullptr;
     m_pOwnBitmap.reset();
     m_aSaved.clear();
@@ -59,7 +60,8 @@ BOOL CDC::DeleteDC() {
 
 void CDC::Attach(std::shared_ptr<CSurface> surface) {
     m_pSurface = std::move(surface);
-    m_state.clip = m_pSurface ? m_pSurface->Bounds() : CRect();
+    m_nDensity = m_pSurface ? m_pSurface->Density() : 1;
+    m_state.clip = m_pSurface ? m_pSurface->LogicalBounds() : CRect();
 }
 
 int CDC::SaveDC() {
@@ -74,7 +76,7 @@ BOOL CDC::RestoreDC(int number) {
     m_state = m_aSaved[static_cast<std::size_t>(number - 1)];
     m_aSaved.resize(static_cast<std::size_t>(number - 1));
     // Another bitmap may have been selected in between.
-    m_state.clip = Common(m_pSurface ? m_pSurface->Bounds() : CRect(), m_state.clip);
+    m_state.clip = Common(m_pSurface ? m_pSurface->LogicalBounds() : CRect(), m_state.clip);
     return 1;
 }
 
@@ -83,9 +85,9 @@ int CDC::GetDeviceCaps(int index) const {
         case TECHNOLOGY:
             return m_bPrinting ? 2 : 1;
         case HORZRES:
-            return m_bPrinting && m_pSurface ? m_pSurface->Width() : GetSystemMetrics(SM_CXSCREEN);
+            return m_bPrinting && m_pSurface ? m_pSurface->LogicalWidth() : GetSystemMetrics(SM_CXSCREEN);
         case VERTRES:
-            return m_bPrinting && m_pSurface ? m_pSurface->Height() : GetSystemMetrics(SM_CYSCREEN);
+            return m_bPrinting && m_pSurface ? m_pSurface->LogicalHeight() : GetSystemMetrics(SM_CYSCREEN);
         case BITSPIXEL:
             return 32;
         case PLANES:
@@ -160,7 +162,7 @@ int CDC::GetClipBox(CRect* box) const {
 }
 
 int CDC::SelectClipRgn(CRgn* region) {
-    CRect box = m_pSurface ? m_pSurface->Bounds() : CRect();
+    CRect box = m_pSurface ? m_pSurface->LogicalBounds() : CRect();
     if (region != nullptr) {
         CRect wanted;
         if (!region->IsRectangle()) return ERROR;
@@ -177,17 +179,24 @@ BOOL CDC::RectVisible(const CRect& rect) const { return Common(m_state.clip, rec
 
 COLORREF CDC::GetPixel(int x, int y) const {
     if (!m_state.clip.PtInRect({x, y})) return CLR_INVALID;
-    return ColorFromPixel(m_pSurface->At(x, y));
+    return ColorFromPixel(m_pSurface->At(x * m_nDensity, y * m_nDensity));
 }
 
 COLORREF CDC::SetPixel(int x, int y, COLORREF color) {
     if (!m_state.clip.PtInRect({x, y})) return CLR_INVALID;
-    m_pSurface->Row(y)[x] = PixelFromColor(color);
+    const int k = m_nDensity;
+    for (int row = y * k; row < (y + 1) * k; ++row)
+        std::fill_n(m_pSurface->Row(row) + x * k, k, PixelFromColor(color));
     return color & 0xFFFFFF;
 }
 
 CRasterTarget CDC::Target(COLORREF color, int rop) const {
     const CRasterOp op(rop, PixelFromColor(color));
     if (m_pSurface == nullptr) return {nullptr, 0, CRect(), op};
-    return {m_pSurface->Row(0), m_pSurface->Width(), m_state.clip, op};
+    return {m_pSurface->Row(0), m_pSurface->Width(), DeviceClip(), op};
+}
+
+CRect CDC::DeviceClip() const {
+    const CRect& c = m_state.clip;
+    return {c.left * m_nDensity, c.top * m_nDensity, c.right * m_nDensity, c.bottom * m_nDensity};
 }

@@ -26,7 +26,10 @@ struct CRasterTarget;
 ///  - each call touches each pixel at most once, pen and brush together, so that drawing anything twice under
 ///    R2_XORPEN or R2_NOT gives back every pixel; all figures and text go through the raster mode;
 ///  - pens wider than 1 are centred on the figure, with square caps and bevelled joins;
-///  - without a surface every operation is harmless and answers 0.
+///  - without a surface every operation is harmless and answers 0;
+///  - on a dense surface the same calls give the same picture, finer: coordinates, extents, pens, dashes, hatches
+///  and fonts keep their units, of which each has a square of Density by Density pixels. What is called a pixel
+///  here is such a square. A line one unit wide is what a square of that size covers on its way.
 class CDC {
 public:
     CDC();
@@ -43,6 +46,7 @@ public:
     HDC GetSafeHdc() { return m_pSurface ? this : nullptr; }
     CSurface* Surface() const { return m_pSurface.get(); }  // null if there is none
     const std::shared_ptr<CSurface>& SharedSurface() const { return m_pSurface; }
+    int Density() const { return m_nDensity; }  // of the surface; 1 without one
 
     // State
     int SaveDC();                // number of the saved state, from 1
@@ -188,7 +192,7 @@ private:
         UINT textAlign = TA_LEFT | TA_TOP;
         int fillMode = ALTERNATE;
         CPoint position;  // where LineTo starts
-        CRect clip;       // always within the surface
+        CRect clip;       // in units, always within the surface
     };
 
     /// What the pen covers of a figure, and the gaps of its dashes if they are painted too.
@@ -202,11 +206,14 @@ private:
     void AddEllipse(const CEllipseRaster& ellipse, const CSector* sector, Stroke& stroke) const;
     bool HasPen() const { return (m_state.logPen.lopnStyle & PS_STYLE_MASK) != PS_NULL; }
     bool IsPenDashed() const;
+    CRect DeviceClip() const;              // pixels
+    CRect Visible(const CRect& r) const;  // what the clip leaves of it, in pixels
     BOOL CopyBlock(const CRect& to, const CSurface* source, const CRect& from, DWORD rop);
     bool PatternAt(int x, int y, std::uint32_t& pixel) const;
     BOOL DrawGlyphs(int x, int y, const char* text, int count, const int* steps);
 
     std::shared_ptr<CSurface> m_pSurface;   // shared with a bitmap or a window
+    int m_nDensity = 1;                     // the surface's
     State m_state;                          // as selected
     std::vector<State> m_aSaved;            // SaveDC's
     CBitmap* m_pBitmap = nullptr;           // borrowed, only handed back

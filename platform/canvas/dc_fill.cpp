@@ -29,8 +29,8 @@ std::uint32_t Ternary(DWORD rop, std::uint32_t p, std::uint32_t s, std::uint32_t
 /// Clipped pixel range of a block's side that starts at `from`, and for each the source position of the
 /// nearest pixel, or -1 where the source has none.
 struct Mapping {
-    Mapping(int from, std::int64_t size, int sourceFrom, std::int64_t sourceSize, int sourceEnd, int low,
-            int high) {
+    Mapping(std::int64_t from, std::int64_t size, std::int64_t sourceFrom, std::int64_t sourceSize, int sourceEnd,
+            int low, int high) {
         first = static_cast<int>(std::clamp<std::int64_t>(from, low, high));
         const auto end = static_cast<int>(std::clamp<std::int64_t>(from + size, first, high));
         source.reserve(static_cast<std::size_t>(end - first));
@@ -44,9 +44,6 @@ struct Mapping {
     std::vector<int> source;
 };
 
-std::int64_t WidthOf(const CRect& r) { return std::int64_t{r.right} - r.left; }
-std::int64_t HeightOf(const CRect& r) { return std::int64_t{r.bottom} - r.top; }
-
 int SaturatedSum(int a, int b) {
     return static_cast<int>(std::clamp<std::int64_t>(std::int64_t{a} + b, -kMaxInt - 1, kMaxInt));
 }
@@ -54,15 +51,26 @@ CRect Block(int x, int y, int width, int height) {
     return {x, y, SaturatedSum(x, width), SaturatedSum(y, height)};
 }
 
+/// A side of a block in pixels.
+struct Side {
+    Side(int low, int high, int density)
+        : from(std::int64_t{low} * density), size((std::int64_t{high} - low) * density) {}
+    std::int64_t from, size;
+};
+
 /// Visits the pixels of `to` that have a source: visit(destination, source pixel). An overlapping source is
-/// copied first.
+/// copied first. The rectangles are in units, each in those of its own surface.
 template <typename Visit>
 void ForEachSourcePixel(CSurface& surface, const CRect& clip, const CRect& to, const CSurface& source,
                         const CRect& from, Visit visit) {
-    const Mapping columns(to.left, WidthOf(to), from.left, WidthOf(from), source.Width(), clip.left,
-                          clip.right);
-    const Mapping rows(to.top, HeightOf(to), from.top, HeightOf(from), source.Height(), clip.top,
-                       clip.bottom);
+    const int k = surface.Density(), sourceK = source.Density();
+    const auto mapping = [&](Side side, Side sourceSide, int sourceEnd, int low, int high) {
+        return Mapping(side.from, side.size, sourceSide.from, sourceSide.size, sourceEnd, low * k, high * k);
+    };
+    const Mapping columns = mapping({to.left, to.right, k}, {from.left, from.right, sourceK}, source.Width(),
+                                    clip.left, clip.right);
+    const Mapping rows = mapping({to.top, to.bottom, k}, {from.top, from.bottom, sourceK}, source.Height(),
+                                 clip.top, clip.bottom);
     if (columns.source.empty() || rows.source.empty()) return;
     CSurface copy;
     const CSurface* read = &source;
@@ -84,12 +92,15 @@ void ForEachSourcePixel(CSurface& surface, const CRect& clip, const CRect& to, c
     }
 }
 
-void ClipTo(CRect& r, const CRect& clip) {
-    r = CRect(std::max(r.left, clip.left), std::max(r.top, clip.top), std::min(r.right, clip.right),
-              std::min(r.bottom, clip.bottom));
-}
-
 }  // namespace
+
+CRect CDC::Visible(const CRect& r) const {
+    const CRect& clip = m_state.clip;
+    const int k = m_nDensity;
+    const auto at = [&](int v, int low, int high) { return std::clamp(v, low, high) * k; };
+    return {at(r.left, clip.left, clip.right), at(r.top, clip.top, clip.bottom), at(r.right, clip.left, clip.right),
+            at(r.bottom, clip.top, clip.bottom)};
+}
 
 void CDC::PaintSpans(const CSpanSet& spans, COLORREF color, int rop) {
     const CRasterTarget target = Target(color, rop);
@@ -107,7 +118,7 @@ void CDC::PaintBrush(const CSpanSet& spans, const LOGBRUSH& brush, int rop) {
     for (const CSpan& s : spans.Spans()) {
         for (int x = s.x0; x < s.x1; ++x) {
             std::uint32_t& pixel = *line.At(x, s.y);
-            if (IsOnHatch(brush.lbHatch, x, s.y)) {
+            if (IsOnHatch(brush.lbHatch, x, s.y, m_nDensity)) {
                 pixel = line.op(pixel);
             } else if (opaque) {
                 pixel = gap.op(pixel);
@@ -118,9 +129,10 @@ void CDC::PaintBrush(const CSpanSet& spans, const LOGBRUSH& brush, int rop) {
 
 BOOL CDC::FillRgn(CRgn* region, CBrush* brush) {
     if (m_pSurface == nullptr || region == nullptr || brush == nullptr || !region->IsCreated()) return 0;
-    CSpanSet spans(m_state.clip);
-    CPolygonRaster raster(m_state.clip);
-    raster.AddPolygon(region->Points().data(), static_cast<int>(region->Points().size()));
+    const CRect clip = DeviceClip();
+    CSpanSet spans(clip);
+    CPolygonRaster raster(clip);
+    raster.AddPolygon(region->Points().data(), static_cast<int>(region->Points().size()), m_nDensity);
     raster.Finish(region->FillMode() == WINDING, spans);
     spans.Normalize();
     PaintBrush(spans, brush->Log(), m_state.rop);
@@ -129,9 +141,8 @@ BOOL CDC::FillRgn(CRgn* region, CBrush* brush) {
 
 int CDC::FillRect(const CRect* rect, CBrush* brush) {
     if (m_pSurface == nullptr || rect == nullptr || brush == nullptr) return 0;
-    CRect r = *rect;
-    ClipTo(r, m_state.clip);
-    CSpanSet spans(m_state.clip);
+    const CRect r = Visible(*rect);
+    CSpanSet spans(DeviceClip());
     for (int y = r.top; y < r.bottom; ++y) spans.Add(y, r.left, r.right);
     PaintBrush(spans, brush->Log(), R2_COPYPEN);
     return 1;
@@ -167,8 +178,7 @@ void CDC::Draw3dRect(const CRect& r, COLORREF topLeft, COLORREF bottomRight) {
 
 void CDC::InvertRect(const CRect* rect) {
     if (rect == nullptr) return;
-    CRect r = *rect;
-    ClipTo(r, m_state.clip);
+    const CRect r = Visible(*rect);
     const CRasterTarget target = Target(0, R2_NOT);
     for (int y = r.top; y < r.bottom && r.left < r.right; ++y) target.PaintRun(y, r.left, r.right);
 }
@@ -176,20 +186,21 @@ void CDC::InvertRect(const CRect* rect) {
 void CDC::DrawFocusRect(const CRect* rect) {
     if (rect == nullptr || rect->IsRectEmpty()) return;
     const CRasterTarget target = Target(0, R2_NOT);
-    CRect r = *rect;
-    ClipTo(r, m_state.clip);
-    for (int y = r.top; y < r.bottom; ++y) {
+    const CRect r = Visible(*rect);
+    for (int py = r.top; py < r.bottom; ++py) {
+        const int y = py / m_nDensity;
         const bool across = y == rect->top || y == rect->bottom - 1;
-        for (int x = r.left; x < r.right; ++x) {
+        for (int px = r.left; px < r.right; ++px) {
+            const int x = px / m_nDensity;
             const bool frame = across || x == rect->left || x == rect->right - 1;
-            if (frame && ((x ^ y) & 1) == 0) *target.At(x, y) = target.op(*target.At(x, y));
+            if (frame && ((x ^ y) & 1) == 0) *target.At(px, py) = target.op(*target.At(px, py));
         }
     }
 }
 
 bool CDC::PatternAt(int x, int y, std::uint32_t& pixel) const {
     const LOGBRUSH& brush = m_state.logBrush;
-    const bool line = brush.lbStyle == BS_SOLID || IsOnHatch(brush.lbHatch, x, y);
+    const bool line = brush.lbStyle == BS_SOLID || IsOnHatch(brush.lbHatch, x, y, m_nDensity);
     if (brush.lbStyle == BS_NULL || (!line && m_state.bkMode == TRANSPARENT)) return false;
     pixel = PixelFromColor(line ? brush.lbColor : m_state.bkColor);
     return true;
@@ -217,16 +228,16 @@ BOOL CDC::BitBlt(int x, int y, int width, int height, CDC* source, int sourceX, 
     if (!UsesSource(rop)) return PatBlt(x, y, width, height, rop);
     // One size for both, so that a saturated sum stretches nothing.
     const CSurface* surface = source ? source->Surface() : nullptr;
-    if (m_pSurface && surface && surface != m_pSurface.get() &&
+    if (m_pSurface && surface && surface != m_pSurface.get() && surface->Density() == m_nDensity &&
         (rop >> 16 & 0xFF) == (SRCCOPY >> 16 & 0xFF)) {
-        const std::int64_t shiftX = std::int64_t{sourceX} - x, shiftY = std::int64_t{sourceY} - y;
-        const CRect& clip = m_state.clip;
-        const auto left = std::max<std::int64_t>({x, clip.left, -shiftX});
-        const auto top = std::max<std::int64_t>({y, clip.top, -shiftY});
+        const std::int64_t k = m_nDensity, shiftX = k * (std::int64_t{sourceX} - x), shiftY = k * (std::int64_t{sourceY} - y);
+        const CRect clip = DeviceClip();
+        const auto left = std::max<std::int64_t>({k * x, clip.left, -shiftX});
+        const auto top = std::max<std::int64_t>({k * y, clip.top, -shiftY});
         const auto right =
-            std::min<std::int64_t>({std::int64_t{x} + width, clip.right, surface->Width() - shiftX});
+            std::min<std::int64_t>({k * (std::int64_t{x} + width), clip.right, surface->Width() - shiftX});
         const auto bottom =
-            std::min<std::int64_t>({std::int64_t{y} + height, clip.bottom, surface->Height() - shiftY});
+            std::min<std::int64_t>({k * (std::int64_t{y} + height), clip.bottom, surface->Height() - shiftY});
         for (std::int64_t row = top; row < bottom && left < right; ++row) {
             const std::uint32_t* from = surface->Row(static_cast<int>(row + shiftY)) + (left + shiftX);
             std::copy(from, from + (right - left), m_pSurface->Row(static_cast<int>(row)) + left);
@@ -253,10 +264,9 @@ BOOL CDC::PatBlt(int x, int y, int width, int height, DWORD rop) {
     block.NormalizeRect();
     const auto table = static_cast<int>(rop >> 16 & 0xFF);
     const int mode = ((table >> 4 & 3) << 2 | (table & 3)) + 1;
-    CSpanSet spans(m_state.clip);
-    const int end = std::min(block.bottom, m_state.clip.bottom);
-    for (int row = std::max(block.top, m_state.clip.top); row < end; ++row)
-        spans.Add(row, block.left, block.right);
+    block = Visible(block);
+    CSpanSet spans(DeviceClip());
+    for (int row = block.top; row < block.bottom; ++row) spans.Add(row, block.left, block.right);
     if (UsesPattern(rop)) {
         PaintBrush(spans, m_state.logBrush, mode);
     } else {
@@ -281,15 +291,17 @@ BOOL TransparentBlt2(HDC dst, int x, int y, int width, int height, HDC src, int 
 
 BOOL DrawIconEx(HDC dc, int x, int y, HICON icon, int width, int height, UINT, const void*, UINT flags) {
     if (dc == nullptr || dc->Surface() == nullptr || icon == nullptr) return 0;
-    const CSurface& image = icon->m_cImage;
+    const CSurface& plain = icon->m_cImage;
+    const bool dense = dc->Density() > 1 && icon->m_cDense.Width() > 0 && icon->m_cDense.Height() > 0;
+    const CSurface& image = dense ? icon->m_cDense : plain;
     const CRect from = image.Bounds();
-    const CRect to = Block(x, y, width ? width : image.Width(), height ? height : image.Height());
+    const CRect to = Block(x, y, width ? width : plain.Width(), height ? height : plain.Height());
     if (from.IsRectEmpty() || to.IsRectEmpty()) return 0;
     CRect clip;
     dc->GetClipBox(&clip);
     // The mask as a picture of the same size: 1 where the icon paints. Image alone paints everywhere.
     CSurface opaque(image.Width(), image.Height());
-    const auto& mask = icon->m_aOpaque;
+    const auto& mask = dense ? icon->m_aDenseOpaque : icon->m_aOpaque;
     const bool everywhere = mask.size() != image.Pixels().size() || (flags & DI_MASK) == 0;
     for (std::size_t i = 0; i < image.Pixels().size(); ++i) {
         const bool paints = everywhere || mask[i] != 0;

@@ -143,25 +143,31 @@ BOOL CDC::DrawGlyphs(int x, int y, const char* text, int count, const int* steps
     const double down = upright == TA_BASELINE ? 0
                         : upright == TA_BOTTOM ? face.ascent - height
                                                : face.ascent;
-    const double startX = from.x - back * face.cosine + down * face.sine;
-    const double startY = from.y + back * face.sine + down * face.cosine;
+    double startX = from.x - back * face.cosine + down * face.sine;
+    double startY = from.y + back * face.sine + down * face.cosine;
     if (moves) {
         m_state.position = {Saturated(from.x + line.length * face.cosine),
                             Saturated(from.y - line.length * face.sine)};
     }
 
-    const CRect& clip = m_state.clip;
+    // From here on in pixels.
+    const int k = m_nDensity;
+    startX *= k;
+    startY *= k;
+    const double ascent = face.ascent * k, length = line.length * k;
+    face.request.height *= k;
+    const CRect clip = DeviceClip();
     const bool smooth = m_state.rop == R2_COPYPEN && m_state.logFont.lfQuality != NONANTIALIASED_QUALITY;
     CSpanSet ink(clip), ground(clip);
     CPolygonRaster raster(clip);
     if (m_state.bkMode == OPAQUE) {
-        AddBand(face, startX, startY, line.length, -face.ascent, height - face.ascent, raster);
+        AddBand(face, startX, startY, length, -ascent, height * k - ascent, raster);
         raster.Finish(true, ground);
         ground.Normalize();
     }
     const double thick = std::max(1.0, std::round(height / 20));
     const auto rule = [&](double at) {
-        AddBand(face, startX, startY, line.length, std::round(at), std::round(at) + thick, raster);
+        AddBand(face, startX, startY, length, std::round(at) * k, (std::round(at) + thick) * k, raster);
         raster.Finish(true, ink);
     };
     if (m_state.logFont.lfUnderline != 0) rule(height * 0.08);
@@ -170,8 +176,8 @@ BOOL CDC::DrawGlyphs(int x, int y, const char* text, int count, const int* steps
     // Glyphs that can be seen; `paint` gets a clipped piece of a mask's row.
     const auto forEachGlyph = [&](auto paint) {
         for (std::size_t i = 0; i < line.codes.size(); ++i) {
-            const double penX = startX + line.at[i] * face.cosine, penY = startY - line.at[i] * face.sine;
-            const double margin = 2 * height + 2;
+            const double at = line.at[i] * k, penX = startX + at * face.cosine, penY = startY - at * face.sine;
+            const double margin = 2 * height * k + 2;
             if (penX < clip.left - margin || penX > clip.right + margin || penY < clip.top - margin ||
                 penY > clip.bottom + margin) {
                 continue;

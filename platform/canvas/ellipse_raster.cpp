@@ -45,16 +45,16 @@ void CEllipseRaster::AddInside(CSpanSet& spans) const {
     }
 }
 
-void CEllipseRaster::AddOutline(int penWidth, CSpanSet& spans) const {
-    const std::int64_t margin = penWidth > 1 ? penWidth : 0;
+void CEllipseRaster::AddOutline(int penWidth, int density, CSpanSet& spans) const {
+    const std::int64_t k = density, width = k * penWidth, margin = width > 1 ? width : 0;
     const std::int64_t first = std::max<std::int64_t>(m_top - margin, spans.Clip().top);
     const std::int64_t end = std::min<std::int64_t>(m_top + m_height + margin, spans.Clip().bottom);
     if (first >= end) return;
-    if (penWidth > 1) {
+    if (width > 1) {
         for (std::int64_t y = first; y < end; ++y) {
-            const Extent outer = RowExtent(y, penWidth - 1);
+            const Extent outer = RowExtent(y, width - k);
             if (outer.IsEmpty()) continue;
-            const Extent inner = RowExtent(y, -std::int64_t{penWidth} - 1);
+            const Extent inner = RowExtent(y, -width - k);
             if (inner.IsEmpty()) {
                 spans.Add(y, outer.left, outer.right + 1);
             } else {
@@ -86,8 +86,9 @@ void CEllipseRaster::AddRowOutline(std::int64_t y, const Extent& above, const Ex
     }
 }
 
-CSector::CSector(double startRadians, double sweepRadians)
+CSector::CSector(double startRadians, double sweepRadians, int density)
     : m_start(startRadians),
+      m_slack(density),
       m_bReversed(sweepRadians < 0),
       m_bFull(std::abs(sweepRadians) >= 2 * kPi - 1e-12),
       m_bWide(std::abs(sweepRadians) > kPi) {
@@ -100,15 +101,14 @@ CSector::CSector(double startRadians, double sweepRadians)
 
 bool CSector::Contains(double dx, double dy) const {
     if (m_bFull) return true;
-    constexpr double kSlack = 1.0;  // half a pixel
     // With y down, a x p < 0 says that p lies anticlockwise of a.
     const double pastLow = m_ay * dx - m_ax * dy;     // distance anticlockwise of the lower limit
     const double beforeHigh = m_bx * dy - m_by * dx;  // distance clockwise of the upper limit
-    if (!m_bWide) return pastLow >= -kSlack && beforeHigh >= -kSlack && m_mx * dx + m_my * dy >= -kSlack;
-    return pastLow >= -kSlack || beforeHigh >= -kSlack;
+    if (!m_bWide) return pastLow >= -m_slack && beforeHigh >= -m_slack && m_mx * dx + m_my * dy >= -m_slack;
+    return pastLow >= -m_slack || beforeHigh >= -m_slack;
 }
 
-CRect CSector::Bounds(const CEllipseRaster& ellipse, int penWidth, const CRect& clip) const {
+CRect CSector::Bounds(const CEllipseRaster& ellipse, std::int64_t penWidth, const CRect& clip) const {
     // The box of both limits and of the axis ends between them, each on the ellipse; none of it matters for a
     // sector that is nearly full.
     if (m_bFull) return clip;
@@ -126,7 +126,7 @@ CRect CSector::Bounds(const CEllipseRaster& ellipse, int penWidth, const CRect& 
     if (Contains(-2 * a, 0)) add(-1, 0);
     if (Contains(0, 2 * b)) add(0, 1);
     if (Contains(0, -2 * b)) add(0, -1);
-    const double margin = static_cast<double>(penWidth) + 2;
+    const double margin = static_cast<double>(penWidth) + 1 + m_slack;
     const auto cut = [](double v, int low, int high) { return SaturatedInt(std::floor(v), low, high); };
     CRect r;
     r.left = cut(ellipse.CentreX() + left - margin, clip.left, clip.right);

@@ -20,8 +20,8 @@ public:
     Extent RowExtent(std::int64_t y, std::int64_t grow) const;
 
     /// Outline of the pen's width: inside pixels with an outside neighbour for width 1, a ring about that for
-    /// wider pens. Costs what is visible of it, whatever the size.
-    void AddOutline(int penWidth, CSpanSet& spans) const;
+    /// wider pens and on dense surfaces. The pen's width is in units. Costs what is visible of it, whatever the size.
+    void AddOutline(int penWidth, int density, CSpanSet& spans) const;
     void AddInside(CSpanSet& spans) const;
 
     /// The outline's part of one row of any convex figure: pixels with a neighbour above, below or beside
@@ -43,23 +43,24 @@ private:
 };
 
 /// The part of the plane between two directions from a centre, anticlockwise on the screen (y down), widened
-/// by half a pixel at either side so that the rounded ends of an arc belong to it.
+/// by half a unit at either side so that the rounded ends of an arc belong to it.
 class CSector {
 public:
-    CSector(double startRadians, double sweepRadians);  // a sweep below 0 runs the other way
+    CSector(double startRadians, double sweepRadians, int density);  // a sweep below 0 runs the other way
 
     bool IsFull() const { return m_bFull; }
     double Start() const { return m_start; }
     bool IsReversed() const { return m_bReversed; }
 
     /// The part of the clip where pixels of the ellipse's arc can be.
-    CRect Bounds(const CEllipseRaster& ellipse, int penWidth, const CRect& clip) const;
+    CRect Bounds(const CEllipseRaster& ellipse, std::int64_t penWidth, const CRect& clip) const;  // all in pixels
 
     /// (dx, dy) in half pixels from the centre.
     bool Contains(double dx, double dy) const;
 
 private:
     double m_start;     // direction where drawing begins, radians
+    double m_slack;     // half a unit, in half pixels
     bool m_bReversed;   // drawing runs clockwise
     bool m_bFull;       // a full turn or more
     bool m_bWide;       // more than half a turn

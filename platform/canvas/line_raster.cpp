@@ -1,5 +1,7 @@
 #include "platform/canvas/line_raster.h"
 
+#include <algorithm>
+
 namespace {
 
 __extension__ typedef __int128 Wide;  // products of two differences of ints
@@ -10,7 +12,11 @@ std::int64_t FloorDiv(Wide a, Wide b) {  // b > 0
 }
 std::int64_t CeilDiv(Wide a, Wide b) { return -FloorDiv(-a, b); }
 
-bool Inside(const CRect& r, const CPoint& p) {
+struct Place {
+    std::int64_t x, y;
+};
+
+bool Inside(const CRect& r, const Place& p) {
     return p.x >= r.left && p.x < r.right && p.y >= r.top && p.y < r.bottom;
 }
 
@@ -30,10 +36,9 @@ constexpr CDash kDot[] = {{3, 3}};
 constexpr CDash kDashDot[] = {{9, 6}, {3, 6}};
 constexpr CDash kDashDotDot[] = {{9, 3}, {3, 3}, {3, 3}};
 
-}  // namespace
-
-CLineWalk WalkLine(const CPoint& a, const CPoint& b, bool withLast, const CRect& clip) {
-    const std::int64_t dx = std::int64_t{b.x} - a.x, dy = std::int64_t{b.y} - a.y;
+/// The walk from a to b without the last `leftOut` steps.
+CLineWalk Walk(const Place& a, const Place& b, int leftOut, const CRect& clip) {
+    const std::int64_t dx = b.x - a.x, dy = b.y - a.y;
     const std::int64_t lengthX = dx < 0 ? -dx : dx, lengthY = dy < 0 ? -dy : dy;
     const int signX = dx < 0 ? -1 : 1, signY = dy < 0 ? -1 : 1;
     const bool steep = lengthY > lengthX;
@@ -49,12 +54,12 @@ CLineWalk WalkLine(const CPoint& a, const CPoint& b, bool withLast, const CRect&
     // down.
     const std::int64_t half = minorSign > 0 ? major - 1 : major;
 
-    std::int64_t first = 0, end = major + (withLast ? 1 : 0);
-    if (end == 0) return walk;
+    std::int64_t first = 0, end = major + 1 - leftOut;
+    if (end <= 0) return walk;
     if (major == 0) {  // one pixel
         if (!Inside(clip, a)) return walk;
-        walk.x = a.x;
-        walk.y = a.y;
+        walk.x = static_cast<int>(a.x);
+        walk.y = static_cast<int>(a.y);
         walk.count = 1;
         walk.rest = -1;
         return walk;
@@ -87,6 +92,19 @@ CLineWalk WalkLine(const CPoint& a, const CPoint& b, bool withLast, const CRect&
     walk.y = static_cast<int>(a.y + (steep ? first : offset) * signY);
     walk.rest = rest - walk.whole;
     return walk;
+}
+
+}  // namespace
+
+CLineWalk WalkLine(const CPoint& a, const CPoint& b, bool withLast, const CRect& clip) {
+    return Walk({a.x, a.y}, {b.x, b.y}, withLast ? 0 : 1, clip);
+}
+
+CLineWalk WalkSquare(const CPoint& a, const CPoint& b, bool withLast, int density, const CRect& clip) {
+    const auto place = [&](const CPoint& p) { return Place{std::int64_t{p.x} * density, std::int64_t{p.y} * density}; };
+    const int reach = density - 1;
+    return Walk(place(a), place(b), withLast ? 0 : density,
+                CRect(clip.left - reach, clip.top - reach, clip.right, clip.bottom));
 }
 
 void PaintLine(const CRasterTarget& target, const CPoint& a, const CPoint& b, bool withLast) {
@@ -132,6 +150,28 @@ void PaintLine(const CRasterTarget& target, const CPoint& a, const CPoint& b, bo
     } else {
         step([op](std::uint32_t& pixel) { pixel = op(pixel); });
     }
+}
+
+void PaintSquare(const CRasterTarget& target, const CPoint& a, const CPoint& b, int density) {
+    const CRect& clip = target.clip;
+    const int k = density;
+    const CLineWalk walk = WalkSquare(a, b, false, k, clip);
+    if (walk.count == 0) return;
+    const auto paint = [&](int left, int top, int right, int bottom) {
+        for (int y = top; y < bottom; ++y) target.PaintRun(y, left, right);
+    };
+    const auto paintClipped = [&](const CRect& r) {
+        const int left = std::max(r.left, clip.left), right = std::min(r.right, clip.right);
+        if (left < right) paint(left, std::max(r.top, clip.top), right, std::min(r.bottom, clip.bottom));
+    };
+    const int along = static_cast<int>(walk.count - 1);
+    if (walk.add == 0) {  // along an axis
+        const int lastX = walk.x + walk.majorX * along, lastY = walk.y + walk.majorY * along;
+        paintClipped({std::min(walk.x, lastX), std::min(walk.y, lastY), std::max(walk.x, lastX) + k,
+                      std::max(walk.y, lastY) + k});
+        return;
+    }
+    ForEachCovered(walk, k, [&](const CRect& r, std::int64_t) { paintClipped(r); });
 }
 
 const CDash* DashPattern(int penStyle, int& count, int& period) {

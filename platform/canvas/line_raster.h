@@ -42,6 +42,35 @@ CLineWalk WalkLine(const CPoint& a, const CPoint& b, bool withLast, const CRect&
 /// Paints the walk of a solid line.
 void PaintLine(const CRasterTarget& target, const CPoint& a, const CPoint& b, bool withLast);
 
+/// The way of a square of `density` by `density` pixels from logical pixel a to b: each step is the square's left
+/// upper pixel. It begins on the whole of a and ends, without the last, on the logical pixel next to b.
+CLineWalk WalkSquare(const CPoint& a, const CPoint& b, bool withLast, int density, const CRect& clip);
+
+/// Visits what the square covers on its way, each pixel once: visit(rectangle, step), at each step the part that it
+/// has newly reached. Parts may lie outside of the clip.
+template <typename Visit>
+void ForEachCovered(const CLineWalk& walk, int density, Visit visit) {
+    const int k = density;
+    int oldX = 0, oldY = 0;
+    walk.ForEach([&](int x, int y, std::int64_t step) {
+        if (step == walk.first) {
+            visit(CRect(x, y, x + k, y + k), step);
+        } else {
+            const int column = x > oldX ? x + k - 1 : x, row = y > oldY ? y + k - 1 : y;  // the fronts
+            if (x != oldX) visit(CRect(column, y, column + 1, y + k), step);
+            if (y != oldY) {
+                const int left = x < oldX ? x + 1 : x, right = x > oldX ? x + k - 1 : x + k;
+                if (left < right) visit(CRect(left, row, right, row + 1), step);
+            }
+        }
+        oldX = x;
+        oldY = y;
+    });
+}
+
+/// Paints what the square covers on its way to b, without the last.
+void PaintSquare(const CRasterTarget& target, const CPoint& a, const CPoint& b, int density);
+
 /// Whether a dashed pen is down at this distance from the start of the figure; a solid pen always is. The
 /// pattern is in units of the pen's width.
 bool IsDashOn(int penStyle, std::int64_t distance);

@@ -12,15 +12,19 @@ void CPolygonRaster::Cross(int y, std::int64_t x, int sense) {
     m_crossing.push_back({y, static_cast<int>(cut), sense});
 }
 
-void CPolygonRaster::AddSide(const CPoint& a, const CPoint& b) {
+void CPolygonRaster::AddSide(const CPoint& a, const CPoint& b, int scale) {
     if (a.y == b.y || m_clip.IsRectEmpty()) return;
     const int sense = a.y < b.y ? 1 : -1;
-    const CPoint& top = sense > 0 ? a : b;
-    const CPoint& low = sense > 0 ? b : a;
-    const int first = std::max(top.y, m_clip.top), end = std::min(low.y, m_clip.bottom);
+    struct Place {
+        std::int64_t x, y;
+    };
+    const auto place = [&](const CPoint& p) { return Place{std::int64_t{p.x} * scale, std::int64_t{p.y} * scale}; };
+    const Place top = place(sense > 0 ? a : b), low = place(sense > 0 ? b : a);
+    const auto first = static_cast<int>(std::clamp<std::int64_t>(top.y, m_clip.top, m_clip.bottom));
+    const auto end = static_cast<int>(std::clamp<std::int64_t>(low.y, m_clip.top, m_clip.bottom));
     if (first >= end) return;
     // x = top.x + ceil((y - top.y) dx / dy), carried from row to row as quotient and rest.
-    const std::int64_t dx = std::int64_t{low.x} - top.x, dy = std::int64_t{low.y} - top.y;
+    const std::int64_t dx = low.x - top.x, dy = low.y - top.y;
     const Wide travel = Wide{std::int64_t{first} - top.y} * dx + (dy - 1);
     Wide quotient = travel / dy;
     if (travel % dy < 0) --quotient;
@@ -58,8 +62,8 @@ void CPolygonRaster::AddSide(double ax, double ay, double bx, double by) {
     }
 }
 
-void CPolygonRaster::AddPolygon(const CPoint* points, int count) {
-    for (int i = 0; i < count; ++i) AddSide(points[i], points[i + 1 < count ? i + 1 : 0]);
+void CPolygonRaster::AddPolygon(const CPoint* points, int count, int scale) {
+    for (int i = 0; i < count; ++i) AddSide(points[i], points[i + 1 < count ? i + 1 : 0], scale);
 }
 
 void CPolygonRaster::Finish(bool winding, CSpanSet& spans) {

@@ -12,9 +12,9 @@ class CPolygonRaster {
 public:
     explicit CPolygonRaster(const CRect& clip) : m_clip(clip) {}
 
-    void AddSide(const CPoint& a, const CPoint& b);
+    void AddSide(const CPoint& a, const CPoint& b, int scale = 1);  // the points times the scale
     void AddSide(double ax, double ay, double bx, double by);
-    void AddPolygon(const CPoint* points, int count);
+    void AddPolygon(const CPoint* points, int count, int scale = 1);
 
     /// Appends the inside to the set, by non-zero winding or by parity, and starts afresh.
     void Finish(bool winding, CSpanSet& spans);

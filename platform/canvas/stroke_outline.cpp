@@ -10,7 +10,6 @@ namespace {
 struct Place {
     double x, y;
 };
-Place At(const CPoint& p) { return {static_cast<double>(p.x), static_cast<double>(p.y)}; }
 
 /// Pieces of the outline overlap at joins; as all of them turn the same way, non-zero winding unites them.
 void AddConvex(CPolygonRaster& raster, const Place* p, int count) {
@@ -31,8 +30,14 @@ void AddConvex(CPolygonRaster& raster, const Place* p, int count) {
 
 class WideStroke {
 public:
-    WideStroke(const CRect& clip, int style, int width)
-        : m_raster(clip), m_clip(clip), m_style(style), m_half(width / 2.0), m_width(width) {}
+    WideStroke(const CRect& clip, int style, int width, int density)
+        : m_raster(clip),
+          m_clip(clip),
+          m_style(style),
+          m_scale(density),
+          m_middle(width % 2 != 0 ? (density - 1) / 2.0 : 0),
+          m_width(static_cast<double>(width) * density),
+          m_half(m_width / 2) {}
 
     void Side(const CPoint& a, const CPoint& b, bool capAtA, bool capAtB) {
         const Place from = At(a), to = At(b);
@@ -73,6 +78,8 @@ private:
         return count;
     }
 
+    Place At(const CPoint& p) const { return {p.x * m_scale + m_middle, p.y * m_scale + m_middle}; }
+
     void Band(const Place& from, double ux, double uy, double start, double end) {
         const double nx = -uy * m_half, ny = ux * m_half;
         const Place a{from.x + ux * start, from.y + uy * start}, b{from.x + ux * end, from.y + uy * end};
@@ -108,16 +115,18 @@ private:
     CPolygonRaster m_raster;  // gathers the pieces
     CRect m_clip;             // what can be seen
     int m_style;              // of the pen
-    double m_half;            // half the pen's width
+    double m_scale;           // pixels of a unit
+    double m_middle;          // where the pen's middle lies in a unit: an even width leans up and left by half of one
     double m_width;           // of the pen, pixels
+    double m_half;            // half the pen's width
     double m_travelled = 0;   // along the path so far, for the dashes
 };
 
 }  // namespace
 
-void AddWideStroke(const CPoint* points, int count, bool closed, int penStyle, int penWidth,
+void AddWideStroke(const CPoint* points, int count, bool closed, int penStyle, int penWidth, int density,
                    CSpanSet& spans) {
-    WideStroke stroke(spans.Clip(), penStyle, penWidth);
+    WideStroke stroke(spans.Clip(), penStyle, penWidth, density);
     const int sides = closed ? count : count - 1;
     for (int i = 0; i < sides; ++i) {
         const CPoint& a = points[i];
