@@ -66,26 +66,34 @@ struct LatticePainter::Run {
 };
 
 // A pixel is settled once it has no longer the colour that gives way: whatever falls there changes nothing.
+template <int kDensity>
 struct LatticePainter::Pixels {
     LatticePainter& painter;
-    int density = painter.m_surface.Density();
 
     void Mark(int column, int row) {
-        for (int y = row * density; y < (row + 1) * density; ++y)
-            for (int x = column * density; x < (column + 1) * density; ++x) {
+        for (int y = row * kDensity; y < (row + 1) * kDensity; ++y)
+            for (int x = column * kDensity; x < (column + 1) * kDensity; ++x) {
                 std::uint32_t& pixel = painter.m_surface.Row(y)[x];
                 if ((pixel & kColorBits) == painter.m_replaced) pixel = painter.m_color;
             }
     }
     bool Settled(const Span& columns, const Span& rows) const {
-        for (int y = rows.low * density; y < (rows.high + 1) * density; ++y) {
+        for (int y = rows.low * kDensity; y < (rows.high + 1) * kDensity; ++y) {
             const std::uint32_t* pixels = painter.m_surface.Row(y);
-            for (int x = columns.low * density; x < (columns.high + 1) * density; ++x)
+            for (int x = columns.low * kDensity; x < (columns.high + 1) * kDensity; ++x)
                 if ((pixels[x] & kColorBits) == painter.m_replaced) return false;
         }
         return true;
     }
 };
+
+template <class Work>
+void LatticePainter::WithPixels(Work work) {
+    Pixels<1> plain{*this};
+    Pixels<2> dense{*this};
+    if (m_surface.Density() == 1) work(plain);
+    else work(dense);
+}
 
 struct LatticePainter::Rows {
     int top;
@@ -117,20 +125,20 @@ void LatticePainter::Paint(const GridPositions& x, const GridPositions& y, const
 // of the other axes: an infinity swallows what is added to it. One of them stands for all.
 void LatticePainter::PaintWild(const GridPositions& x, const GridPositions& y, const GridPositions& z) {
     if (x.wild.empty() && y.wild.empty()) return;
-    Pixels pixels{*this};
-    for (const float px : FirstFiniteAndWild(x))
-        for (const float py : FirstFiniteAndWild(y))
-            for (const float pz : FirstFiniteAndWild(z)) {
-                if (std::isfinite(px) && std::isfinite(py)) continue;
-                const CPoint p = m_view.Point(px, py, pz);
-                if (m_clip.PtInRect(p)) pixels.Mark(p.x, p.y);
-            }
+    WithPixels([&](auto& pixels) {
+        for (const float px : FirstFiniteAndWild(x))
+            for (const float py : FirstFiniteAndWild(y))
+                for (const float pz : FirstFiniteAndWild(z)) {
+                    if (std::isfinite(px) && std::isfinite(py)) continue;
+                    const CPoint p = m_view.Point(px, py, pz);
+                    if (m_clip.PtInRect(p)) pixels.Mark(p.x, p.y);
+                }
+    });
 }
 
 void LatticePainter::PaintFinite(const Run& x, const Run& y, const Run& z) {
     if (m_view.alpha.sin == 0) return PaintUnturned(x, y, z);
-    Pixels pixels{*this};
-    Visit(x, y, z, pixels);
+    WithPixels([&](auto& pixels) { Visit(x, y, z, pixels); });
 }
 
 // Unturned about the vertical, columns come from x alone and rows from y and z: every row that is met is met
@@ -155,10 +163,11 @@ void LatticePainter::PaintUnturned(const Run& x, const Run& y, const Run& z) {
 
     Rows rows{m_clip.top, std::vector<char>(static_cast<std::size_t>(m_clip.Height()))};
     Visit(Run(*first), y, z, rows);
-    Pixels pixels{*this};
-    for (int row = m_clip.top; row < m_clip.bottom; ++row)
-        if (rows.met[static_cast<std::size_t>(row - m_clip.top)])
-            for (const int c : columns) pixels.Mark(c, row);
+    WithPixels([&](auto& pixels) {
+        for (int row = m_clip.top; row < m_clip.bottom; ++row)
+            if (rows.met[static_cast<std::size_t>(row - m_clip.top)])
+                for (const int c : columns) pixels.Mark(c, row);
+    });
 }
 
 // Column and row are in order along each axis, so that the corners of a box of positions bound all of its

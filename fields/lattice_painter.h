@@ -26,12 +26,15 @@ public:
 
 private:
     struct Run;     // neighbours on an axis
-    struct Pixels;  // where points leave their mark: on the surface
+    template <int kDensity>
+    struct Pixels;  // where points leave their mark: on the surface, of this density
     struct Rows;    // only which rows they meet
 
     void PaintWild(const GridPositions& x, const GridPositions& y, const GridPositions& z);
     void PaintFinite(const Run& x, const Run& y, const Run& z);
     void PaintUnturned(const Run& x, const Run& y, const Run& z);
+    template <class Work>
+    void WithPixels(Work work);  // work(Pixels of the surface's density)
     template <class Marks>
     void Visit(const Run& x, const Run& y, const Run& z, Marks& marks);
 

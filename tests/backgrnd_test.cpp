@@ -207,13 +207,13 @@ TEST(Backgrnd, PixelsAreThoseOfThePlainLoops) {
         CFCoor coor = chance.View();
         if (chance.In(8)) chance.MakeHuge(grid, coor);
 
-        auto fast = std::make_shared<CSurface>(64, 48);
+        auto fast = std::make_shared<CSurface>(64, 48, round % 8 == 0 ? 2 : 1);
         const unsigned garbage = chance.Of({1u, 2u, 4u});
-        for (int y = 0; y < fast->Height(); ++y)
-            for (int x = 0; x < fast->Width(); ++x) {
+        for (int y = 0; y < 48; ++y)
+            for (int x = 0; x < 64; ++x) {
                 const COLORREF colors[] = {g_cTvoProfile.m_crBackground, kGrey, RGB(255, 0, 0),
                                            RGB(90, 0, 0)};
-                fast->Row(y)[x] = PixelFromColor(colors[chance.rng() % garbage]);
+                CDC(fast).SetPixel(x, y, colors[chance.rng() % garbage]);
             }
         const auto before = *fast;
         const auto plain = std::make_shared<CSurface>(before);

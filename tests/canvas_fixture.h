@@ -23,7 +23,8 @@ inline int Pick(Random& random, int low, int high) { return std::uniform_int_dis
 
 /// A context on a black surface.
 struct Canvas {
-    Canvas(int width, int height) : surface(std::make_shared<CSurface>(width, height)), dc(surface) {}
+    explicit Canvas(int width, int height, int density = 1)
+        : surface(std::make_shared<CSurface>(width, height, density)), dc(surface) {}
     std::set<Pixel> Lit() const {
         std::set<Pixel> lit;
         for (int y = 0; y < surface->Height(); ++y) {

@@ -221,12 +221,26 @@ TEST(ViewRandom, EveryCommandEndsOnce) {
     }
 }
 
+/// A screen of some density.
+struct Screen : CWindowSystem {
+    explicit Screen(int density) : m_density(density) {}
+    std::unique_ptr<CWindowPeer> MakePeer(CWnd& window, WindowKind, CWnd* parent) override {
+        struct Peer : CWindowPeer {
+            Peer(CWnd& w, CWnd* p, int density) : CWindowPeer(w, p), m_density(density) {}
+            int Density() const override { return m_density; }
+            int m_density;
+        };
+        return std::make_unique<Peer>(window, parent, m_density);
+    }
+    int m_density;
+};
+
 /// Erasing what is over the picture gives the picture: on the glass and after any event, with no switch that paints there.
-TEST(ViewRandom, OverlaysComeOffTheGlass) {
+void ExpectOverlaysComeOff(int density) {
     g_strPrompt = "命令:";
     g_cCmdMap = CCmdMap();
     g_cCmdMap.AddBasicCommands();
-    CWindowSystem system;
+    Screen system(density);
     CGridDataBase db;
     db.DestroyData();
     db.Initialize();
@@ -258,9 +272,17 @@ TEST(ViewRandom, OverlaysComeOffTheGlass) {
         view.CopyBaseMap(&seen, &screen, &screen);
         if (g_bSnapSymbolShown) view.DrawSnapSymbol(&seen, 0x00FFFF, g_cSnapSymbolPoint, g_nSnapSymbolKind);
         view.OverlapBaseMap(&seen, 7);
+        ASSERT_EQ(seen.Density(), density);
         ASSERT_TRUE(*seen.Surface() == *view.m_cBaseMap.Surface()) << "event " << i;
     }
     db.m_pFrame = nullptr;
+}
+
+TEST(ViewRandom, OverlaysComeOffTheGlass) {
+    for (const int density : {1, 2}) {
+        SCOPED_TRACE(density);
+        ASSERT_NO_FATAL_FAILURE(ExpectOverlaysComeOff(density));
+    }
 }
 
 }  // namespace
