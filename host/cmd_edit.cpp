@@ -30,6 +30,7 @@ const char* const kAbout =
 
 struct EditOptions {
     std::string file;
+    std::string record;
     std::string size = "1200x800";
     bool measure = false;
 };
@@ -94,6 +95,7 @@ int RunEditor(const EditOptions& options) {
         CTvoHostDataBase db;
         CEditFrame frame(db);
         frame.Open(place, options.file);
+        if (!options.record.empty()) frame.StartRecording(options.record, options.file.empty());
         if (options.measure) measure.Opened();
         status = module.System().RunLoop();
     }
@@ -107,6 +109,7 @@ Command AddEditCommand(CLI::App& app) {
     auto options = std::make_shared<EditOptions>();
     CLI::App* command = app.add_subcommand("edit", "Open the editor's window");
     command->add_option("FILE", options->file, "model or drawing to open");
+    command->add_option("--record", options->record, "write the session down as a script for tvo play");
     command->add_option("--size", options->size, "size of the window, WxH pixels")->capture_default_str();
     command->add_flag("--measure", options->measure, "tell how long the first picture and mouse moves took");
     command->footer(kAbout);

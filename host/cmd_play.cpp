@@ -8,6 +8,7 @@
 #include "host/edit_commands.h"
 #include "host/play_session.h"
 #include "host/script_reader.h"
+#include "host/window_module.h"
 
 namespace {
 
@@ -39,9 +40,17 @@ Command AddPlayCommand(CLI::App& app) {
     command->add_option("SCRIPT", options->file, "file of events; - or nothing: the standard input");
     command->add_flag("--keep-going", options->keepGoing, "go on after a bad line");
     command->add_option("--record", *record, "write the session down again, from the event editor on");
+    auto window = std::make_shared<bool>(false);
+    command->add_flag("--window", *window, "in a window, for whoever looks on; pictures are then what it shows");
     command->footer(Footer());
-    return {command, [options, record] {
-                PlaySession session(std::cout);
+    return {command, [options, record, window] {
+                std::unique_ptr<WindowModule> module;
+                if (*window) {
+                    TvoQtOptions scripted;
+                    scripted.m_scripted = true;
+                    module = std::make_unique<WindowModule>(scripted);
+                }
+                PlaySession session(std::cout, module ? &module->System() : nullptr);
                 session.m_record = *record;
                 return ReadScript(*options, [&](std::string_view line) { session.Run(line); });
             }};

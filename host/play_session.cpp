@@ -257,6 +257,7 @@ void PlaySession::Run(std::string_view line) {
     if (!Play(line)) return;
     m_started = true;
     TellMessages();
+    m_system.ShowNow();
 }
 
 bool PlaySession::Play(std::string_view line) {

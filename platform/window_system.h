@@ -120,6 +120,8 @@ public:
     // --- what a backend provides
     virtual std::unique_ptr<CWindowPeer> MakePeer(CWnd& window, WindowKind kind, CWnd* parent);
     virtual void Wake() {}  // have Drain called soon
+    /// What was drawn comes to the screen now, without any input being handled meanwhile.
+    virtual void ShowNow() {}
     /// Handles events until Quit; the program's exit status. Without a screen there are none.
     virtual int RunLoop() { return 0; }
     virtual void Quit() {}

@@ -106,7 +106,7 @@ void QtPeer::AskForCursor() { Cursor(m_window.SendMessage(WM_SETCURSOR) ? GetCur
 
 // Where there is no screen the pointer would stop at its edge, and report that it is there.
 void QtPeer::WarpPointer(CPoint client) {
-    if (!m_widget || !m_widget->isVisible()) return;
+    if (!m_widget || !m_widget->isVisible() || m_system.Options().m_scripted) return;
     const QPoint global = m_widget->mapToGlobal(QPoint(client.x, client.y));
     if (!QGuiApplication::screenAt(global) || QCursor::pos() == global) return;
     m_system.Input().Warped(global);

@@ -141,6 +141,8 @@ void CQtWindowSystem::Wake() {
         Qt::QueuedConnection);
 }
 
+void CQtWindowSystem::ShowNow() { QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents); }
+
 int CQtWindowSystem::RunLoop() {
     if (m_frames == 0) return 0;
     const SignalDoor door([this] { Quit(); });

@@ -31,6 +31,7 @@ public:
 
     std::unique_ptr<CWindowPeer> MakePeer(CWnd& window, WindowKind kind, CWnd* parent) override;
     void Wake() override;
+    void ShowNow() override;
     int RunLoop() override;
     void Quit() override;
     std::int64_t TicksPerSecond() override { return 1000000; }
