@@ -9,15 +9,13 @@
 #include <QPainter>
 #include <QUrl>
 #include <algorithm>
-#include <cstring>
+#include <utility>
 #include <vector>
 
 #include "platform/canvas/surface.h"
 #include "platform/qt/qt_peer.h"
 
 namespace {
-
-QString TitlelessName() { return QStringLiteral("tvo"); }
 
 /// Shows a picture pixel by pixel and hands all events of its window over.
 class QtCanvas : public QWidget {
@@ -29,32 +27,58 @@ public:
         setFocusPolicy(Qt::NoFocus);  // the command line keeps it; a window that wants it asks for it
         setMouseTracking(true);
         setAcceptDrops(true);
-        if (isWindow()) setWindowTitle(TitlelessName());
+        if (isWindow()) setWindowTitle(QStringLiteral("tvo"));
     }
 
     /// Takes over what differs from the picture that shows.
     void Take(const CSurface& picture) {
         const int width = picture.Width(), height = picture.Height();
+        m_density = picture.Density();
         if (m_image.width() != width || m_image.height() != height) {
             m_image = QImage(width, height, QImage::Format_RGB32);
-            m_image.fill(Qt::white);
+            m_image.fill(palette().color(QPalette::Window));
         }
         QRect changed;
         for (int y = 0; y < height; ++y) {
             const QRect part = TakeRow(picture.Row(y), y, width);
             if (part.isValid()) changed = changed.united(part);
         }
-        if (changed.isValid()) update(changed);
+        if (!changed.isValid()) return;
+        m_scaled = QImage();
+        const int last = m_density - 1;
+        update(QRect(QPoint(changed.left() / m_density, changed.top() / m_density),
+                     QPoint((changed.right() + last) / m_density, (changed.bottom() + last) / m_density))
+                   .adjusted(-last, -last, last, last));
     }
 
+    /// Pixels of the picture for a unit of the window, along each side: as many as the screen has, or, where that is no whole
+    /// number, more, which are then put together.
+    int WantedDensity() const { return devicePixelRatioF() > 1 ? CSurface::kMaxDensity : 1; }
+
 protected:
+    // In the screen's own pixels, each of which is that of the picture; on a screen with parts of a unit the picture is
+    // scaled down once, between the pixels that border this window.
     void paintEvent(QPaintEvent* event) override {
+        if (WantedDensity() != m_density) AskForDensity();
         QPainter painter(this);
         painter.setCompositionMode(QPainter::CompositionMode_Source);
-        for (const QRect& part : event->region()) {
-            painter.drawImage(part.topLeft(), m_image, part);
-            if (!m_image.rect().contains(part)) FillBeside(painter, part);
+        painter.setClipRegion(event->region());
+        if (m_image.width() < width() * m_density || m_image.height() < height() * m_density)
+            painter.fillRect(rect(), palette().color(QPalette::Window));  // its picture is on the way
+        const qreal ratio = devicePixelRatioF();
+        const QPoint at = mapTo(window(), QPoint(0, 0));
+        const auto pixel = [&](int unit) { return qRound(unit * ratio); };
+        const QPointF off(pixel(at.x()) - at.x() * ratio, pixel(at.y()) - at.y() * ratio);
+        painter.scale(1 / ratio, 1 / ratio);
+        painter.translate(off);
+        if (ratio == m_density) {
+            painter.drawImage(QPoint(0, 0), m_image);
+            return;
         }
+        const int units = std::max(m_density, 1);
+        const QSize size(pixel(at.x() + m_image.width() / units) - pixel(at.x()), pixel(at.y() + m_image.height() / units) - pixel(at.y()));
+        if (m_scaled.size() != size) m_scaled = m_image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        painter.drawImage(QPoint(0, 0), m_scaled);
     }
 
     bool event(QEvent* event) override {
@@ -124,10 +148,16 @@ private:
         return {left, y, right - left, 1};
     }
 
-    // Between a change of the size and its picture
-    void FillBeside(QPainter& painter, const QRect& part) {
-        for (const QRect& bare : QRegion(part).subtracted(m_image.rect()))
-            painter.fillRect(bare, palette().color(QPalette::Window));
+    // On another screen, or when the desktop changes it. Not while it is being painted.
+    void AskForDensity() {
+        if (std::exchange(m_asking, true)) return;
+        QMetaObject::invokeMethod(
+            this,
+            [this] {
+                m_asking = false;
+                if (QtPeer* const peer = QtPeer::Of(this)) peer->Window().Resized();
+            },
+            Qt::QueuedConnection);
     }
 
     static std::vector<std::string> FilesOf(const QMimeData& data) {
@@ -157,7 +187,10 @@ private:
             Qt::QueuedConnection);
     }
 
-    QImage m_image;  // what shows
+    QImage m_image;   // what shows
+    QImage m_scaled;  // the same in pixels of a screen with parts of a unit; null when it is not up to date
+    int m_density = 1;
+    bool m_asking = false;  // for a picture of another density
 };
 
 class QtCanvasPeer : public QtPeer {
@@ -167,9 +200,11 @@ public:
 
     void Present(const CSurface& picture) override {
         if (!m_widget) return;
-        static_cast<QtCanvas*>(m_widget.data())->Take(picture);
+        Canvas().Take(picture);
         ShowAtFirst();
     }
+
+    int Density() const override { return m_widget ? Canvas().WantedDensity() : 1; }
 
     std::shared_ptr<CSurface> Shown() const override {
         if (!m_widget) return nullptr;
@@ -181,6 +216,9 @@ public:
         }
         return shown;
     }
+
+private:
+    QtCanvas& Canvas() const { return *static_cast<QtCanvas*>(m_widget.data()); }
 };
 
 }  // namespace
