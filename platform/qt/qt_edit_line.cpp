@@ -15,6 +15,7 @@ bool IsLineKey(const QKeyEvent& event) {
         case Qt::Key_Right:
         case Qt::Key_Home:
         case Qt::Key_End:
+        case Qt::Key_Insert:
         case Qt::Key_Delete: return true;
         default: return event.modifiers() & Qt::ControlModifier && TypedText(event).empty();
     }

@@ -65,10 +65,12 @@ std::string TypedText(const QKeyEvent& event) {
 
 void QtInput::Key(QtPeer& peer, const QKeyEvent& event, const std::string& text) {
     const QPointer<QWidget> widget = peer.Widget();
+    const UINT key = VirtualKey(event.key());
+    if (!key && text.empty()) return;
     Flush();
     if (!QtPeer::Of(widget)) return;
     const UINT bits = ModifierBits(event.modifiers());
-    m_system.DeliverKey(peer.Window(), VirtualKey(event.key()), bits & MK_SHIFT, bits & MK_CONTROL, text);
+    m_system.DeliverKey(peer.Window(), key, bits & MK_SHIFT, bits & MK_CONTROL, text);
 }
 
 // ---- mouse ------------------------------------------------------------------------------------------------

@@ -105,7 +105,14 @@ CQtWindowSystem::CQtWindowSystem(int* argc, char** argv, const TvoQtOptions& opt
     m_application->installEventFilter(&m_hook);
 }
 
-CQtWindowSystem::~CQtWindowSystem() { ShowBusy(false); }
+// The windows go while the system is whole: their peers tell it.
+CQtWindowSystem::~CQtWindowSystem() {
+    ShowBusy(false);
+    std::vector<QPointer<QWidget>> widgets;
+    for (QWidget* const widget : QApplication::allWidgets()) widgets.emplace_back(widget);
+    for (const auto& widget : widgets)
+        if (QtPeer* const peer = QtPeer::Of(widget)) peer->Window().DestroyWindow();
+}
 
 std::unique_ptr<CWindowPeer> CQtWindowSystem::MakePeer(CWnd& window, WindowKind kind, CWnd* parent) {
     QWidget* const in = parent ? PeerOf(*parent).Widget() : kind == WindowKind::kTool ? TopWindow() : m_embed.data();
