@@ -1,5 +1,11 @@
 // Everything a host needs, in one include.
 #pragma once
+#include "controls/adv_dxf_wnd.h"
+#include "controls/dxf_wnd.h"
+#include "controls/easy_table_wnd.h"
+#include "controls/mem_dc.h"
+#include "controls/popup_tip.h"
+#include "controls/table_wnd.h"
 #include "fields/backgrnd.h"
 #include "fields/chang.h"
 #include "fields/chang_range.h"

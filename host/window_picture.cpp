@@ -58,7 +58,8 @@ void DrawInto(CDC& dc, const CWindowSystem& system, const CWnd& window, CPoint o
 
 std::shared_ptr<CSurface> PictureOfWindow(const CWindowSystem& system, const CWnd& window) {
     const CRect client = window.GetClientRect();
-    auto picture = std::make_shared<CSurface>(std::max(client.Width(), 1), std::max(client.Height(), 1));
+    const int density = window.ClientSurface() ? window.ClientSurface()->Density() : 1;
+    auto picture = std::make_shared<CSurface>(std::max(client.Width(), 1), std::max(client.Height(), 1), density);
     CDC dc(picture);
     DrawInto(dc, system, window, {0, 0});
     return picture;

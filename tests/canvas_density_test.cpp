@@ -182,8 +182,9 @@ TEST(Density, SizesAreInUnits) {
     ASSERT_TRUE(vast.CreateCompatibleBitmap(&dense.dc, CSurface::kMaxSide, 1)) << "too long for a dense one";
     EXPECT_EQ(vast.Surface()->Density(), 1);
 
-    CIconImage icon{CSurface(1, 1), {}, CSurface(2, 2), {1, 0, 0, 1}};
-    icon.m_cDense.Fill(0xFF0000);
+    CIconImage twice{CSurface(2, 2), {1, 0, 0, 1}};
+    twice.m_cImage.Fill(0xFF0000);
+    const CIconImage icon{CSurface(1, 1), {}, &twice};
     ASSERT_TRUE(DrawIconEx(&dense.dc, 3, 3, &icon, 0, 0, 0, nullptr, DI_NORMAL));
     EXPECT_EQ(dense.Lit(), (std::set<Pixel>{{6, 6}, {7, 7}}));
 }

@@ -24,7 +24,8 @@ const std::map<std::string, std::set<std::string>> kMayInclude = {
     {"plates", {"net", "model", "geometry", "platform"}},
     {"fields", {"net", "model", "geometry", "platform"}},
     {"view", {"fields", "plates", "net", "model", "geometry", "platform"}},
-    {"shell", {"view", "fields", "plates", "net", "model", "geometry", "platform"}},
+    {"controls", {"view", "fields", "plates", "net", "model", "geometry", "platform"}},
+    {"shell", {"controls", "view", "fields", "plates", "net", "model", "geometry", "platform"}},
 };
 
 /// Includes against that direction which the design forces.

@@ -292,8 +292,8 @@ BOOL TransparentBlt2(HDC dst, int x, int y, int width, int height, HDC src, int 
 BOOL DrawIconEx(HDC dc, int x, int y, HICON icon, int width, int height, UINT, const void*, UINT flags) {
     if (dc == nullptr || dc->Surface() == nullptr || icon == nullptr) return 0;
     const CSurface& plain = icon->m_cImage;
-    const bool dense = dc->Density() > 1 && icon->m_cDense.Width() > 0 && icon->m_cDense.Height() > 0;
-    const CSurface& image = dense ? icon->m_cDense : plain;
+    const CIconImage& shown = dc->Density() > 1 && icon->m_pDouble ? *icon->m_pDouble : *icon;
+    const CSurface& image = shown.m_cImage;
     const CRect from = image.Bounds();
     const CRect to = Block(x, y, width ? width : plain.Width(), height ? height : plain.Height());
     if (from.IsRectEmpty() || to.IsRectEmpty()) return 0;
@@ -301,7 +301,7 @@ BOOL DrawIconEx(HDC dc, int x, int y, HICON icon, int width, int height, UINT, c
     dc->GetClipBox(&clip);
     // The mask as a picture of the same size: 1 where the icon paints. Image alone paints everywhere.
     CSurface opaque(image.Width(), image.Height());
-    const auto& mask = dense ? icon->m_aDenseOpaque : icon->m_aOpaque;
+    const auto& mask = shown.m_aOpaque;
     const bool everywhere = mask.size() != image.Pixels().size() || (flags & DI_MASK) == 0;
     for (std::size_t i = 0; i < image.Pixels().size(); ++i) {
         const bool paints = everywhere || mask[i] != 0;

@@ -6,14 +6,13 @@
 #include "platform/canvas/gdi_types.h"
 #include "platform/canvas/surface.h"
 
-/// The picture of an icon and the mask of its opaque pixels, and perhaps a larger picture of the same for dense
-/// surfaces. Of these pictures each pixel counts: they are surfaces of density 1.
+/// The picture of an icon and the mask of its opaque pixels. A picture for dense surfaces is an icon too, twice as wide
+/// and high; without one this is enlarged.
 struct CIconImage {
-    CSurface m_cImage;  // the picture; its size is the icon's
+    CSurface m_cImage;  // the picture
     std::vector<std::uint8_t>
         m_aOpaque = {};  // one byte a pixel, row by row; non-zero is painted; empty: all opaque
-    CSurface m_cDense = {};                         // twice as wide and high; none: the first one is enlarged
-    std::vector<std::uint8_t> m_aDenseOpaque = {};  // its mask
+    const CIconImage* m_pDouble = nullptr;  // the picture for screens of twice the density; borrowed, may be null
 };
 using HICON = const CIconImage*;
 
