@@ -28,6 +28,7 @@
 #include "model/goujian.h"
 #include "model/paths.h"
 #include "model/profile.h"
+#include "model/store_watcher.h"
 #include "model/text_check.h"
 #include "model/text_stream.h"
 #include "model/tvo_data_base.h"

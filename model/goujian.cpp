@@ -3,6 +3,7 @@
 
 #include "model/draw_graph.h"
 #include "model/profile.h"
+#include "model/tvo_data_base.h"
 
 CTvoProile g_cTvoProfile;
 int g_cGjStatus[kTypeCount] = {};
@@ -30,6 +31,11 @@ void DisableSnap(int type) {
     if (HasSwitch(type)) Switches().on[type] = 0;
 }
 int IsSnapEnabled(int type) { return HasSwitch(type) ? Switches().on[type] : 0; }
+
+void CGouJianEx::TellWatcherOfStore() const {
+    if (!m_pDataBase || !m_pDataBase->m_cContain.Holds(this)) return;
+    if (CStoreWatcher* watcher = m_pDataBase->m_cContain.GetWatcher()) watcher->OnChanged(*this);
+}
 
 CGouJianEx::CGouJianEx() = default;
 CGouJianEx::CGouJianEx(CTvoDataBase* pDataBase) : m_pDataBase(pDataBase), m_aIntParam(0) {}

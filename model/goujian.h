@@ -62,7 +62,11 @@ public:
     std::uint32_t get_m_dwGouJianID() const { return m_dwGouJianID; }
     void set_m_dwGouJianID(unsigned long id) { m_dwGouJianID = static_cast<std::uint32_t>(id & 0xFFFFFFFF); }
     std::uint32_t get_m_dwGouJianNO() const { return m_dwGouJianNO; }
-    void set_m_dwGouJianNO(unsigned int no) { m_dwGouJianNO = no; }
+    void set_m_dwGouJianNO(unsigned int no) {
+        const bool changed = no != m_dwGouJianNO;
+        m_dwGouJianNO = no;
+        if (changed) TellWatcher();
+    }
     unsigned char get_Gjlx() const { return static_cast<unsigned char>(m_dwGouJianID >> 24); }
     /// Replaces the type byte and leaves the sequence number.
     void set_Gjlx(unsigned char type) {
@@ -71,10 +75,16 @@ public:
     unsigned char get_m_byteStatus() const { return m_byteStatus; }
     /// Stores, then tells On_set_m_byteStatus, also when the value is the one already held.
     void set_m_byteStatus(unsigned char status) {
+        const bool changed = IsVisable() != (status != GJ_STATUS_HIDDEN);
         m_byteStatus = status;
         On_set_m_byteStatus(status);
+        if (changed) TellWatcher();
     }
     bool IsVisable() const { return m_byteStatus != GJ_STATUS_HIDDEN; }
+    /// Tells who watches the store that what is saved of this component has changed in place, if it stands in one.
+    void TellWatcher() const {
+        if (m_cMarks.m_posInContain) TellWatcherOfStore();
+    }
     /// The display list, made empty at the first call. Never null; owned by the component.
     CDrawGraph* GetDrawGraph();
 
@@ -150,6 +160,8 @@ public:
 private:
     friend class CObjectUndoContainEx;
     friend class CGridIndexServiceObject;
+    void TellWatcherOfStore() const;
+
     CGouJianMarks m_cMarks;
 };
 

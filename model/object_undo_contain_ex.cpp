@@ -90,6 +90,7 @@ int CObjectUndoContainEx::AddGouJianDirect(CGouJianEx* pGouJian) {
     pGouJian->m_cMarks.m_nOwner = m_nOwner;
     pGouJian->m_cMarks.m_bLeftToLog = 0;
     m_mapGouJian.SetAt(pGouJian->get_m_dwGouJianID(), pGouJian);
+    if (m_pWatcher) m_pWatcher->OnChanged(*pGouJian);
     return 1;
 }
 
@@ -98,6 +99,7 @@ int CObjectUndoContainEx::DeleteGouJianDirect(CGouJianEx* pGouJian) {
     RemoveAt(pGouJian->m_cMarks.m_posInContain);
     pGouJian->m_cMarks.m_posInContain = nullptr;
     m_mapGouJian.RemoveKey(pGouJian->get_m_dwGouJianID());
+    if (m_pWatcher) m_pWatcher->OnChanged(*pGouJian);
     return 1;
 }
 
@@ -107,6 +109,7 @@ int CObjectUndoContainEx::DeleteGouJianDirect(unsigned long id) {
 }
 
 void CObjectUndoContainEx::DestroyData() {
+    if (m_pWatcher) m_pWatcher->OnEmptied();
     FreeAllRecords();
     for (POSITION p = GetHeadPosition(); p;) {
         CGouJianEx* component = GetNext(p);
@@ -198,6 +201,7 @@ void CObjectUndoContainEx::ApplyRecord(CZLX eDone, CGouJianEx* pGouJian, CWnd* w
 void CObjectUndoContainEx::Undo(CWnd* wnd, CFCoor* coor, CList<CGouJianEx*, CGouJianEx*>& objects,
                                 CArray<CZLX, CZLX>& types) {
     if (!m_bCanUndo) return;
+    if (m_pWatcher) m_pWatcher->OnStepEnd();
     if (!m_posUndo) m_posUndo = m_listUndo.GetTailPosition();
     POSITION last = nullptr;  // the record undone last, so the oldest of the step
     const std::uint32_t step = m_posUndo ? m_listUndo.GetAt(m_posUndo)->m_nStepId : 0;
@@ -220,6 +224,7 @@ void CObjectUndoContainEx::Undo(CWnd* wnd, CFCoor* coor, CList<CGouJianEx*, CGou
 void CObjectUndoContainEx::Redo(CWnd* wnd, CFCoor* coor, CList<CGouJianEx*, CGouJianEx*>& objects,
                                 CArray<CZLX, CZLX>& types) {
     if (!m_bCanRedo) return;
+    if (m_pWatcher) m_pWatcher->OnStepEnd();
     if (!m_posRedo) m_posRedo = m_listUndo.GetHeadPosition();
     POSITION last = nullptr;
     const std::uint32_t step = m_posRedo ? m_listUndo.GetAt(m_posRedo)->m_nStepId : 0;

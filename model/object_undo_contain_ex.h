@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "geometry/frect.h"
+#include "model/store_watcher.h"
 #include "model/undo_object.h"
 #include "platform/containers.h"
 
@@ -24,7 +25,10 @@ public:
 
     // --- store ---
     /// Ends the step: the next add or delete opens a new one.
-    void Start() { m_nStepState = 0; }
+    void Start() {
+        m_nStepState = 0;
+        if (m_pWatcher) m_pWatcher->OnStepEnd();
+    }
     /// Takes ownership and logs. 1, or 0 with nothing done for null or an object that is in a store already.
     int AddGoujian(CGouJianEx* pGouJian);
     /// Takes the component out and logs; it lives on in the log. 0 with nothing done when it is not in the store.
@@ -72,6 +76,9 @@ public:
 
     /// Called with each component that is about to be freed, so that whoever borrows it can let go.
     void SetFreeHook(std::function<void(CGouJianEx*)> hook) { m_onFree = std::move(hook); }
+    /// Has somebody told of every change from now on; null for nobody. Borrowed.
+    void SetWatcher(CStoreWatcher* watcher) { m_pWatcher = watcher; }
+    CStoreWatcher* GetWatcher() const { return m_pWatcher; }
 
 protected:
     int GetTotalSteps() const { return m_nTotalSteps; }
@@ -104,5 +111,6 @@ private:
                      CList<CGouJianEx*, CGouJianEx*>& objects, CArray<CZLX, CZLX>& types);
 
     std::function<void(CGouJianEx*)> m_onFree;
+    CStoreWatcher* m_pWatcher = nullptr;
     std::uint8_t m_nOwner;  // what the components of this one are marked with; 0 when all numbers are taken
 };

@@ -132,6 +132,7 @@ void CTvoDataBase::ReplaceTextHeights(CArray<unsigned char, unsigned char>* type
                 auto* text = static_cast<CGraph_Text*>(entity);
                 text->m_fHeight = scale ? text->m_fHeight * factor : factor;
                 if (text->m_fHeight < 0) text->m_fHeight = 0;
+                obj->TellWatcher();
                 changed = true;
             }
         });

@@ -6,7 +6,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <cstdio>
@@ -14,16 +13,11 @@
 #include <memory>
 
 #include "host/failure.h"
+#include "host/models/file_system.h"
 
 namespace {
 
 constexpr char kBesideMark[] = ".saving";  // a process number follows
-
-std::string FolderOf(const std::string& path) {
-    const std::size_t slash = path.rfind('/');
-    if (slash == std::string::npos) return ".";
-    return slash == 0 ? "/" : path.substr(0, slash);
-}
 
 /// Where a chain of symbolic links ends, whether something stands there or not.
 std::string FollowLinks(std::string path) {
@@ -35,17 +29,6 @@ std::string FollowLinks(std::string path) {
         path = next[0] == '/' ? next : FolderOf(path) + "/" + next;
     }
     return path;
-}
-
-int WriteAll(int file, std::string_view bytes) {
-    while (!bytes.empty()) {
-        const ssize_t n = ::write(file, bytes.data(), std::min<std::size_t>(bytes.size(), 1 << 30));
-        if (n < 0 && errno == EINTR) continue;
-        if (n < 0) return errno;
-        if (n == 0) return ENOSPC;
-        bytes.remove_prefix(static_cast<std::size_t>(n));
-    }
-    return 0;
 }
 
 /// Where files can't have two names, the previous one is copied.
@@ -147,10 +130,5 @@ void DurableFile::Commit() {
     // one, the sync has told.
     if (::rename(m_beside.c_str(), m_target.c_str()) != 0) Fail(errno);
     m_committed = true;
-    if (!m_sync) return;
-    const int folder = ::open(FolderOf(m_target).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (folder < 0) return;
-    // Some file systems can't sync a folder, and say so; the file itself is safe either way.
-    (void)::fsync(folder);
-    ::close(folder);
+    if (m_sync) SyncFolder(FolderOf(m_target));
 }

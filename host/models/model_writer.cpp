@@ -1,64 +1,18 @@
 #include "host/models/model_writer.h"
 
 #include <algorithm>
-#include <bit>
-#include <cstdio>
-#include <cstdlib>
-#include <new>
-#include <set>
 #include <utility>
 #include <vector>
 
-#include "host/models/crc32.h"
 #include "host/models/durable_file.h"
+#include "host/models/memory_stream.h"
+#include "host/models/model_assembler.h"
 #include "host/models/model_content.h"
-#include "host/models/model_format.h"
 #include "host/models/model_host.h"
 #include "model/profile.h"
-#include "net/gj_net_node.h"
 #include "net/grid_data_base.h"
 
 namespace {
-
-/// A stream into memory, since the components write their blocks to streams.
-class MemoryStream {
-public:
-    MemoryStream() : m_stream(::open_memstream(&m_bytes, &m_size)) {
-        if (!m_stream) throw std::bad_alloc();
-    }
-    ~MemoryStream() {
-        std::fclose(m_stream);
-        std::free(m_bytes);
-    }
-    MemoryStream(const MemoryStream&) = delete;
-    MemoryStream& operator=(const MemoryStream&) = delete;
-
-    std::FILE* Stream() { return m_stream; }
-    void Put(std::string_view bytes) { std::fwrite(bytes.data(), 1, bytes.size(), m_stream); }
-    /// All that was written, good until more is.
-    std::string_view Bytes() {
-        if (std::fflush(m_stream) != 0 || std::ferror(m_stream)) throw std::bad_alloc();
-        return {m_bytes, m_size};
-    }
-
-private:
-    char* m_bytes = nullptr;
-    std::size_t m_size = 0;
-    std::FILE* m_stream;
-};
-
-// A selection belongs to the session. A component that came back selected could not be taken out of any.
-std::uint32_t SavedStatus(const CGouJianEx& obj) {
-    return obj.get_m_byteStatus() == GJ_STATUS_HIDDEN ? GJ_STATUS_HIDDEN : GJ_STATUS_NORMAL;
-}
-
-AttributeRun AttributesOf(const CGouJianEx& obj) {
-    return {1, obj.m_nCeng, obj.m_dwTag, obj.m_nFEM_ID, 0, SavedStatus(obj)};
-}
-
-bool SameAttributes(const AttributeRun& a, const AttributeRun& b) {
-    return a.storey == b.storey && a.tag == b.tag && a.fem == b.fem && a.zBits == b.zBits && a.status == b.status;
-}
 
 // Components lie far apart, and their blocks are spread over a few rows of the cache.
 void FetchAhead(const CGouJianEx* obj) {
@@ -69,15 +23,14 @@ void FetchAhead(const CGouJianEx* obj) {
 class ModelWriter {
 public:
     ModelWriter(const std::string& path, CGridDataBase& db, const ModelHost& host, bool sync)
-        : m_db(db), m_host(host), m_file(path) {
+        : m_db(db), m_host(host), m_file(path), m_assembler([this](std::string_view bytes) { m_file.Write(bytes); }) {
         m_file.SetSync(sync);
     }
 
     SavedModel Save() {
         const ModelContent content = ContentOf(m_db);
         m_file.Write(HeaderBytes({}));  // its place; the real one comes last
-        m_length = kModelHeaderSize;
-        WriteCounters();
+        m_assembler.Counters(CountersOf(m_db));
         WriteBlocks(SectionKind::kNodes, content.nodes);
         WriteBlocks(SectionKind::kLines, content.lines);
         WriteBlocks(SectionKind::kPlates, content.plates);
@@ -87,33 +40,12 @@ public:
         for (const auto& [type, family] : content.others)
             if (m_host.Make(type)) WriteHostFamily(type, family);
         WriteHostData();
-        WriteHeader(saved);
+        saved.bytes = WriteHeader(saved);
         m_file.Commit();
-        saved.bytes = m_length;
         return saved;
     }
 
 private:
-    void WriteSection(SectionKind kind, std::uint32_t type, std::size_t count, std::string_view payload) {
-        m_file.Write(HeadBytes({kind, type, static_cast<std::uint32_t>(count), payload.size(), Crc32(payload)}));
-        m_file.Write(payload);
-        m_length += kSectionHeadSize + payload.size();
-        ++m_sections;
-    }
-
-    void WriteCounters() {
-        std::string payload;
-        std::size_t count = 0;
-        for (int type = 1; type < kTypeCount; ++type) {
-            const unsigned long highest = m_db.GetContain().HighestXuHao(static_cast<unsigned char>(type));
-            if (highest == 0) continue;
-            PutWord(payload, static_cast<std::uint32_t>(type));
-            PutWord(payload, static_cast<std::uint32_t>(std::min(highest, 0xFFFFFFFFul)));
-            ++count;
-        }
-        WriteSection(SectionKind::kCounters, 0, count, payload);
-    }
-
     template <class Write>
     void InPieces(const std::vector<CGouJianEx*>& all, Write write) {
         for (std::size_t from = 0; from < all.size(); from += kMostInSection)
@@ -124,23 +56,16 @@ private:
         constexpr std::size_t kAhead = 12;
         InPieces(all, [&](std::size_t from, std::size_t to) {
             MemoryStream blocks;
-            std::vector<AttributeRun> runs;
+            AttributeRuns runs;
             for (std::size_t i = from; i < to; ++i) {
                 if (i + kAhead < all.size()) FetchAhead(all[i + kAhead]);
                 all[i]->WriteBinary(blocks.Stream());
-                AttributeRun one = AttributesOf(*all[i]);
-                NoteStorey(one.storey);
-                if (kind == SectionKind::kNodes)
-                    one.zBits = std::bit_cast<std::uint32_t>(static_cast<const CGjNetNode*>(all[i])->m_fZ);
-                if (!runs.empty() && SameAttributes(runs.back(), one))
-                    ++runs.back().count;
-                else
-                    runs.push_back(one);
+                const AttributeRun one = AttributesOf(*all[i], kind);
+                m_assembler.NoteStorey(one.storey);
+                runs.Add(one);
             }
-            std::string tail;
-            for (const AttributeRun& run : runs) PutRun(tail, run);
-            blocks.Put(tail);
-            WriteSection(kind, 0, to - from, blocks.Bytes());
+            blocks.Put(runs.Bytes());
+            m_assembler.Section(kind, 0, to - from, blocks.Bytes());
         });
     }
 
@@ -150,29 +75,22 @@ private:
             for (std::size_t i = from; i < to; ++i) {
                 MemoryStream block;
                 m_host.Write(*all[i], block.Stream());
-                const std::string_view bytes = block.Bytes();
-                const AttributeRun a = AttributesOf(*all[i]);
-                NoteStorey(a.storey);
-                PutWord(payload, all[i]->get_m_dwGouJianNO());
-                PutWord(payload, all[i]->get_m_dwGouJianID());
-                PutWord(payload, static_cast<std::uint32_t>(bytes.size()));
-                PutWord(payload, static_cast<std::uint32_t>(a.storey));
-                PutWord(payload, a.tag);
-                PutWord(payload, static_cast<std::uint32_t>(a.fem));
-                PutWord(payload, a.status);
-                payload.append(bytes);
+                const AttributeRun a = AttributesOf(*all[i], SectionKind::kHost);
+                m_assembler.NoteStorey(a.storey);
+                PutHostRecord(payload, all[i]->get_m_dwGouJianNO(), all[i]->get_m_dwGouJianID(), a, block.Bytes());
             }
-            WriteSection(SectionKind::kHost, type, to - from, payload);
+            m_assembler.Section(SectionKind::kHost, type, to - from, payload);
         });
     }
 
     void WriteHostData() {
         MemoryStream data;
         m_host.WriteData(m_db, data.Stream());
-        if (const std::string_view bytes = data.Bytes(); !bytes.empty()) WriteSection(SectionKind::kData, 0, 1, bytes);
+        if (const std::string_view bytes = data.Bytes(); !bytes.empty())
+            m_assembler.Section(SectionKind::kData, 0, 1, bytes);
     }
 
-    void WriteHeader(const SavedModel& saved) {
+    std::uint64_t WriteHeader(const SavedModel& saved) {
         ModelHeader header;
         header.nodes = static_cast<std::uint32_t>(saved.nodes);
         header.lines = static_cast<std::uint32_t>(saved.lines);
@@ -180,32 +98,28 @@ private:
         header.others = static_cast<std::uint32_t>(saved.others);
         header.tolerance = g_cTvoProfile.m_nNetTolerance;
         header.currentStorey = m_db.GetCurCeng();
-        header.storeys = static_cast<std::uint32_t>(m_storeys.size());
-        if (!m_storeys.empty()) {
-            header.lowestStorey = *m_storeys.begin();
-            header.highestStorey = *m_storeys.rbegin();
-        }
-        header.sections = m_sections;
-        header.fileLength = m_length;
+        m_assembler.Complete(header);
         m_file.WriteAt(0, HeaderBytes(header));
-    }
-
-    void NoteStorey(int storey) {
-        if (storey == m_lastStorey && !m_storeys.empty()) return;
-        m_storeys.insert(storey);
-        m_lastStorey = storey;
+        return header.fileLength;
     }
 
     CGridDataBase& m_db;
     const ModelHost& m_host;
     DurableFile m_file;
-    std::uint64_t m_length = 0;
-    std::uint32_t m_sections = 0;
-    std::set<int> m_storeys;
-    int m_lastStorey = 0;  // the last that was entered
+    ModelAssembler m_assembler;
 };
 
 }  // namespace
+
+std::vector<std::pair<std::uint32_t, std::uint32_t>> CountersOf(CGridDataBase& db) {
+    std::vector<std::pair<std::uint32_t, std::uint32_t>> counters;
+    for (int type = 1; type < kTypeCount; ++type) {
+        const unsigned long highest = db.GetContain().HighestXuHao(static_cast<unsigned char>(type));
+        if (highest == 0) continue;
+        counters.emplace_back(type, static_cast<std::uint32_t>(std::min(highest, 0xFFFFFFFFul)));
+    }
+    return counters;
+}
 
 SavedModel SaveModel(const std::string& path, CGridDataBase& db, const ModelHost& host, bool sync) {
     const SavedModel saved = ModelWriter(path, db, host, sync).Save();

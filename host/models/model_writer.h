@@ -3,6 +3,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <utility>
+#include <vector>
 
 class CGridDataBase;
 class ModelHost;
@@ -16,3 +18,6 @@ struct SavedModel {
 /// Writes the model to a file, as DurableFile does, and clears the modified flag. Throws DataFailure with the path and
 /// the reason; the file before stands then. Selections are not saved.
 SavedModel SaveModel(const std::string& path, CGridDataBase& db, const ModelHost& host, bool sync = true);
+
+/// Per type byte in use the highest sequence number handed out, ascending.
+std::vector<std::pair<std::uint32_t, std::uint32_t>> CountersOf(CGridDataBase& db);
