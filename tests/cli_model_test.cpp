@@ -182,6 +182,15 @@ TEST(TvoModel, RecoversWhatIsWhole) {
     EXPECT_EQ(NamesIn(folder).count("none.tvo.recovered.tvo"), 0u);
 }
 
+TEST(TvoModel, TellsOfAJournalThatIsNone) {
+    const ScratchFolder folder;
+    ASSERT_EQ(RunTvo({"run"}, Grid(2) + "save a.tvo\n", folder.Path()).status, 0);
+    EXPECT_EQ(RunTvo({"recover", "a.tvo", "--journal"}, "", folder.Path()).err, "error: there is no journal of a.tvo\n");
+    folder.Write(".a.tvo-journal", std::string("\x89TVJ\r\n\x1A\n", 8) + std::string(40, '\0'));
+    EXPECT_EQ(RunTvo({"recover", "a.tvo", "--journal"}, "", folder.Path()).status, 1);
+    EXPECT_EQ(RunTvo({"recover", "a.tvo"}, "", folder.Path()).status, 0);
+}
+
 TEST(TvoExport, WritesASavedModelAsADrawing) {
     const ScratchFolder folder;
     const std::string model = folder.File("a.tvo"), drawing = folder.File("a.dxf");

@@ -41,7 +41,8 @@ std::string ReadFileBytes(const std::string& path, int& error, std::time_t* time
     if (error == 0) bytes.resize(static_cast<std::size_t>(status.st_size));
     if (error == 0 && time) *time = status.st_mtime;
     for (std::size_t have = 0; error == 0 && have < bytes.size();) {
-        const ssize_t n = ::read(file, bytes.data() + have, std::min<std::size_t>(bytes.size() - have, 1 << 30));
+        const ssize_t n =
+            ::read(file, bytes.data() + have, std::min<std::size_t>(bytes.size() - have, 1 << 30));
         if (n < 0 && errno == EINTR) continue;
         if (n < 0) error = errno;
         if (n <= 0) bytes.resize(have);

@@ -6,7 +6,8 @@
 
 std::string FolderOf(const std::string& path);
 int WriteAll(int file, std::string_view bytes);
-/// Until the disk has the names in it. Some file systems can't sync a folder, and say so; the files are safe either way.
+/// Until the disk has the names in it. Some file systems can't sync a folder, and say so; the files are safe
+/// either way.
 void SyncFolder(const std::string& folder);
 /// A regular file whole. `time`, if given, becomes when it was written last.
 std::string ReadFileBytes(const std::string& path, int& error, std::time_t* time = nullptr);

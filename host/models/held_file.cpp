@@ -14,7 +14,8 @@ namespace {
 
 /// Does the name still stand for the open file? Another process may have moved it away before it was locked.
 bool IsNamed(int file, const std::string& path) {
-    struct stat open {}, named {};
+    struct stat open {
+    }, named{};
     return ::fstat(file, &open) == 0 && ::stat(path.c_str(), &named) == 0 && open.st_ino == named.st_ino &&
            open.st_dev == named.st_dev;
 }
@@ -32,7 +33,8 @@ int HeldFile::Take(const std::string& path, Mode mode) {
     Release();
     const int make = mode == Mode::kExisting ? 0 : O_CREAT;
     for (int attempt = 0; attempt < 10; ++attempt) {
-        const int file = ::open(path.c_str(), O_RDWR | O_APPEND | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC | make, 0600);
+        const int file =
+            ::open(path.c_str(), O_RDWR | O_APPEND | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC | make, 0600);
         if (file < 0) return errno;
         struct stat status {};
         int error = ::fstat(file, &status) != 0 ? errno : S_ISREG(status.st_mode) ? 0 : EINVAL;
@@ -70,10 +72,8 @@ int HeldFile::Append(std::string_view bytes, bool sync) {
     if (m_file < 0) return EBADF;
     int error = WriteAll(m_file, bytes);
     if (error == 0 && sync && ::fdatasync(m_file) != 0) error = errno;
-    if (error == 0)
-        m_length += bytes.size();
-    else
-        (void)!::ftruncate(m_file, static_cast<off_t>(m_length));  // a reader passes over what stays
+    if (error == 0) m_length += bytes.size();
+    else (void)!::ftruncate(m_file, static_cast<off_t>(m_length));  // a reader passes over what stays
     return error;
 }
 

@@ -5,7 +5,8 @@
 #include <string_view>
 #include <utility>
 
-/// An open file with a lock on it that goes with the process, however this ends. Errors are errno numbers; 0 is none.
+/// An open file with a lock on it that goes with the process, however this ends. Errors are errno numbers; 0
+/// is none.
 class HeldFile {
 public:
     HeldFile() = default;
@@ -21,7 +22,8 @@ public:
     /// Takes it away, then closes it.
     void Remove();
 
-    /// One write at the end, then until the disk has it. On an error the file is as long as before, where that can be had.
+    /// One write at the end, then until the disk has it. On an error the file is as long as before, where
+    /// that can be had.
     int Append(std::string_view bytes, bool sync);
     /// Takes the place of the file of that name and is called so from now on.
     int RenameTo(const std::string& path, bool sync);

@@ -136,7 +136,8 @@ std::optional<JournalHeader> JournalHeaderFrom(std::string_view bytes) {
 
 std::string StepBytes(const JournalStep& step) {
     std::string payload;
-    payload.reserve(1024 + step.changes.size() * kChangeSize + step.blocks.size() + (step.hostData ? step.hostData->size() : 0));
+    payload.reserve(1024 + step.changes.size() * kChangeSize + step.blocks.size() +
+                    (step.hostData ? step.hostData->size() : 0));
     PutWord(payload, static_cast<std::uint32_t>(step.tolerance));
     PutWord(payload, static_cast<std::uint32_t>(step.currentStorey));
     PutWord(payload, static_cast<std::uint32_t>(step.counters.size()));
@@ -151,8 +152,8 @@ std::string StepBytes(const JournalStep& step) {
     for (const StoredComponent& change : step.changes) {
         const AttributeRun& a = change.attributes;
         for (const std::uint32_t word : {change.id, static_cast<std::uint32_t>(change.kind), change.number,
-                                         static_cast<std::uint32_t>(a.storey), a.tag, static_cast<std::uint32_t>(a.fem),
-                                         a.zBits, a.status, change.length})
+                                         static_cast<std::uint32_t>(a.storey), a.tag,
+                                         static_cast<std::uint32_t>(a.fem), a.zBits, a.status, change.length})
             PutWord(payload, word);
     }
     payload += step.blocks;

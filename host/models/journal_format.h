@@ -17,12 +17,13 @@
 //      net tolerance, current storey
 //      number of counters; for each its type byte and highest sequence number
 //      1 when the host's data has changed, else 0; then its length; the data
-//      number of changes; for each 36 bytes: identity, kind of its section in a model file (0: it is gone), number,
+//      number of changes; for each 36 bytes: identity, kind of its section in a model file (0: it is gone),
+//      number,
 //        storey, tag, number in an analysis, z, status, length of its block
 //      the blocks, one behind the other
 //
-// A step tells what is so when it ends, of each component that it touched. So undo and redo are steps like any other, and
-// nobody needs the history to put a model together.
+// A step tells what is so when it ends, of each component that it touched. So undo and redo are steps like
+// any other, and nobody needs the history to put a model together.
 #pragma once
 #include <cstdint>
 #include <optional>

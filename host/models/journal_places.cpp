@@ -30,8 +30,10 @@ std::string PlainPath(const std::string& path) {
 
 std::string StateFolder() {
     // A relative path there is void by the rules of these variables.
-    if (const char* state = std::getenv("XDG_STATE_HOME"); state && state[0] == '/') return std::string(state) + "/tvobase";
-    if (const char* home = std::getenv("HOME"); home && *home) return std::string(home) + "/.local/state/tvobase";
+    if (const char* state = std::getenv("XDG_STATE_HOME"); state && state[0] == '/')
+        return std::string(state) + "/tvobase";
+    if (const char* home = std::getenv("HOME"); home && *home)
+        return std::string(home) + "/.local/state/tvobase";
     return "";
 }
 
@@ -55,8 +57,8 @@ std::string NewJournalInState() {
     std::error_code error;
     if (!folder.empty()) fs::create_directories(folder, error);
     for (int n = 1; n < 1000 && !folder.empty(); ++n) {
-        const std::string path =
-            folder + "/unnamed-" + std::to_string(::getpid()) + "-" + std::to_string(n) + std::string(kEnding);
+        const std::string path = folder + "/unnamed-" + std::to_string(::getpid()) + "-" + std::to_string(n) +
+                                 std::string(kEnding);
         if (!fs::exists(fs::symlink_status(path, error))) return path;
     }
     return "";

@@ -37,8 +37,8 @@ std::unique_ptr<OpenJournal> OpenJournalFile(const std::string& path, int& error
 }
 
 bool NeedsBase(const JournalContent& content) {
-    return content.header->base.file &&
-           std::none_of(content.steps.begin(), content.steps.end(), [](const JournalStep& step) { return step.whole; });
+    return content.header->base.file && std::none_of(content.steps.begin(), content.steps.end(),
+                                                     [](const JournalStep& step) { return step.whole; });
 }
 
 /// Without a base and without a step of the whole model there is nothing that the steps could stand on.
@@ -51,7 +51,9 @@ JournalLeftover::Base FindBase(const JournalContent& content) {
     return BaseOf(header.modelPath + "~") == header.base ? kBefore : kMissing;
 }
 
-std::string Counted(std::size_t n, const char* what) { return std::to_string(n) + " " + what + (n == 1 ? "" : "s"); }
+std::string Counted(std::size_t n, const char* what) {
+    return std::to_string(n) + " " + what + (n == 1 ? "" : "s");
+}
 
 }  // namespace
 
@@ -85,7 +87,8 @@ std::vector<JournalLeftover> FindLeftovers() {
     std::vector<JournalLeftover> found;
     for (const std::string& path : JournalsInState()) {
         auto leftover = ReadLeftover(path);
-        if (leftover && !leftover->held && leftover->steps + leftover->lost > 0) found.push_back(std::move(*leftover));
+        if (leftover && !leftover->held && leftover->steps + leftover->lost > 0)
+            found.push_back(std::move(*leftover));
     }
     return found;
 }
@@ -98,14 +101,18 @@ void DiscardLeftover(const JournalLeftover& leftover) {
 std::string RecoveredModel::Text() const {
     std::string text = Counted(steps, "step") + " brought back";
     if (alreadySaved) text += "; the model file holds them already";
-    if (lost > 0) text += "; the journal is damaged, " + Counted(lost, "step") + " behind that " + (lost == 1 ? "is" : "are") + " lost";
+    if (lost > 0)
+        text += "; the journal is damaged, " + Counted(lost, "step") + " behind that " +
+                (lost == 1 ? "is" : "are") + " lost";
     if (faults > 0) text += "; " + Counted(faults, "thing") + " in it can't be used";
     if (const std::string remarks = built.Remarks(); !remarks.empty()) text += "; " + remarks;
     return text;
 }
 
 RecoveredModel RecoverJournal(const std::string& journalPath, CGridDataBase& db, const ModelHost& host) {
-    const auto fail = [&](const std::string& reason) { throw DataFailure("cannot recover " + journalPath + ": " + reason); };
+    const auto fail = [&](const std::string& reason) {
+        throw DataFailure("cannot recover " + journalPath + ": " + reason);
+    };
     int error = 0;
     const auto journal = OpenJournalFile(journalPath, error);
     if (!journal) fail(std::strerror(error));
@@ -114,7 +121,8 @@ RecoveredModel RecoverJournal(const std::string& journalPath, CGridDataBase& db,
     const std::string& modelPath = content.header->modelPath;
     const JournalLeftover::Base standing = FindBase(content);
     if (standing == JournalLeftover::Base::kMissing)
-        fail(modelPath.empty() ? "its first step is damaged" : modelPath + ", on which it stands, is another file now");
+        fail(modelPath.empty() ? "its first step is damaged"
+                               : modelPath + ", on which it stands, is another file now");
     const bool before = standing == JournalLeftover::Base::kBefore;
     std::optional<ModelFile> base;
     if (NeedsBase(content)) base = ReadModelFile(before ? modelPath + "~" : modelPath);

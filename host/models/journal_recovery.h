@@ -15,7 +15,8 @@ class ModelHost;
 struct JournalLeftover {
     enum class Base {
         kStands,   // the model file is as it was, or none is needed
-        kBefore,   // the model file is another now, but NAME~ is the old one: the crash came while saving, or just after
+        kBefore,   // the model file is another now, but NAME~ is the old one: the crash came while saving, or
+                   // just after
         kMissing,  // there is no such file any more: nothing can be recovered
     };
     std::string path;       // of the journal
@@ -23,8 +24,8 @@ struct JournalLeftover {
     std::size_t steps = 0;
     std::time_t time = 0;  // when the last step was written
     Base base = Base::kStands;
-    bool held = false;  // by a session that lives: the model is being edited there
-    bool torn = false;  // its end is no whole step: the one that was being written
+    bool held = false;     // by a session that lives: the model is being edited there
+    bool torn = false;     // its end is no whole step: the one that was being written
     std::size_t lost = 0;  // whole steps behind a damage, which can not be brought back
 };
 
@@ -43,17 +44,17 @@ void DiscardLeftover(const JournalLeftover& leftover);
 
 struct RecoveredModel {
     BuiltModel built;
-    std::size_t steps = 0;  // that were brought back
-    std::size_t lost = 0;   // whole ones behind a damage, which could not
-    std::size_t faults = 0;  // things in it that can't be used
+    std::size_t steps = 0;      // that were brought back
+    std::size_t lost = 0;       // whole ones behind a damage, which could not
+    std::size_t faults = 0;     // things in it that can't be used
     bool alreadySaved = false;  // the model file holds just this: nothing was lost in the crash
 
     /// "12 steps brought back; the journal is damaged, 3 steps behind that are lost" and the like.
     std::string Text() const;
 };
 
-/// Puts the model as it was after the last whole step in the place of the one that stands in the data base. It counts as
-/// modified then, unless it is already saved. Throws DataFailure when the base is missing or the journal can't be read;
-/// the model in the data base stands then. The journal stays until ModelJournal::Begin (with `unsaved`) or
-/// DiscardLeftover.
+/// Puts the model as it was after the last whole step in the place of the one that stands in the data base.
+/// It counts as modified then, unless it is already saved. Throws DataFailure when the base is missing or the
+/// journal can't be read; the model in the data base stands then. The journal stays until ModelJournal::Begin
+/// (with `unsaved`) or DiscardLeftover.
 RecoveredModel RecoverJournal(const std::string& journalPath, CGridDataBase& db, const ModelHost& host);

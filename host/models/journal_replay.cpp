@@ -46,7 +46,8 @@ public:
         KeepLast();
         std::string file(kModelHeaderSize, '\0');
         ModelAssembler assembler([&](std::string_view bytes) { file += bytes; });
-        const std::vector<std::pair<std::uint32_t, std::uint32_t>> counters(m_counters.begin(), m_counters.end());
+        const std::vector<std::pair<std::uint32_t, std::uint32_t>> counters(m_counters.begin(),
+                                                                            m_counters.end());
         assembler.Counters(counters);
         m_header.nodes = PutAll(assembler, SectionKind::kNodes);
         m_header.lines = PutAll(assembler, SectionKind::kLines);
@@ -66,11 +67,21 @@ private:
                 for (std::size_t at = 0; at + 8 <= section.payload.size(); at += 8)
                     m_counters[WordAt(section.payload, at)] = WordAt(section.payload, at + 4);
                 break;
-            case SectionKind::kNodes: TakeBlocks(section, kNodeBlockSize); break;
-            case SectionKind::kLines: TakeBlocks(section, kLineBlockSize); break;
-            case SectionKind::kPlates: TakeBlocks(section, 0); break;
-            case SectionKind::kHost: TakeHostRecords(section); break;
-            case SectionKind::kData: m_hostData = section.payload; break;
+            case SectionKind::kNodes:
+                TakeBlocks(section, kNodeBlockSize);
+                break;
+            case SectionKind::kLines:
+                TakeBlocks(section, kLineBlockSize);
+                break;
+            case SectionKind::kPlates:
+                TakeBlocks(section, 0);
+                break;
+            case SectionKind::kHost:
+                TakeHostRecords(section);
+                break;
+            case SectionKind::kData:
+                m_hostData = section.payload;
+                break;
         }
     }
 
@@ -87,7 +98,8 @@ private:
             m_components.push_back({stored, rest.substr(0, size)});
             rest.remove_prefix(size);
         }
-        for (std::size_t at = first; rest.size() >= kAttributeRunSize; rest.remove_prefix(kAttributeRunSize)) {
+        for (std::size_t at = first; rest.size() >= kAttributeRunSize;
+             rest.remove_prefix(kAttributeRunSize)) {
             AttributeRun run = RunAt(rest, 0);
             std::uint32_t left = std::exchange(run.count, 1);
             for (; left > 0 && at < m_components.size(); --left) m_components[at++].stored.attributes = run;
@@ -117,7 +129,8 @@ private:
                          [](const Component& a, const Component& b) { return a.stored.id < b.stored.id; });
         std::size_t kept = 0;
         for (std::size_t i = 0; i < m_components.size(); ++i) {
-            const bool last = i + 1 == m_components.size() || m_components[i + 1].stored.id != m_components[i].stored.id;
+            const bool last =
+                i + 1 == m_components.size() || m_components[i + 1].stored.id != m_components[i].stored.id;
             if (last && m_components[i].stored.kind != SectionKind{}) m_components[kept++] = m_components[i];
         }
         m_components.resize(kept);
@@ -127,10 +140,13 @@ private:
         std::vector<const Component*> all;
         for (const Component& component : m_components)
             if (component.stored.kind == kind) all.push_back(&component);
-        const auto typeOf = [&](std::size_t i) { return kind == SectionKind::kHost ? all[i]->stored.id >> 24 : 0; };
+        const auto typeOf = [&](std::size_t i) {
+            return kind == SectionKind::kHost ? all[i]->stored.id >> 24 : 0;
+        };
         for (std::size_t from = 0, to = 0; from < all.size(); from = to) {
             while (to < all.size() && to - from < kMostInSection && typeOf(to) == typeOf(from)) ++to;
-            PutSection(assembler, kind, typeOf(from), {all.begin() + static_cast<std::ptrdiff_t>(from), to - from});
+            PutSection(assembler, kind, typeOf(from),
+                       {all.begin() + static_cast<std::ptrdiff_t>(from), to - from});
         }
         return static_cast<std::uint32_t>(all.size());
     }

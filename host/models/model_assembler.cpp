@@ -8,7 +8,8 @@
 namespace {
 
 bool SameAttributes(const AttributeRun& a, const AttributeRun& b) {
-    return a.storey == b.storey && a.tag == b.tag && a.fem == b.fem && a.zBits == b.zBits && a.status == b.status;
+    return a.storey == b.storey && a.tag == b.tag && a.fem == b.fem && a.zBits == b.zBits &&
+           a.status == b.status;
 }
 
 }  // namespace
@@ -16,14 +17,13 @@ bool SameAttributes(const AttributeRun& a, const AttributeRun& b) {
 AttributeRun AttributesOf(const CGouJianEx& component, SectionKind kind) {
     const std::uint32_t status = component.IsVisable() ? GJ_STATUS_NORMAL : GJ_STATUS_HIDDEN;
     const float z = kind == SectionKind::kNodes ? static_cast<const CGjNetNode&>(component).m_fZ : 0;
-    return {1, component.m_nCeng, component.m_dwTag, component.m_nFEM_ID, std::bit_cast<std::uint32_t>(z), status};
+    return {1,     component.m_nCeng, component.m_dwTag, component.m_nFEM_ID, std::bit_cast<std::uint32_t>(z),
+            status};
 }
 
 void AttributeRuns::Add(const AttributeRun& one) {
-    if (!m_runs.empty() && SameAttributes(m_runs.back(), one))
-        ++m_runs.back().count;
-    else
-        m_runs.push_back(one);
+    if (!m_runs.empty() && SameAttributes(m_runs.back(), one)) ++m_runs.back().count;
+    else m_runs.push_back(one);
 }
 
 std::string AttributeRuns::Bytes() const {
@@ -32,7 +32,8 @@ std::string AttributeRuns::Bytes() const {
     return bytes;
 }
 
-void ModelAssembler::Section(SectionKind kind, std::uint32_t type, std::size_t count, std::string_view payload) {
+void ModelAssembler::Section(SectionKind kind, std::uint32_t type, std::size_t count,
+                             std::string_view payload) {
     m_out(HeadBytes({kind, type, static_cast<std::uint32_t>(count), payload.size(), Crc32(payload)}));
     m_out(payload);
     m_length += kSectionHeadSize + payload.size();
@@ -64,8 +65,8 @@ void ModelAssembler::Complete(ModelHeader& header) const {
     header.fileLength = m_length;
 }
 
-void PutHostRecord(std::string& payload, std::uint32_t number, std::uint32_t id, const AttributeRun& attributes,
-                   std::string_view block) {
+void PutHostRecord(std::string& payload, std::uint32_t number, std::uint32_t id,
+                   const AttributeRun& attributes, std::string_view block) {
     PutWord(payload, number);
     PutWord(payload, id);
     PutWord(payload, static_cast<std::uint32_t>(block.size()));

@@ -12,8 +12,8 @@
 
 class CGouJianEx;
 
-/// What a model file keeps of a component beside its block; a count of 1. A selection belongs to the session: a component
-/// that came back selected could not be taken out of any.
+/// What a model file keeps of a component beside its block; a count of 1. A selection belongs to the session:
+/// a component that came back selected could not be taken out of any.
 AttributeRun AttributesOf(const CGouJianEx& component, SectionKind kind);
 
 /// Attributes of components, neighbours with the same ones put together.
@@ -26,15 +26,17 @@ private:
     std::vector<AttributeRun> m_runs;
 };
 
-/// Hands a model file out piece by piece, from the place behind the header on. The header is known in the end.
+/// Hands a model file out piece by piece, from the place behind the header on. The header is known in the
+/// end.
 class ModelAssembler {
 public:
     using Out = std::function<void(std::string_view)>;
     explicit ModelAssembler(Out out) : m_out(std::move(out)) {}
 
     void Section(SectionKind kind, std::uint32_t type, std::size_t count, std::string_view payload);
-    void Counters(std::span<const std::pair<std::uint32_t, std::uint32_t>> counters);  // type byte, highest number
-    void NoteStorey(int storey);  // of each component
+    void Counters(
+        std::span<const std::pair<std::uint32_t, std::uint32_t>> counters);  // type byte, highest number
+    void NoteStorey(int storey);                                             // of each component
     /// Fills in what the assembler knows: sections, storeys, length.
     void Complete(ModelHeader& header) const;
 
@@ -47,5 +49,5 @@ private:
 };
 
 /// One record of a section of host components.
-void PutHostRecord(std::string& payload, std::uint32_t number, std::uint32_t id, const AttributeRun& attributes,
-                   std::string_view block);
+void PutHostRecord(std::string& payload, std::uint32_t number, std::uint32_t id,
+                   const AttributeRun& attributes, std::string_view block);

@@ -40,7 +40,8 @@ void ModelJournal::StopWatching() {
 
 // ---- the life of a model ------------------------------------------------------------------------------
 
-void ModelJournal::Begin(CGridDataBase& db, const ModelHost& host, const std::string& modelPath, bool unsaved) {
+void ModelJournal::Begin(CGridDataBase& db, const ModelHost& host, const std::string& modelPath,
+                         bool unsaved) {
     StopWatching();
     m_db = &db;
     m_host = &host;
@@ -140,7 +141,9 @@ int ModelJournal::PlaceAt(const std::string& path, bool unsaved) {
 
 // ---- steps --------------------------------------------------------------------------------------------
 
-void ModelJournal::OnChanged(const CGouJianEx& component) { m_touched.push_back(component.get_m_dwGouJianID()); }
+void ModelJournal::OnChanged(const CGouJianEx& component) {
+    m_touched.push_back(component.get_m_dwGouJianID());
+}
 
 void ModelJournal::OnEmptied() {
     m_touched.clear();
@@ -180,7 +183,8 @@ void ModelJournal::NoteSettings() {
 
 int ModelJournal::Append() {
     Told told = m_told;
-    const int error = m_file.Append(Describe(m_emptied || m_baseless ? Scope::kWhole : Scope::kChanges, told), m_sync);
+    const int error =
+        m_file.Append(Describe(m_emptied || m_baseless ? Scope::kWhole : Scope::kChanges, told), m_sync);
     if (error != 0) return error;
     m_told = std::move(told);
     m_baseless = false;
@@ -217,10 +221,8 @@ std::string ModelJournal::Describe(Scope scope, Told& told) {
         std::sort(m_touched.begin(), m_touched.end());
         m_touched.erase(std::unique(m_touched.begin(), m_touched.end()), m_touched.end());
         for (const std::uint32_t id : m_touched) {
-            if (CGouJianEx* component = m_db->FindGouJian(id))
-                Add(step, blocks, *component);
-            else
-                step.changes.push_back({id, {}, 0, {}, 0});
+            if (CGouJianEx* component = m_db->FindGouJian(id)) Add(step, blocks, *component);
+            else step.changes.push_back({id, {}, 0, {}, 0});
         }
     }
     step.blocks = blocks.Bytes();
@@ -231,20 +233,23 @@ void ModelJournal::Add(JournalStep& step, MemoryStream& blocks, CGouJianEx& comp
     const SectionKind kind = KindOf(component);
     if (kind == SectionKind{}) return;  // a file doesn't hold it either
     const std::size_t before = blocks.Size();
-    if (kind == SectionKind::kHost)
-        m_host->Write(component, blocks.Stream());
-    else
-        component.WriteBinary(blocks.Stream());
+    if (kind == SectionKind::kHost) m_host->Write(component, blocks.Stream());
+    else component.WriteBinary(blocks.Stream());
     step.changes.push_back({component.get_m_dwGouJianID(), kind, component.get_m_dwGouJianNO(),
-                            AttributesOf(component, kind), static_cast<std::uint32_t>(blocks.Size() - before)});
+                            AttributesOf(component, kind),
+                            static_cast<std::uint32_t>(blocks.Size() - before)});
 }
 
 SectionKind ModelJournal::KindOf(CGouJianEx& component) {
     switch (component.QueryBasicType()) {
-        case kBasicNode: return SectionKind::kNodes;
-        case kBasicLine: return SectionKind::kLines;
-        case kBasicPlate: return SectionKind::kPlates;
-        default: break;
+        case kBasicNode:
+            return SectionKind::kNodes;
+        case kBasicLine:
+            return SectionKind::kLines;
+        case kBasicPlate:
+            return SectionKind::kPlates;
+        default:
+            break;
     }
     signed char& known = m_known[component.get_Gjlx()];
     if (known == 0) known = m_host->Make(component.get_Gjlx()) ? 1 : -1;

@@ -23,17 +23,17 @@ struct JournalTrouble {
     std::string reason;  // what the system says
 };
 
-/// Keeps a journal of a model beside its file, or in the user's state folder while it has no name: from its base (the file as
-/// it was saved last) on, each step, undo and redo as what it left behind, synced. After a crash
-/// RecoverJournal puts the model together again. While the journal lives its file is locked, so that nobody takes it for one
-/// that was left.
+/// Keeps a journal of a model beside its file, or in the user's state folder while it has no name: from its
+/// base (the file as it was saved last) on, each step, undo and redo as what it left behind, synced. After a
+/// crash RecoverJournal puts the model together again. While the journal lives its file is locked, so that
+/// nobody takes it for one that was left.
 ///
-/// The host calls Flush after each event that it has handled. A step that may still grow is written as far as it is,
-/// and again when it has grown. Steps that follow one another within an event are written by themselves: Start, Undo and
-/// Redo of the container see to that.
+/// The host calls Flush after each event that it has handled. A step that may still grow is written as far as
+/// it is, and again when it has grown. Steps that follow one another within an event are written by
+/// themselves: Start, Undo and Redo of the container see to that.
 ///
-/// Nothing here throws. A journal that can't be written is told once (TakeTrouble); each later step tries again, with the
-/// whole model.
+/// Nothing here throws. A journal that can't be written is told once (TakeTrouble); each later step tries
+/// again, with the whole model.
 class ModelJournal final : public CStoreWatcher {
 public:
     ModelJournal() = default;
@@ -43,9 +43,10 @@ public:
     ModelJournal& operator=(const ModelJournal&) = delete;
 
     // --- the life of a model; data base and host are borrowed until Close or the next Begin ---
-    /// Begins for a model that was opened from, saved to, or is to have the file; "" for one without a name. Take `unsaved`
-    /// when the model is not what the file holds, as after a recovery: it is then written whole at once. The journal before
-    /// goes once the new one stands. One that a crash has left at the place is kept as NAME~.
+    /// Begins for a model that was opened from, saved to, or is to have the file; "" for one without a name.
+    /// Take `unsaved` when the model is not what the file holds, as after a recovery: it is then written
+    /// whole at once. The journal before goes once the new one stands. One that a crash has left at the place
+    /// is kept as NAME~.
     void Begin(CGridDataBase& db, const ModelHost& host, const std::string& modelPath, bool unsaved = false);
     /// Writes what has changed. Costs next to nothing when nothing has.
     void Flush();
@@ -96,7 +97,7 @@ private:
     HeldFile m_file;
     std::vector<std::uint32_t> m_touched;  // identities of what has changed since the last step
     bool m_emptied = false;                // the store was emptied since
-    bool m_baseless = false;               // no file and no step to stand on: the next step is of the whole model
+    bool m_baseless = false;  // no file and no step to stand on: the next step is of the whole model
     Told m_told;
     std::array<signed char, 256> m_known{};  // type bytes of the host: 1 made, -1 not, 0 not asked yet
     bool m_sync = true;
