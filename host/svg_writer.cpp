@@ -154,6 +154,77 @@ void AppendCaption(std::string& svg, const Extent& box, double size, const std::
     svg += "</g>\n";
 }
 
+/// How a drawing is laid out, in model units.
+struct Layout {
+    Extent view;             // all of the picture
+    Extent drawing;          // where the grid is
+    Extent box;              // above the caption, and as wide
+    double size = 0;         // sets widths and letters
+    double pixel = 0;        // the thinnest line
+    double dot = 0;          // radius of a node
+    double rulerX = 0, rulerY = 0, rulerHeight = 0;  // top left corner, y downwards
+    std::string width, height;                       // as the picture tells them
+    bool clipped = false;                            // a frame about the drawing, and nothing beyond
+};
+
+std::string RectOf(const Extent& e) {
+    return "x=\"" + SvgNumber(e.minX) + "\" y=\"" + SvgNumber(-e.maxY) + "\" width=\"" + SvgNumber(e.Width()) + "\" height=\"" +
+           SvgNumber(e.Height()) + "\"";
+}
+
+std::string Compose(CTvoHostDataBase& db, PictureContent& content, const Layout& layout, const std::string& caption) {
+    const Extent& view = layout.view;
+    std::string svg = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"" +
+                      SvgNumber(view.minX) + " " + SvgNumber(-view.maxY) + " " + SvgNumber(view.Width()) + " " + SvgNumber(view.Height()) +
+                      "\" width=\"" + layout.width + "\" height=\"" + layout.height + "\">\n";
+    if (!caption.empty()) svg += "<title>" + SvgEscaped(caption) + "</title>\n";
+    svg += "<rect " + RectOf(view) + " fill=\"white\"/>\n";
+    if (layout.clipped)
+        svg += "<clipPath id=\"frame\"><rect " + RectOf(layout.drawing) + "/></clipPath>\n<g clip-path=\"url(#frame)\">\n";
+    AppendGround(svg, db, layout.drawing, layout.size);
+    GraphSvg graphs(svg, layout.pixel);
+    AppendClouds(svg, content.fields);
+    AppendComponents(svg, graphs, "below", content.below);
+    svg += "<g id=\"lines\" fill=\"none\" stroke=\"" + IndexColorText(kPaperLineColor) + "\" stroke-width=\"" +
+           SvgNumber(layout.size / 1200) + "\" stroke-linecap=\"round\">\n";
+    for (const CGjNetLine* line : content.lines) AppendLine(svg, *line);
+    svg += "</g>\n";
+    AppendComponents(svg, graphs, "above", content.above);
+    svg += "<g id=\"nodes\" fill=\"" + IndexColorText(kPaperNodeColor) + "\">\n";
+    for (const CGjNetNode* node : content.nodes)
+        if (std::isfinite(node->m_fX) && std::isfinite(node->m_fY))
+            svg += "<circle cx=\"" + SvgNumber(node->m_fX) + "\" cy=\"" + SvgNumber(-node->m_fY) + "\" r=\"" + SvgNumber(layout.dot) + "\"/>\n";
+    svg += "</g>\n";
+    AppendFieldLists(svg, content.fields, layout.pixel);
+    if (layout.clipped)
+        svg += "</g>\n<rect " + RectOf(layout.drawing) + " fill=\"none\" stroke=\"#333333\" stroke-width=\"" +
+               SvgNumber(layout.size / 1200) + "\"/>\n";
+    AppendRuler(svg, content.fields, layout.rulerX, layout.rulerY, layout.rulerHeight);
+    AppendCaption(svg, layout.box, layout.size, caption);
+    return svg + "</svg>\n";
+}
+
+// ---- sheets of paper ------------------------------------------------------------------------------
+
+constexpr double kSheetSize = 300;    // mm; what hangs on the size comes out as on a picture so large: lines of 0.25 mm
+constexpr double kThinnest = 0.18;    // mm
+constexpr double kSheetRuler = 100;   // mm, height of the ruler of fields
+constexpr double kRulerGap = 5;       // mm
+
+double SheetRuler(const SvgSheet& sheet) {
+    return std::clamp(sheet.height - 2 * sheet.margin - SvgSheet::kFooter, 0.0, kSheetRuler);
+}
+
+double RulerStrip(const std::vector<CGjChang*>& fields, const SvgSheet& sheet) {
+    const double width = RulerWidth(fields, SheetRuler(sheet));
+    return width > 0 ? width + kRulerGap : 0;
+}
+
+Extent RoomOn(const SvgSheet& sheet, double strip) {
+    const double m = sheet.margin;
+    return {m + strip, m + SvgSheet::kFooter, std::max(sheet.width - m, m + strip + 1), std::max(sheet.height - m, m + SvgSheet::kFooter + 1)};
+}
+
 }  // namespace
 
 std::string SvgOfNet(CTvoHostDataBase& db, const std::string& caption) {
@@ -161,38 +232,47 @@ std::string SvgOfNet(CTvoHostDataBase& db, const std::string& caption) {
     const Extent box = content.extent.IsEmpty() ? Extent{0, 0, 1000, 1000} : content.extent;
     // The drawing's size sets all widths. A single node still gets a visible surrounding.
     const double size = std::max({box.Width(), box.Height(), 100.0});
+    Layout layout;
+    layout.box = box;
+    layout.size = size;
     Extent view = box;
     view.Grow(size / 25);
-    Extent drawing = view;
-    drawing.minY = box.minY - size / 125;  // the caption is below
+    layout.drawing = view;
+    layout.drawing.minY = box.minY - size / 125;  // the caption is below
     view.minY -= size / 25;  // room for the caption
-    const double rulerHeight = std::min(view.Height() - size / 25, kRulerPixels / kWidthInPixels * size);
-    const double rulerWidth = RulerWidth(content.fields, rulerHeight);
-    view.minX -= rulerWidth;
-    const double dot = std::min(size / 350, 200.0);
+    layout.rulerHeight = std::min(view.Height() - size / 25, kRulerPixels / kWidthInPixels * size);
+    view.minX -= RulerWidth(content.fields, layout.rulerHeight);
+    layout.view = view;
+    layout.rulerX = view.minX + size / 50;
+    layout.rulerY = -view.maxY + size / 50;
+    layout.pixel = view.Width() / kWidthInPixels;
+    layout.dot = std::min(size / 350, 200.0);
+    layout.width = SvgNumber(kWidthInPixels);
+    layout.height = SvgNumber(std::round(kWidthInPixels * view.Height() / view.Width()));
+    return Compose(db, content, layout, caption);
+}
 
-    std::string svg = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"" +
-                      SvgNumber(view.minX) + " " + SvgNumber(-view.maxY) + " " + SvgNumber(view.Width()) + " " + SvgNumber(view.Height()) +
-                      "\" width=\"" + SvgNumber(kWidthInPixels) + "\" height=\"" + SvgNumber(std::round(kWidthInPixels * view.Height() / view.Width())) + "\">\n";
-    if (!caption.empty()) svg += "<title>" + SvgEscaped(caption) + "</title>\n";
-    svg += "<rect x=\"" + SvgNumber(view.minX) + "\" y=\"" + SvgNumber(-view.maxY) + "\" width=\"" + SvgNumber(view.Width()) +
-           "\" height=\"" + SvgNumber(view.Height()) + "\" fill=\"white\"/>\n";
-    AppendGround(svg, db, drawing, size);
-    GraphSvg graphs(svg, view.Width() / kWidthInPixels);
-    AppendClouds(svg, content.fields);
-    AppendComponents(svg, graphs, "below", content.below);
-    svg += "<g id=\"lines\" fill=\"none\" stroke=\"" + IndexColorText(kPaperLineColor) + "\" stroke-width=\"" +
-           SvgNumber(size / 1200) + "\" stroke-linecap=\"round\">\n";
-    for (const CGjNetLine* line : content.lines) AppendLine(svg, *line);
-    svg += "</g>\n";
-    AppendComponents(svg, graphs, "above", content.above);
-    svg += "<g id=\"nodes\" fill=\"" + IndexColorText(kPaperNodeColor) + "\">\n";
-    for (const CGjNetNode* node : content.nodes)
-        if (std::isfinite(node->m_fX) && std::isfinite(node->m_fY))
-            svg += "<circle cx=\"" + SvgNumber(node->m_fX) + "\" cy=\"" + SvgNumber(-node->m_fY) + "\" r=\"" + SvgNumber(dot) + "\"/>\n";
-    svg += "</g>\n";
-    AppendFieldLists(svg, content.fields, view.Width() / kWidthInPixels);
-    AppendRuler(svg, content.fields, view.minX + size / 50, -view.maxY + size / 50, rulerHeight);
-    AppendCaption(svg, box, size, caption);
-    return svg + "</svg>\n";
+Extent DrawingOnSheet(CTvoHostDataBase& db, const SvgSheet& sheet) { return RoomOn(sheet, RulerStrip(ShownFields(db), sheet)); }
+
+std::string SvgOfSheet(CTvoHostDataBase& db, const SvgSheet& sheet, const std::string& caption) {
+    PictureContent content = ContentOfPicture(db);
+    const double unit = sheet.unitsPerMillimetre;
+    const Extent room = RoomOn(sheet, RulerStrip(content.fields, sheet));
+    // The sheet's lower left corner in the model.
+    const double left = sheet.x - (room.minX + room.maxX) / 2 * unit, bottom = sheet.y - (room.minY + room.maxY) / 2 * unit;
+    Layout layout;
+    layout.view = {left, bottom, left + sheet.width * unit, bottom + sheet.height * unit};
+    layout.drawing = {left + room.minX * unit, bottom + room.minY * unit, left + room.maxX * unit, bottom + room.maxY * unit};
+    layout.box = layout.drawing;
+    layout.box.minX = left + sheet.margin * unit;
+    layout.size = kSheetSize * unit;
+    layout.pixel = kThinnest * unit;
+    layout.dot = 0.6 * unit;
+    layout.rulerX = left + sheet.margin * unit;
+    layout.rulerY = -layout.drawing.maxY;
+    layout.rulerHeight = SheetRuler(sheet) * unit;
+    layout.width = SvgNumber(sheet.width) + "mm";
+    layout.height = SvgNumber(sheet.height) + "mm";
+    layout.clipped = true;
+    return Compose(db, content, layout, caption);
 }
