@@ -101,11 +101,16 @@ public:
         m_form.m_name = "field-look";
         m_form.m_title = "场设置";
         std::vector<std::string> titles;
-        for (const CGjChang* field : m_fields) titles.push_back(FieldTitle(*field));
+        int most = 1;  // values of any of them
+        for (const CGjChang* field : m_fields) {
+            titles.push_back(FieldTitle(*field));
+            m_values.push_back(ValuesInUse(*field->m_pChang));
+            most = std::max(most, m_values.back());
+        }
         const auto at = std::find(m_fields.begin(), m_fields.end(), first) - m_fields.begin();
         m_form.m_fields = {
             {Kind::kChoice, "field", "场", std::to_string(at), titles},
-            {Kind::kChoice, "value", "显示哪个值", "0", {}},
+            {Kind::kChoice, "value", "显示哪个值", "0", ValueNames(most)},
             {Kind::kChoice, "display", "图形", "0", {"云图", "等值线", "数字"}},
             {Kind::kChoice,
              "scheme",
@@ -150,8 +155,6 @@ private:
     /// Another field was chosen: its own look is what is proposed.
     void Propose(const CGjChang& field) {
         const auto set = [&](const char* name, const std::string& value) { m_form.SetValue(name, value); };
-        for (DialogField& asked : m_form.m_fields)
-            if (asked.m_name == "value") asked.m_choices = ValueNames(ValuesInUse(*field.m_pChang));
         set("value", std::to_string(std::clamp(field.m_pChang->m_nValue, 0, CChang::kValues - 1)));
         set("display", std::to_string(std::clamp<int>(field.m_nDisplay, 0, 2)));
         set("scheme", std::to_string(std::clamp(field.m_nColorScheme, 1, 5) - 1));
@@ -167,7 +170,8 @@ private:
         const int chosen = Choice("field");
         CGjChang& field = *m_fields[static_cast<std::size_t>(chosen)];
         if (std::exchange(m_proposed, chosen) != chosen) Propose(field);
-        if (!Among("value", static_cast<std::size_t>(ValuesInUse(*field.m_pChang)))) return "没有这个值";
+        if (!Among("value", static_cast<std::size_t>(m_values[static_cast<std::size_t>(chosen)])))
+            return "没有这个值";
         if (!Among("display", 3)) return "没有这种图形";
         if (!Among("scheme", 5)) return "没有这种色标";
         if (std::string wrong = CheckNumber(m_form.Value("scale"), "数值乘以", -kLargestScale, kLargestScale);
@@ -180,6 +184,7 @@ private:
 
     CTvoHostDataBase& m_db;           // borrowed
     std::vector<CGjChang*> m_fields;  // borrowed
+    std::vector<int> m_values;        // how many each has
     DialogForm m_form;
     int m_proposed = -1;  // whose look stands in the form
 };
