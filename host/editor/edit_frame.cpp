@@ -54,6 +54,8 @@ void CEditFrame::InvokeCommand(int id, int arg) {
     }
 }
 
+void CEditFrame::SetSnapOption() { AskSnapSwitches(View()); }
+
 void CEditFrame::Start(CDtWorkEx* command) {
     command->m_pView = &View();
     command->m_pDataBase = &m_db;

@@ -17,7 +17,7 @@ constexpr EditorCommand kCommands[] = {
     {kBase + 2, "设置", "捕捉角度设置", "SnapAngles", "角度捕捉的十个方向",
      [](CEditFrame& frame) { AskSnapAngles(frame.View()); }},
     {kBase + 3, "设置", "捕捉总信息", "SnapSettings", "显示和捕捉的开关, 靶标大小",
-     [](CEditFrame& frame) { AskSnapSwitches(frame.View()); }},
+     [](CEditFrame& frame) { frame.SetSnapOption(); }},
     {kBase + 4, "设置", "步长设置", "Steps", "键盘步长和背景网格",
      [](CEditFrame& frame) { AskSteps(frame.DataBase(), frame.View()); }},
 };
