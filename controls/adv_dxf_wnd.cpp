@@ -53,7 +53,9 @@ void CAdvDxfWnd::OnDraw(CDC* dc) {
             dc->Polyline(tick, 3);
         }
         CBrush color(GetAcadRGBColor(layer.m_nColor));
-        dc->FillRect(CRect(22, top + 6, 30, top + 14), &color);
+        const CRect sample(21, top + 5, 31, top + 15);
+        dc->FillRect(sample, &color);
+        dc->FrameRect(&sample, &line);
         const CString count(std::to_string(layer.m_nCount));
         CRect number(place.right - 8 - dc->GetTextExtent(count).cx, top, place.right - 8, top + kRowHeight);
         CRect name(35, top, number.left - 6, top + kRowHeight);

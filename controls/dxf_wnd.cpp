@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <map>
 #include <string>
 #include <utility>
 
@@ -51,17 +50,17 @@ void CDxfWnd::SetDrawing(const DXF* drawing) {
 void CDxfWnd::TakeOver() {
     m_layers.clear();
     m_items.clear();
+    m_mapRow.clear();
     m_bDrag = false;
     if (!m_drawing) return;
-    std::map<std::string, std::size_t> rows;
     for (const DxfLayerSummary& layer : SummarizeLayers(*m_drawing)) {
-        rows.emplace(Folded(layer.m_strName), m_layers.size());
+        m_mapRow.emplace(Folded(layer.m_strName), m_layers.size());
         const auto count = layer.m_nLine + layer.m_nPolyline + layer.m_nArc + layer.m_nCircle + layer.m_nOther;
         m_layers.push_back({CString(layer.m_strName), count, 7, !layer.m_bOff && !layer.m_bFrozen});
     }
     std::map<const DxfLayer*, std::size_t> rowOf;  // only looked up
     for (const DxfLayer& layer : m_drawing->GetLayers())
-        if (const auto found = rows.find(Folded(layer.m_strName)); found != rows.end()) {
+        if (const auto found = m_mapRow.find(Folded(layer.m_strName)); found != m_mapRow.end()) {
             rowOf[&layer] = found->second;
             if (layer.m_bInTable) m_layers[found->second].m_nColor = std::clamp(layer.m_nColor, 1, 255);
         }
@@ -82,11 +81,8 @@ void CDxfWnd::TakeOver() {
 // ---- layers -----------------------------------------------------------------------------------------------
 
 std::size_t CDxfWnd::LayerOf(const CString& name) const {
-    const std::string wanted = Folded(name.GetString());
-    const auto found = std::find_if(m_layers.begin(), m_layers.end(), [&](const CDxfLayerSwitch& layer) {
-        return Folded(layer.m_strName.GetString()) == wanted;
-    });
-    return static_cast<std::size_t>(found - m_layers.begin());
+    const auto found = m_mapRow.find(Folded(name.GetString()));
+    return found == m_mapRow.end() ? m_layers.size() : found->second;
 }
 
 BOOL CDxfWnd::SetLayerShown(const CString& name, bool shown) {

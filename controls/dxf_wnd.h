@@ -1,7 +1,9 @@
 // CDxfWnd: a drawing to look at.
 #pragma once
 #include <cstdint>
+#include <map>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "platform/canvas/dc.h"
@@ -78,6 +80,7 @@ private:
     const DXF* m_drawing = nullptr;  // borrowed, or the one below
     std::unique_ptr<DXF> m_own;
     std::vector<CDxfLayerSwitch> m_layers;
+    std::map<std::string, std::size_t> m_mapRow;  // of the layers, by name in small letters
     std::vector<Item> m_items;
     double m_minX = 0, m_minY = 0, m_maxX = 0, m_maxY = 0;  // of all items
     double m_scale = 0, m_left = 0, m_top = 0;  // pixels a unit; the drawing's point in the corner of its place

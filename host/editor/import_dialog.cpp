@@ -10,10 +10,10 @@
 #include <set>
 #include <vector>
 
+#include "controls/dxf_wnd.h"
 #include "fields/dxf_import.h"
 #include "host/drawing.h"
 #include "host/editor/document.h"
-#include "host/editor/drawing_preview.h"
 #include "host/editor/edit_frame.h"
 #include "host/editor/list_window.h"
 #include "host/import_job.h"
@@ -116,7 +116,9 @@ struct Choice {
 /// Shows the dialog; false for a cancel.
 bool AskLayers(CEditFrame& frame, const std::string& path, const DXF& drawing, const std::vector<DxfLayerSummary>& rows, Choice& choice) {
     const Unit* const unit = UnitOf(drawing.GetHeader().m_nInsUnits);
-    DrawingPreview preview(drawing);
+    CDxfWnd preview;  // what will not come is faint
+    preview.SetDrawing(&drawing);
+    preview.SetHiddenDimmed(true);
     DialogForm form;
     form.m_name = "import";
     form.m_title = "DXF 输入: " + std::filesystem::path(path).filename().string();
@@ -133,7 +135,9 @@ bool AskLayers(CEditFrame& frame, const std::string& path, const DXF& drawing, c
     form.m_preview = &preview;
     form.m_check = [&](DialogForm& f) -> std::string {
         const auto layers = Ticked(drawing, rows, f.Value("layers"));
-        preview.Choose({layers.begin(), layers.end()});
+        const std::string shown = f.Value("layers");
+        for (std::size_t i = 0; i < rows.size(); ++i)
+            preview.SetLayerShown(CString(rows[i].m_strName), i < shown.size() && shown[i] == '1');
         double scale = 0;
         if (layers.empty()) return "请勾选图层";
         return ReadScale(f.Value("scale"), scale) ? "" : "比例应是 1e-9 到 1e9 的数";
