@@ -16,6 +16,8 @@
 #include "host/failure.h"
 #include "host/glyphs/freetype_glyph_source.h"
 #include "host/host_data_base.h"
+#include "host/settings/profile_settings.h"
+#include "host/settings/settings_file.h"
 #include "host/window_module.h"
 
 namespace {
@@ -82,8 +84,14 @@ CRect PlaceOf(const std::string& size) {
 
 int RunEditor(const EditOptions& options) {
     const CRect place = PlaceOf(options.size);
+    SettingsFile settings;
+    LoadProfile(settings);
     Measure measure;
     TvoQtOptions window;
+    window.m_readSetting = [&](const std::string& path, const std::string& name) { return settings.Read(path, name); };
+    window.m_writeSetting = [&](const std::string& path, const std::string& name, const std::string& value) {
+        settings.Write(path, name, value);
+    };
     if (options.measure) {
         window.m_firstPicture = [&] { measure.FirstPicture(); };
         window.m_moveShown = [&](long long microseconds) { measure.Move(microseconds); };
@@ -95,10 +103,12 @@ int RunEditor(const EditOptions& options) {
         CTvoHostDataBase db;
         CEditFrame frame(db);
         frame.Open(place, options.file);
+        for (const std::string& message : settings.TakeMessages()) frame.Tell(message);
         if (!options.record.empty()) frame.StartRecording(options.record, options.file.empty());
         if (options.measure) measure.Opened();
         status = module.System().RunLoop();
     }
+    SaveProfile(settings);
     measure.Tell();
     return status;
 }

@@ -101,7 +101,9 @@ private:
 class QtEditLinePeer : public QtPeer {
 public:
     QtEditLinePeer(CQtWindowSystem& system, CWnd& window, CWnd* parent, QtEditLine* line)
-        : QtPeer(system, window, parent, WindowKind::kEditLine, line) {}
+        : QtPeer(system, window, parent, WindowKind::kEditLine, line) {
+        Line().setPalette(EditPalette());
+    }
 
     std::string Text() const override { return m_widget ? FromQt(Line().text()) : std::string(); }
     void SetText(const std::string& text) override {
@@ -118,6 +120,10 @@ public:
         QFont font = Line().font();
         font.setPixelSize(std::clamp(m_place.Height() - 4, 8, 14));
         Line().setFont(font);
+    }
+
+    void Recolour() override {
+        if (m_widget) Line().setPalette(EditPalette());
     }
 
 private:

@@ -68,7 +68,9 @@ protected:
 class QtEditLogPeer : public QtPeer {
 public:
     QtEditLogPeer(CQtWindowSystem& system, CWnd& window, CWnd* parent, QtEditLog* log)
-        : QtPeer(system, window, parent, WindowKind::kEditLog, log) {}
+        : QtPeer(system, window, parent, WindowKind::kEditLog, log) {
+        Log().setPalette(EditPalette());
+    }
 
     /// Text that goes on from what stands is put behind it, so that a selection stays.
     void SetText(const std::string& text) override {
@@ -88,6 +90,10 @@ public:
 
     void ScrollToEnd() override {
         if (m_widget) Log().verticalScrollBar()->setValue(Log().verticalScrollBar()->maximum());
+    }
+
+    void Recolour() override {
+        if (m_widget) Log().setPalette(EditPalette());
     }
 
 private:

@@ -7,6 +7,7 @@
 #include <QToolTip>
 #include <algorithm>
 
+#include "platform/canvas/system_metrics.h"
 #include "platform/qt/qt_cursors.h"
 
 namespace {
@@ -34,6 +35,19 @@ QtPeer::~QtPeer() {
 
 QtPeer* QtPeer::Of(const QWidget* widget) {
     return widget ? static_cast<QtPeer*>(widget->property(kPeerProperty).value<void*>()) : nullptr;
+}
+
+QPalette EditPalette() {
+    const auto role = [](int index) {
+        const COLORREF color = GetSysColor(index);
+        return QColor(static_cast<int>(color & 0xFF), static_cast<int>(color >> 8 & 0xFF), static_cast<int>(color >> 16 & 0xFF));
+    };
+    QPalette palette = QGuiApplication::palette();
+    palette.setColor(QPalette::Base, role(COLOR_WINDOW));
+    palette.setColor(QPalette::Text, role(COLOR_WINDOWTEXT));
+    palette.setColor(QPalette::Highlight, role(COLOR_HIGHLIGHT));
+    palette.setColor(QPalette::HighlightedText, role(COLOR_HIGHLIGHTTEXT));
+    return palette;
 }
 
 // ---- place ------------------------------------------------------------------------------------------------

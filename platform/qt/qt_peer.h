@@ -1,5 +1,6 @@
 // QtPeer: the screen's side of one window.
 #pragma once
+#include <QPalette>
 #include <QPointer>
 #include <QWidget>
 #include <map>
@@ -35,6 +36,7 @@ public:
     void ShowAtFirst();    // a window of its own comes to the screen with its first picture
     void UserResized();    // a window of its own has another size
     void UserMoved();
+    virtual void Recolour() { m_window.Invalidate(); }  // the palette is another now
 
     QWidget* Widget() const { return m_widget; }
     CWnd& Window() { return m_window; }
@@ -55,6 +57,9 @@ private:
     HCURSOR m_cursor = 0;
     bool m_waitsForPicture = false;
 };
+
+/// The colours of an edit control: those of the panes about it.
+QPalette EditPalette();
 
 // The peers that windows get
 std::unique_ptr<QtPeer> MakeCanvasPeer(CQtWindowSystem& system, CWnd& window, CWnd* parent, WindowKind kind, QWidget* in);

@@ -7,6 +7,7 @@
 
 #include <QClipboard>
 #include <QFileDialog>
+#include <QLibraryInfo>
 #include <QMessageBox>
 #include <QScreen>
 #include <QSocketNotifier>
@@ -86,6 +87,9 @@ QtApplicationHolder::QtApplicationHolder(int* argc, char** argv) {
     QGuiApplication::setQuitOnLastWindowClosed(false);  // the frames are counted here
     m_application = std::make_unique<QApplication>(*argc, argv);
     qInstallMessageHandler(before);
+    // The words of the toolkit's own dialogs; without the file they stay English.
+    if (m_translator.load(QStringLiteral("qtbase_zh_CN"), QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QCoreApplication::installTranslator(&m_translator);
 }
 
 QtApplicationHolder::~QtApplicationHolder() {
@@ -195,7 +199,7 @@ bool CQtWindowSystem::Hook::eventFilter(QObject*, QEvent* event) {
 
 void CQtWindowSystem::PaletteChanged() {
     for (QWidget* const widget : QApplication::allWidgets())
-        if (QtPeer* const peer = QtPeer::Of(widget)) peer->Window().Invalidate();
+        if (QtPeer* const peer = QtPeer::Of(widget)) peer->Recolour();
 }
 
 std::optional<std::string> CQtWindowSystem::ReadSetting(const std::string& path, const std::string& name) {

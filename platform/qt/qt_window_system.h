@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QObject>
 #include <QPointer>
+#include <QTranslator>
 #include <memory>
 #include <optional>
 #include <string>
@@ -21,6 +22,7 @@ protected:
     ~QtApplicationHolder();
 
     std::unique_ptr<QApplication> m_application;
+    QTranslator m_translator;
 };
 
 /// The system on a screen. It shows pictures and hands over events; every decision is the library's.
