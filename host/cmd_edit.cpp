@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "host/commands.h"
+#include "host/editor/document.h"
 #include "host/editor/edit_frame.h"
 #include "host/failure.h"
 #include "host/glyphs/freetype_glyph_source.h"
@@ -104,7 +105,9 @@ int RunEditor(const EditOptions& options) {
         CEditFrame frame(db);
         frame.Open(place, options.file);
         for (const std::string& message : settings.TakeMessages()) frame.Tell(message);
-        if (!options.record.empty()) frame.StartRecording(options.record, options.file.empty());
+        frame.Document().KeepJournal();
+        const bool bare = frame.Document().Path().empty() && !frame.Document().IsModified();
+        if (!options.record.empty()) frame.StartRecording(options.record, bare);
         if (options.measure) measure.Opened();
         status = module.System().RunLoop();
     }

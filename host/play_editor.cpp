@@ -3,6 +3,7 @@
 #include <memory>
 #include <utility>
 
+#include "host/editor/document.h"
 #include "host/editor/edit_frame.h"
 #include "host/file_output.h"
 #include "host/json_text.h"
@@ -94,6 +95,8 @@ void Close(PlaySession& session, const Words&) {
     PrintJsonLine(session.m_out, {{"type", "close"}, {"closed", !frame.IsWindow()}});
 }
 
+void Journal(PlaySession& session, const Words&) { session.Editor().Document().KeepJournal(); }
+
 void Drop(PlaySession& session, const Words& words) {
     session.m_system.DeliverDrop(session.Editor().View(), {words.begin() + 1, words.end()});
 }
@@ -163,6 +166,7 @@ constexpr PlayEvent kEvents[] = {
     {"clipboard", "TEXT", 1, 1, Clipboard, "what the clipboard holds"},
     {"ticks", "N ...", 1, -1, Ticks, "by how much the clock goes on at each of its next readings"},
     {"advance", "MS", 1, 1, Advance, "the clock goes on; timers that are due fire"},
+    {"journal", "", 0, 0, Journal, "keeps a journal from now on, as tvo edit does, and offers what a crash has left"},
     {"drop", "FILE ...", 1, -1, Drop, "files are dropped on the view"},
     {"close", "", 0, 0, Close, "the user closes the editor; prints whether it went"},
     {"windows", "", 0, 0, Windows, "prints the title and the other windows that are open"},

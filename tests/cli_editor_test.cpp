@@ -1,6 +1,7 @@
 // The whole editor, played by tvo play as somebody would use it.
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <filesystem>
 #include <nlohmann/json.hpp>
 #include <string>
@@ -213,6 +214,31 @@ TEST(Editor, ExportsADrawing) {
                               "answer export 0\npath /nowhere/out.dxf\ntype DXF输出 \n", folder.Path());
     EXPECT_NE(ReadWholeFile(folder.File("out.dxf")).find("AC1015"), std::string::npos);
     EXPECT_EQ(Of(lines, "message").size(), 1u);
+}
+
+// A script that ends without closing the editor leaves what a crash leaves.
+TEST(Editor, OffersWhatACrashHasLeft) {
+    const ScratchFolder folder;
+    ::setenv("XDG_STATE_HOME", folder.File("state").c_str(), 1);
+    const std::string file = folder.File("kept.tvo");
+    const std::string draw = "type Rect 0,0 6000,4000 \ntype FormPlates \ntype Line 3000,0 3000,4000 \ntype u \n";
+    const std::string drawn = DumpAfter(kNew + draw);
+
+    Played(std::string(kNew) + "journal\n" + draw);  // without a name
+    EXPECT_EQ(DumpAfter("editor\nanswer leftovers 0 model=0\njournal\n"), drawn) << "recovered, and left again";
+    EXPECT_EQ(DumpAfter("editor\nanswer leftovers 0 model=0\njournal\npath " + file + "\ntype Save \n"), drawn);
+    EXPECT_EQ(Last(Played("editor\nanswer leftovers 0\njournal\nwindows\nclose\n"), "windows")["title"], "未命名 - TvoBase")
+        << "once it is saved there is nothing to offer";
+
+    const std::string edit = "type Line 0,9000 6000,9000 \n";
+    Played("editor 900 600 " + file + "\njournal\n" + edit);  // with a file
+    const std::string edited = DumpAfter("editor 900 600 " + file + "\n" + edit);
+    EXPECT_EQ(DumpAfter("editor 900 600 " + file + "\nanswer recover 0\njournal\n"), edited);
+    EXPECT_EQ(DumpAfter("editor\njournal\nanswer recover 0\npath " + file + "\ntype Open \n"), edited);
+    const auto refused = Played("editor 900 600 " + file + "\njournal\nwindows\nclose\n");
+    EXPECT_EQ(Last(refused, "windows")["title"], "kept.tvo - TvoBase");
+    EXPECT_EQ(Last(refused, "close")["closed"], true);
+    ::unsetenv("XDG_STATE_HOME");
 }
 
 }  // namespace

@@ -127,6 +127,7 @@ bool EditorDocument::StartEmpty() {
     EmptyModel(m_frame.DataBase());
     m_frame.DataBase().GetContain().SetModifiedFlag(0);
     m_path.clear();
+    BeginJournal(false);
     m_frame.ModelReplaced();
     return true;
 }
@@ -136,6 +137,7 @@ void EditorDocument::ShowSample() {
     EmptyModel(m_frame.DataBase());
     DrawSampleNet(m_frame.DataBase());
     m_path.clear();
+    BeginJournal(false);
     m_frame.ModelReplaced();
 }
 
@@ -181,6 +183,7 @@ bool EditorDocument::Open(const std::string& path) {
 }
 
 bool EditorDocument::OpenModelFile(const std::string& path) {
+    if (m_keeping && OfferOf(path)) return true;
     m_frame.LeaveModel();
     std::string remarks;
     try {
@@ -191,6 +194,7 @@ bool EditorDocument::OpenModelFile(const std::string& path) {
     }
     m_path = AbsolutePath(path);
     Remember(m_path);
+    BeginJournal(false);
     m_frame.ModelReplaced();
     m_frame.Tell("已打开 " + m_path);
     if (!remarks.empty()) m_frame.Warn(path + ": " + remarks);
@@ -228,6 +232,7 @@ bool EditorDocument::SaveTo(const std::string& path) {
         const SavedModel saved = SaveModel(path, m_frame.DataBase(), TvoModelHost());
         m_path = path;
         Remember(path);
+        if (m_keeping) m_journal.OnSaved(path);
         m_frame.Tell("已保存 " + path);
         if (saved.leftOut) m_frame.Warn(path + ": " + std::to_string(saved.leftOut) + " 个构件的类型不能保存");
         return true;

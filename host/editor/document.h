@@ -3,13 +3,23 @@
 #include <string>
 #include <vector>
 
+#include "host/models/model_journal.h"
+
 class CEditFrame;
+struct JournalLeftover;
 
 /// Opens and saves the model of a frame and asks the user what has to be asked. Whatever fails is told with file and
 /// reason, and the model stands as it was. Files are replaced whole; the one before is kept as NAME~.
 class EditorDocument {
 public:
     explicit EditorDocument(CEditFrame& frame) : m_frame(frame) {}
+
+    // --- the journal, which outlives a crash; none is kept before KeepJournal
+    /// Keeps one from now on. Offers what a crash has left: of the model that stands, or without a file of any.
+    void KeepJournal();
+    /// Writes what has changed and tells what went wrong. To be called after each event.
+    void FlushJournal();
+    void CloseJournal();  // the session ends in good order
 
     // --- what the user asks for; nothing happens if he cancels
     void New() { StartEmpty(); }
@@ -37,6 +47,10 @@ public:
     static constexpr std::size_t kMostRecent = 10;
 
 private:
+    void BeginJournal(bool unsaved);
+    bool Recover(const JournalLeftover& leftover);
+    bool OfferOf(const std::string& path);
+    void OfferLeftovers();
     bool CanRead(const std::string& path);
     bool OpenModelFile(const std::string& path);
     bool SaveTo(const std::string& path);
@@ -45,6 +59,8 @@ private:
 
     CEditFrame& m_frame;  // borrowed, owns this
     std::string m_path;   // absolute
+    ModelJournal m_journal;
+    bool m_keeping = false;  // a journal
 };
 
 /// Is this the name of a drawing?

@@ -102,6 +102,7 @@ void CEditFrame::ModelChanged() {
 // after the event, it shows.
 void CEditFrame::OnIdle() {
     if (!IsWindow()) return;
+    m_document->FlushJournal();
     const std::string title = m_document->Title();
     if (title == m_title) return;
     m_title = title;
@@ -153,7 +154,9 @@ std::string CEditFrame::NameOf(const CWnd& window) const {
 // ---- the window -------------------------------------------------------------------------------------------
 
 void CEditFrame::OnClose() {
-    if (m_document->MayLeave()) CTvoFrameBase::OnClose();
+    if (!m_document->MayLeave()) return;
+    m_document->CloseJournal();
+    CTvoFrameBase::OnClose();
 }
 
 void CEditFrame::OnDestroy() {
