@@ -20,6 +20,7 @@
 #include "host/settings/profile_settings.h"
 #include "host/settings/settings_file.h"
 #include "host/window_module.h"
+#include "model/profile.h"
 
 namespace {
 
@@ -85,7 +86,7 @@ CRect PlaceOf(const std::string& size) {
 
 int RunEditor(const EditOptions& options) {
     const CRect place = PlaceOf(options.size);
-    SettingsFile settings;
+    SettingsFile settings;  // outlives the windows, which write at their end
     LoadProfile(settings);
     Measure measure;
     TvoQtOptions window;
@@ -97,6 +98,8 @@ int RunEditor(const EditOptions& options) {
         window.m_firstPicture = [&] { measure.FirstPicture(); };
         window.m_moveShown = [&](long long microseconds) { measure.Move(microseconds); };
     }
+    g_cTvoProfile.m_strRegPath = "TvoBase\\";
+    g_cTvoProfile.m_strRegSubKey = "View";
     UseSystemFonts();
     WindowModule module(window);
     int status = kDone;

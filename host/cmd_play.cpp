@@ -6,6 +6,7 @@
 
 #include "host/commands.h"
 #include "host/edit_commands.h"
+#include "host/editor/command_table.h"
 #include "host/play_session.h"
 #include "host/script_reader.h"
 #include "host/window_module.h"
@@ -20,6 +21,7 @@ const char* const kAbout =
 std::string Footer() {
     return std::string(kAbout) + "\n\nEvents:\n" + PlaySession::Help() +
            "\nCommands that are typed (type line, enter), besides Zoom, Z, Pan, P, Undo, U, Redo, Re:\n" + EditCommandHelp() +
+           "\nWith the whole editor these, too:\n" + EditorCommandHelp() +
            "\nPoints are typed as x,y or r<angle, with @ before for relative ones. F3 switches snapping to\n"
            "objects, F4 to angles, F2 to the grid; F5 shows all.\n"
            "\nResults:\n"

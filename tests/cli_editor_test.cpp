@@ -208,6 +208,15 @@ TEST(Editor, ImportsADrawing) {
     EXPECT_EQ(stats[1]["lines"], 1) << "two layers are one undo step";
 }
 
+TEST(Editor, PrintsWhatIsWanted) {
+    const ScratchFolder folder;
+    const auto lines = Played(std::string(kNew) + "type Rect 0,0 20000,10000 \nanswer print 0 paper=1 scale=1:100\npath page\ntype 打印 \nprompt\n"
+                              "answer print 0 scale=none\ntype 打印 \nanswer print 0 part=1\npath /nowhere/page.pdf\ntype 打印 \n", folder.Path());
+    EXPECT_TRUE(ReadWholeFile(folder.File("page.pdf")).starts_with("%PDF"));
+    EXPECT_NE(Last(lines, "prompt")["lines"].back().get<std::string>().find("A3, 1:100"), std::string::npos);
+    EXPECT_EQ(Of(lines, "message").size(), 2u) << "no scale, no folder";
+}
+
 TEST(Editor, ExportsADrawing) {
     const ScratchFolder folder;
     const auto lines = Played(std::string(kNew) + "type Rect 0,0 6000,4000 \nanswer export 0 version=1\npath out\ntype DXF输出 \n"

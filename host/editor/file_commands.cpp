@@ -6,6 +6,7 @@
 #include "host/editor/document.h"
 #include "host/editor/edit_frame.h"
 #include "host/editor/editor_command.h"
+#include "host/editor/print_command.h"
 #include "model/dxf_export.h"
 #include "model/paths.h"
 #include "platform/dialog.h"
@@ -50,6 +51,7 @@ constexpr EditorCommand kCommands[] = {
     {0x30005, "文件", "另存", "SaveAs", "另存为别的文件", [](CEditFrame& frame) { frame.Document().SaveAs(); }},
     {0x30006, "文件", "DXF输入", "DxfIn", "把图纸的图层变成轴网", ImportDrawing},
     {0x30007, "文件", "DXF输出", "DxfOut", "写成 DXF 图纸", ExportDrawing},
+    {0x30008, "文件", "打印", "Print", "打印成 PDF", PrintModel},
 };
 
 }  // namespace
