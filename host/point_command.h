@@ -12,7 +12,8 @@
 /// A command that takes points one after another, each with its prompt, and does one undoable edit.
 class PointCommand : public CDtWorkEx {
 public:
-    PointCommand(const char* name, std::vector<const char*> prompts, CRubberLine* line) : m_prompts(std::move(prompts)) {
+    PointCommand(const char* name, std::vector<const char*> prompts, CRubberLine* line)
+        : m_prompts(std::move(prompts)) {
         m_strName = name;
         m_strPrompt = m_prompts[0];
         m_first = line;

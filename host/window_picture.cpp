@@ -45,7 +45,8 @@ void DrawInto(CDC& dc, const CWindowSystem& system, const CWnd& window, CPoint o
         dc.BitBlt(place.left, place.top, place.Width(), place.Height(), &source, 0, 0, SRCCOPY);
     }
     for (const CWnd* child : system.Windows()) {
-        if (child->GetParent() != &window || child->Kind() == WindowKind::kTool || !child->IsWindowVisible()) continue;
+        if (child->GetParent() != &window || child->Kind() == WindowKind::kTool || !child->IsWindowVisible())
+            continue;
         CPoint corner(0, 0);
         child->ClientToScreen(corner);
         window.ScreenToClient(corner);
@@ -59,7 +60,8 @@ void DrawInto(CDC& dc, const CWindowSystem& system, const CWnd& window, CPoint o
 std::shared_ptr<CSurface> PictureOfWindow(const CWindowSystem& system, const CWnd& window) {
     const CRect client = window.GetClientRect();
     const int density = window.ClientSurface() ? window.ClientSurface()->Density() : 1;
-    auto picture = std::make_shared<CSurface>(std::max(client.Width(), 1), std::max(client.Height(), 1), density);
+    auto picture =
+        std::make_shared<CSurface>(std::max(client.Width(), 1), std::max(client.Height(), 1), density);
     CDC dc(picture);
     DrawInto(dc, system, window, {0, 0});
     return picture;

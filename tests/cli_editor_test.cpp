@@ -16,7 +16,9 @@ using json = nlohmann::json;
 
 constexpr const char* kNew = "editor 1000 700\ntype New \n";
 
-TvoRun Play(const std::string& script, const fs::path& folder = {}) { return RunTvo({"play"}, script, folder); }
+TvoRun Play(const std::string& script, const fs::path& folder = {}) {
+    return RunTvo({"play"}, script, folder);
+}
 
 std::vector<json> Played(const std::string& script, const fs::path& folder = {}) {
     const TvoRun run = Play(script, folder);
@@ -54,11 +56,17 @@ TEST(Editor, StartsWithASampleWhosePlatesShow) {
 }
 
 TEST(Editor, PlatesAreFormedDeletedAndMerged) {
-    const std::string rooms = std::string(kNew) + "type Rect 0,0 6000,4000 \ntype Line 3000,0 3000,4000 \ntype FormPlates \nstat\n";
-    struct { const char* name; const char* script; int lines, plates; } const rows[] = {
+    const std::string rooms =
+        std::string(kNew) + "type Rect 0,0 6000,4000 \ntype Line 3000,0 3000,4000 \ntype FormPlates \nstat\n";
+    struct {
+        const char* name;
+        const char* script;
+        int lines, plates;
+    } const rows[] = {
         {"a plate is deleted", "type 删除板 1000,1000 \nrdown\nrup\nstat\n", 7, 1},
         {"picked twice is not picked", "type 删除板 1000,1000 1000,1000 \nrdown\nrup\nstat\n", 7, 2},
-        {"the next edit at its lines forms it again", "type 删除板 1000,1000 \nrdown\nrup\ntype Line 1500,0 1500,4000 \nstat\n", 10, 3},
+        {"the next edit at its lines forms it again",
+         "type 删除板 1000,1000 \nrdown\nrup\ntype Line 1500,0 1500,4000 \nstat\n", 10, 3},
         {"two become one", "type 合并板 1000,1000 5000,1000 \nrdown\nrup\nstat\n", 4, 1},
         {"one alone stays", "type 合并板 1000,1000 \nrdown\nrup\nstat\n", 7, 2},
         {"beside all plates nothing is picked", "type 合并板 9000,1000 5000,1000 \nrdown\nrup\nstat\n", 7, 2},
@@ -71,30 +79,43 @@ TEST(Editor, PlatesAreFormedDeletedAndMerged) {
         EXPECT_EQ(stats[1]["lines"], row.lines);
         EXPECT_EQ(stats[1]["plates"], row.plates);
         const bool changed = stats[1] != stats[0];
-        EXPECT_EQ(stats[2]["plates"], changed && row.lines != 10 ? 2 : row.lines == 10 ? 1 : 0) << "one undo step";
+        EXPECT_EQ(stats[2]["plates"], changed && row.lines != 10 ? 2
+                                      : row.lines == 10          ? 1
+                                                                 : 0)
+            << "one undo step";
     }
 }
 
 TEST(Editor, ClicksPickPlatesWithoutSnapping) {
-    const auto lines = Played(std::string(kNew) + "type Rect 0,0 6000,4000 \ntype Line 3000,0 3000,4000 \ntype FormPlates \n"
-                              "type Zoom w 0,0 6000,4000 \nstate\ntype 面积\nenter\nldown 300 200\nlup\nprompt\n");
+    const auto lines =
+        Played(std::string(kNew) +
+               "type Rect 0,0 6000,4000 \ntype Line 3000,0 3000,4000 \ntype FormPlates \n"
+               "type Zoom w 0,0 6000,4000 \nstate\ntype 面积\nenter\nldown 300 200\nlup\nprompt\n");
     const auto said = Last(lines, "prompt")["lines"];
-    EXPECT_NE(said.back().get<std::string>().find("面积 = 12.000 m², 周长 = 14.000 m"), std::string::npos) << said.back();
+    EXPECT_NE(said.back().get<std::string>().find("面积 = 12.000 m², 周长 = 14.000 m"), std::string::npos)
+        << said.back();
 }
 
 TEST(Editor, Measures) {
-    struct { const char* typed; const char* said; } const rows[] = {
+    struct {
+        const char* typed;
+        const char* said;
+    } const rows[] = {
         {"坐标 1500,-250 ", "坐标 X = 1500.00, Y = -250.00"},
         {"面积 P 0,0 4000,0 4000,3000 \nrdown", "面积 = 6.000 m², 周长 = 12.000 m"},
         {"面积 9000,9000 ", "此处没有板"},
     };
     for (const auto& row : rows)
-        EXPECT_EQ(Last(Played(std::string(kNew) + "type " + row.typed + "\nprompt\n"), "prompt")["lines"].back(), row.said);
+        EXPECT_EQ(
+            Last(Played(std::string(kNew) + "type " + row.typed + "\nprompt\n"), "prompt")["lines"].back(),
+            row.said);
 }
 
 TEST(Editor, ARowOfTheCheckGoesToItsPlace) {
-    const auto lines = Played(std::string(kNew) + "type Rect 0,0 6000,4000 \ntype Line 3000,0 3000,2500 \ntype 检查 \nwindows\nstate\n"
-                              "window check ldown 50 60\nwindow check lup 50 60\nstate\nwindow check close\nwindows\n");
+    const auto lines =
+        Played(std::string(kNew) +
+               "type Rect 0,0 6000,4000 \ntype Line 3000,0 3000,2500 \ntype 检查 \nwindows\nstate\n"
+               "window check ldown 50 60\nwindow check lup 50 60\nstate\nwindow check close\nwindows\n");
     EXPECT_EQ(Of(lines, "windows")[0]["tools"], json::array({"check"}));
     EXPECT_EQ(Of(lines, "windows")[1]["tools"], json::array());
     const auto states = Of(lines, "state");
@@ -107,9 +128,12 @@ TEST(Editor, ARowOfTheCheckGoesToItsPlace) {
 }
 
 TEST(Editor, TextsAndStoreys) {
-    const auto lines = Played(std::string(kNew) + "answer text \"text=办公室 1\" height=0.6 angle=90\ntype 文字 1000,2000 \ndump texts\n"
-                              "answer text text=a height=99\ntype 文字 \nanswer storey storey=2 only=1\ntype 楼层 \ntype Line 0,0 5000,0 \n"
-                              "dump lines\nanswer storey storey=1.5\ntype 楼层 \n");
+    const auto lines =
+        Played(std::string(kNew) +
+               "answer text \"text=办公室 1\" height=0.6 angle=90\ntype 文字 1000,2000 \ndump texts\n"
+               "answer text text=a height=99\ntype 文字 \nanswer storey storey=2 only=1\ntype 楼层 \ntype "
+               "Line 0,0 5000,0 \n"
+               "dump lines\nanswer storey storey=1.5\ntype 楼层 \n");
     EXPECT_EQ(lines[0]["text"], "办公室 1");
     EXPECT_EQ(lines[0]["height"], 600.0);
     EXPECT_EQ(lines[2]["storey"], 2);
@@ -120,8 +144,11 @@ TEST(Editor, SavesOpensAndRemembers) {
     const ScratchFolder folder;
     const std::string draw = "type Rect 0,0 6000,4000 \ntype FormPlates \n";
     const std::string drawn = DumpAfter(kNew + draw);
-    const auto lines = Played(kNew + draw + "windows\npath 房屋\ntype 保存 \nwindows\ntype Line 9000,0 9000,4000 \nwindows\ntype u \n"
-                              "type Save \ntype New \nstat\nanswer recent 0 file=0\ntype 最近 \nwindows\nstat\n", folder.Path());
+    const auto lines =
+        Played(kNew + draw +
+                   "windows\npath 房屋\ntype 保存 \nwindows\ntype Line 9000,0 9000,4000 \nwindows\ntype u \n"
+                   "type Save \ntype New \nstat\nanswer recent 0 file=0\ntype 最近 \nwindows\nstat\n",
+               folder.Path());
     EXPECT_TRUE(fs::exists(folder.Path() / "房屋.tvo"));
     const auto titles = Of(lines, "windows");
     EXPECT_EQ(titles[0]["title"], "未命名* - TvoBase");
@@ -137,7 +164,11 @@ TEST(Editor, SavesOpensAndRemembers) {
 
 TEST(Editor, AsksBeforeAModelGoes) {
     const std::string changed = std::string(kNew) + "type Line 0,0 5000,0 \n";
-    struct { const char* name; const char* answers; bool closes, saved; } const rows[] = {
+    struct {
+        const char* name;
+        const char* answers;
+        bool closes, saved;
+    } const rows[] = {
         {"saved", "answer unsaved 0\npath kept.tvo\n", true, true},
         {"saved to nowhere", "answer unsaved 0\npath cancel\n", false, false},
         {"saved where it can't be", "answer unsaved 0\npath /nowhere/kept.tvo\n", false, false},
@@ -164,10 +195,12 @@ TEST(Editor, BadFilesLeaveTheModel) {
     fs::create_directory(folder.Path() / "folder.tvo");
     const std::string draw = std::string(kNew) + "type Rect 0,0 6000,4000 \n";
     const std::string before = DumpAfter(draw);
-    for (const char* name : {"rubbish.tvo", "missing.tvo", "folder.tvo", "rubbish.dxf", "missing.dxf", "empty.dxf"}) {
+    for (const char* name :
+         {"rubbish.tvo", "missing.tvo", "folder.tvo", "rubbish.dxf", "missing.dxf", "empty.dxf"}) {
         SCOPED_TRACE(name);
         const std::string file = folder.File(name);
-        for (const std::string& way : {"path " + file + "\nanswer unsaved 1\ntype 打开 \n", "answer unsaved 1\ndrop " + file + "\n"}) {
+        for (const std::string& way :
+             {"path " + file + "\nanswer unsaved 1\ntype 打开 \n", "answer unsaved 1\ndrop " + file + "\n"}) {
             const TvoRun run = Play(draw + way + "windows\ndump\n");
             ASSERT_EQ(run.status, 0) << run.err;
             const auto lines = run.Json();
@@ -184,7 +217,11 @@ TEST(Editor, ImportsADrawing) {
     const std::string plan = TVO_SOURCE_DIR "/examples/office_plan.dxf";
     const auto run = RunTvo({"import", plan, "--layer", "轴线", "--json"}).Json()[0];
     // Rows of the dialog in the drawing's order: 轴线 is the first.
-    struct { const char* name; const char* answer; bool taken; } const rows[] = {
+    struct {
+        const char* name;
+        const char* answer;
+        bool taken;
+    } const rows[] = {
         {"into a new model", "answer import 0 layers=1000000 target=0", true},
         {"without plates", "answer import 0 layers=1000000 target=0 plates=0", true},
         {"no layer ticked", "answer import 0 layers=0000000", false},
@@ -193,25 +230,34 @@ TEST(Editor, ImportsADrawing) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
-        const auto lines = Played("editor\n" + std::string(row.answer) + "\npath " + plan + "\ntype DXF输入 \nstat\nwindows\n");
+        const auto lines = Played("editor\n" + std::string(row.answer) + "\npath " + plan +
+                                  "\ntype DXF输入 \nstat\nwindows\n");
         const auto stat = Last(lines, "stat");
         EXPECT_EQ(stat["lines"] == run["lines"], row.taken);
         EXPECT_EQ(Last(lines, "windows")["tools"], row.taken ? json::array({"report"}) : json::array());
         if (row.taken) {
             EXPECT_EQ(stat["nodes"], run["nodes"]);
-            EXPECT_EQ(stat["plates"], std::string(row.answer).ends_with("plates=0") ? json(0) : run["plates"]["count"]);
+            EXPECT_EQ(stat["plates"],
+                      std::string(row.answer).ends_with("plates=0") ? json(0) : run["plates"]["count"]);
         }
     }
-    const auto stats = Of(Played(std::string(kNew) + "type Line 0,90000 5000,90000 \nanswer import 0 layers=1100000 target=1\ndrop " + plan +
-                                 "\nstat\ntype u \nstat\n"), "stat");
+    const auto stats =
+        Of(Played(std::string(kNew) +
+                  "type Line 0,90000 5000,90000 \nanswer import 0 layers=1100000 target=1\ndrop " + plan +
+                  "\nstat\ntype u \nstat\n"),
+           "stat");
     EXPECT_GT(stats[0]["lines"], run["lines"]);
     EXPECT_EQ(stats[1]["lines"], 1) << "two layers are one undo step";
 }
 
 TEST(Editor, PrintsWhatIsWanted) {
     const ScratchFolder folder;
-    const auto lines = Played(std::string(kNew) + "type Rect 0,0 20000,10000 \nanswer print 0 paper=1 scale=1:100\npath page\ntype 打印 \nprompt\n"
-                              "answer print 0 scale=none\ntype 打印 \nanswer print 0 part=1\npath /nowhere/page.pdf\ntype 打印 \n", folder.Path());
+    const auto lines = Played(
+        std::string(kNew) +
+            "type Rect 0,0 20000,10000 \nanswer print 0 paper=1 scale=1:100\npath page\ntype 打印 \nprompt\n"
+            "answer print 0 scale=none\ntype 打印 \nanswer print 0 part=1\npath /nowhere/page.pdf\ntype 打印 "
+            "\n",
+        folder.Path());
     EXPECT_TRUE(ReadWholeFile(folder.File("page.pdf")).starts_with("%PDF"));
     EXPECT_NE(Last(lines, "prompt")["lines"].back().get<std::string>().find("A3, 1:100"), std::string::npos);
     EXPECT_EQ(Of(lines, "message").size(), 2u) << "no scale, no folder";
@@ -219,8 +265,11 @@ TEST(Editor, PrintsWhatIsWanted) {
 
 TEST(Editor, ExportsADrawing) {
     const ScratchFolder folder;
-    const auto lines = Played(std::string(kNew) + "type Rect 0,0 6000,4000 \nanswer export 0 version=1\npath out\ntype DXF输出 \n"
-                              "answer export 0\npath /nowhere/out.dxf\ntype DXF输出 \n", folder.Path());
+    const auto lines =
+        Played(std::string(kNew) +
+                   "type Rect 0,0 6000,4000 \nanswer export 0 version=1\npath out\ntype DXF输出 \n"
+                   "answer export 0\npath /nowhere/out.dxf\ntype DXF输出 \n",
+               folder.Path());
     EXPECT_NE(ReadWholeFile(folder.File("out.dxf")).find("AC1015"), std::string::npos);
     EXPECT_EQ(Of(lines, "message").size(), 1u);
 }
@@ -230,13 +279,17 @@ TEST(Editor, OffersWhatACrashHasLeft) {
     const ScratchFolder folder;
     ::setenv("XDG_STATE_HOME", folder.File("state").c_str(), 1);
     const std::string file = folder.File("kept.tvo");
-    const std::string draw = "type Rect 0,0 6000,4000 \ntype FormPlates \ntype Line 3000,0 3000,4000 \ntype u \n";
+    const std::string draw =
+        "type Rect 0,0 6000,4000 \ntype FormPlates \ntype Line 3000,0 3000,4000 \ntype u \n";
     const std::string drawn = DumpAfter(kNew + draw);
 
     Played(std::string(kNew) + "journal\n" + draw);  // without a name
-    EXPECT_EQ(DumpAfter("editor\nanswer leftovers 0 model=0\njournal\n"), drawn) << "recovered, and left again";
-    EXPECT_EQ(DumpAfter("editor\nanswer leftovers 0 model=0\njournal\npath " + file + "\ntype Save \n"), drawn);
-    EXPECT_EQ(Last(Played("editor\nanswer leftovers 0\njournal\nwindows\nclose\n"), "windows")["title"], "未命名 - TvoBase")
+    EXPECT_EQ(DumpAfter("editor\nanswer leftovers 0 model=0\njournal\n"), drawn)
+        << "recovered, and left again";
+    EXPECT_EQ(DumpAfter("editor\nanswer leftovers 0 model=0\njournal\npath " + file + "\ntype Save \n"),
+              drawn);
+    EXPECT_EQ(Last(Played("editor\nanswer leftovers 0\njournal\nwindows\nclose\n"), "windows")["title"],
+              "未命名 - TvoBase")
         << "once it is saved there is nothing to offer";
 
     const std::string edit = "type Line 0,9000 6000,9000 \n";

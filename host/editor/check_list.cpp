@@ -24,7 +24,9 @@ void GoTo(CEditFrame& frame, const NetFault& fault) {
     const double x = (fault.x + fault.x2) / 2, y = (fault.y + fault.y2) / 2;
     const double mark = std::max(fault.kind == kFaultDangling ? 0.0 : fault.distance, 4 * tolerance);
     const double around = 10 * mark;
-    const auto corner = [&](double sign) { return CFPoint(static_cast<float>(x + sign * around), static_cast<float>(y + sign * around), 0); };
+    const auto corner = [&](double sign) {
+        return CFPoint(static_cast<float>(x + sign * around), static_cast<float>(y + sign * around), 0);
+    };
     view._Fun_ShowRect(corner(-1), corner(1), 1, 0);
     view._Svr_ShowHighLight(static_cast<float>(x), static_cast<float>(y), static_cast<float>(mark));
     view.Invalidate();
@@ -43,10 +45,13 @@ void ShowCheckList(CEditFrame& frame) {
     }
     std::string note;
     for (int kind = 0; kind < kFaultKindCount; ++kind)
-        if (counts[kind]) note += (note.empty() ? "" : ", ") + std::string(kKinds[kind]) + " " + std::to_string(counts[kind]);
+        if (counts[kind])
+            note +=
+                (note.empty() ? "" : ", ") + std::string(kKinds[kind]) + " " + std::to_string(counts[kind]);
     note = faults.empty() ? "没有发现问题" : note + "。点击一行到该处。";
     frame.Tell("检查: " + note);
-    std::vector<ListColumn> columns = {{"问题", 100, false}, {"X", 110, true}, {"Y", 110, true}, {"距离", 90, true}};
+    std::vector<ListColumn> columns = {
+        {"问题", 100, false}, {"X", 110, true}, {"Y", 110, true}, {"距离", 90, true}};
     auto list = std::make_unique<ListWindow>(note, std::move(columns), std::move(rows));
     list->m_onRow = [&frame, faults](int row) { GoTo(frame, faults[static_cast<std::size_t>(row)]); };
     const CRect client = frame.GetClientRect();

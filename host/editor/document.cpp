@@ -44,9 +44,10 @@ struct SystemReason {
     const char* chinese;
 };
 constexpr SystemReason kReasons[] = {
-    {ENOENT, "文件或文件夹不存在"}, {EACCES, "没有权限"},        {EPERM, "没有权限"},       {EISDIR, "这是一个文件夹"},
-    {ENOTDIR, "路径不对"},          {ENOSPC, "磁盘已满"},        {EROFS, "磁盘是只读的"},   {ENAMETOOLONG, "文件名太长"},
-    {ELOOP, "链接成环"},            {EDQUOT, "超出磁盘配额"},    {EIO, "读写磁盘出错"},
+    {ENOENT, "文件或文件夹不存在"}, {EACCES, "没有权限"},         {EPERM, "没有权限"},
+    {EISDIR, "这是一个文件夹"},     {ENOTDIR, "路径不对"},        {ENOSPC, "磁盘已满"},
+    {EROFS, "磁盘是只读的"},        {ENAMETOOLONG, "文件名太长"}, {ELOOP, "链接成环"},
+    {EDQUOT, "超出磁盘配额"},       {EIO, "读写磁盘出错"},
 };
 
 const char* ReasonOf(int error) {
@@ -74,7 +75,8 @@ std::string Remarks(const BuiltModel& built) {
     std::string text;
     if (built.unresolvedPlates) text += std::to_string(built.unresolvedPlates) + " 块板缺少边线";
     if (built.unresolvedOthers)
-        text += (text.empty() ? "" : ", ") + std::to_string(built.unresolvedOthers) + " 个构件缺少所依附的构件";
+        text +=
+            (text.empty() ? "" : ", ") + std::to_string(built.unresolvedOthers) + " 个构件缺少所依附的构件";
     if (!text.empty()) text += ", 没有读入";
     if (!built.hostDataRead) text += std::string(text.empty() ? "" : "; ") + "附加数据没有读入";
     return text;
@@ -97,7 +99,8 @@ std::string WhyUnreadable(const std::string& path) {
 
 std::string ReasonInChinese(const std::string& message, const std::string& path) {
     std::string reason = message;
-    if (const std::size_t at = message.find(path + ": "); at != std::string::npos) reason = message.substr(at + path.size() + 2);
+    if (const std::size_t at = message.find(path + ": "); at != std::string::npos)
+        reason = message.substr(at + path.size() + 2);
     if (reason == "not a regular file") return "不是普通文件";
     for (const SystemReason& known : kReasons)
         if (reason == std::strerror(known.error)) return known.chinese;
@@ -173,10 +176,13 @@ bool EditorDocument::CanRead(const std::string& path) {
 }
 
 bool EditorDocument::OpenAsked(const std::string& path) {
-    return CanRead(path) && (IsDrawingName(path) ? RunImportDialog(m_frame, path) : MayLeave() && OpenModelFile(path));
+    return CanRead(path) &&
+           (IsDrawingName(path) ? RunImportDialog(m_frame, path) : MayLeave() && OpenModelFile(path));
 }
 
-bool EditorDocument::ImportAsked(const std::string& path) { return CanRead(path) && RunImportDialog(m_frame, path); }
+bool EditorDocument::ImportAsked(const std::string& path) {
+    return CanRead(path) && RunImportDialog(m_frame, path);
+}
 
 bool EditorDocument::Open(const std::string& path) {
     return CanRead(path) && (IsDrawingName(path) ? RunImportDialog(m_frame, path) : OpenModelFile(path));
@@ -189,7 +195,8 @@ bool EditorDocument::OpenModelFile(const std::string& path) {
     try {
         remarks = Remarks(OpenModel(path, m_frame.DataBase(), TvoModelHost()));
     } catch (const DataFailure& failure) {
-        m_frame.Warn("无法打开 " + path + ": 不是模型文件或已损坏 (" + ReasonInChinese(failure.what(), path) + ")");
+        m_frame.Warn("无法打开 " + path + ": 不是模型文件或已损坏 (" + ReasonInChinese(failure.what(), path) +
+                     ")");
         return false;
     }
     m_path = AbsolutePath(path);
@@ -234,7 +241,8 @@ bool EditorDocument::SaveTo(const std::string& path) {
         Remember(path);
         if (m_keeping) m_journal.OnSaved(path);
         m_frame.Tell("已保存 " + path);
-        if (saved.leftOut) m_frame.Warn(path + ": " + std::to_string(saved.leftOut) + " 个构件的类型不能保存");
+        if (saved.leftOut)
+            m_frame.Warn(path + ": " + std::to_string(saved.leftOut) + " 个构件的类型不能保存");
         return true;
     } catch (const DataFailure& failure) {
         m_frame.Warn("无法保存 " + path + ": " + ReasonInChinese(failure.what(), path));
@@ -249,7 +257,8 @@ std::vector<std::string> EditorDocument::Recent() {
     CWindowSystem* const system = CWindowSystem::Current();
     for (std::size_t i = 0; system && i < kMostRecent; ++i) {
         const auto file = system->ReadSetting(kRecentPath, "File" + std::to_string(i + 1));
-        if (file && !file->empty() && std::find(files.begin(), files.end(), *file) == files.end()) files.push_back(*file);
+        if (file && !file->empty() && std::find(files.begin(), files.end(), *file) == files.end())
+            files.push_back(*file);
     }
     return files;
 }
@@ -261,5 +270,6 @@ void EditorDocument::Remember(const std::string& path) {
     std::erase(files, path);
     files.insert(files.begin(), path);
     files.resize(kMostRecent);
-    for (std::size_t i = 0; i < kMostRecent; ++i) system->WriteSetting(kRecentPath, "File" + std::to_string(i + 1), files[i]);
+    for (std::size_t i = 0; i < kMostRecent; ++i)
+        system->WriteSetting(kRecentPath, "File" + std::to_string(i + 1), files[i]);
 }

@@ -8,14 +8,16 @@
 class CEditFrame;
 struct JournalLeftover;
 
-/// Opens and saves the model of a frame and asks the user what has to be asked. Whatever fails is told with file and
-/// reason, and the model stands as it was. Files are replaced whole; the one before is kept as NAME~.
+/// Opens and saves the model of a frame and asks the user what has to be asked. Whatever fails is told with
+/// file and reason, and the model stands as it was. Files are replaced whole; the one before is kept as
+/// NAME~.
 class EditorDocument {
 public:
     explicit EditorDocument(CEditFrame& frame) : m_frame(frame) {}
 
     // --- the journal, which outlives a crash; none is kept before KeepJournal
-    /// Keeps one from now on. Offers what a crash has left: of the model that stands, or without a file of any.
+    /// Keeps one from now on. Offers what a crash has left: of the model that stands, or without a file of
+    /// any.
     void KeepJournal();
     /// Writes what has changed and tells what went wrong. To be called after each event.
     void FlushJournal();

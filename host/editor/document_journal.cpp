@@ -23,7 +23,8 @@ std::string TimeText(std::time_t time) {
 }
 
 std::string NameOf(const JournalLeftover& leftover) {
-    return leftover.modelPath.empty() ? "未命名" : std::filesystem::path(leftover.modelPath).filename().string();
+    return leftover.modelPath.empty() ? "未命名"
+                                      : std::filesystem::path(leftover.modelPath).filename().string();
 }
 
 std::string Described(const JournalLeftover& leftover) {
@@ -49,7 +50,8 @@ void EditorDocument::FlushJournal() {
     if (trouble->kind == JournalTrouble::kHeldByAnother)
         m_frame.Warn("“" + Name() + "”正在另一个窗口中编辑, 这里的修改不写入恢复日志");
     else
-        m_frame.Warn("恢复日志写不进 " + trouble->path + ": " + ReasonInChinese(trouble->reason, trouble->path));
+        m_frame.Warn("恢复日志写不进 " + trouble->path + ": " +
+                     ReasonInChinese(trouble->reason, trouble->path));
 }
 
 void EditorDocument::CloseJournal() {
@@ -74,10 +76,12 @@ bool EditorDocument::Recover(const JournalLeftover& leftover) {
         m_path = leftover.modelPath;
         if (!m_path.empty()) Remember(m_path);
         BeginJournal(!recovered.alreadySaved);
-        if (!m_journal.Path().empty() && m_journal.Path() != leftover.path) DiscardLeftover(leftover);  // the new one has it all
+        if (!m_journal.Path().empty() && m_journal.Path() != leftover.path)
+            DiscardLeftover(leftover);  // the new one has it all
         m_frame.ModelReplaced();
-        m_frame.Tell("已恢复“" + Name() + "”: " + std::to_string(recovered.steps) + " 步" +
-                     (recovered.lost ? ", 日志损坏, 其后 " + std::to_string(recovered.lost) + " 步丢失" : ""));
+        m_frame.Tell(
+            "已恢复“" + Name() + "”: " + std::to_string(recovered.steps) + " 步" +
+            (recovered.lost ? ", 日志损坏, 其后 " + std::to_string(recovered.lost) + " 步丢失" : ""));
         return true;
     } catch (const DataFailure& failure) {
         m_frame.Warn("无法恢复 " + leftover.path + ": " + ReasonInChinese(failure.what(), leftover.path));
@@ -102,7 +106,8 @@ void EditorDocument::OfferLeftovers() {
     CWindowSystem* const system = CWindowSystem::Current();
     for (;;) {
         std::vector<JournalLeftover> left = FindLeftovers();
-        std::erase_if(left, [&](const JournalLeftover& l) { return !IsOffered(l) || l.path == m_journal.Path(); });
+        std::erase_if(left,
+                      [&](const JournalLeftover& l) { return !IsOffered(l) || l.path == m_journal.Path(); });
         if (left.empty() || !system) return;
         DialogForm form;
         form.m_name = "leftovers";

@@ -17,7 +17,8 @@ namespace {
 void ImportDrawing(CEditFrame& frame) {
     CWindowSystem* const system = CWindowSystem::Current();
     if (!system) return;
-    if (const auto path = system->AskPath({false, "DXF 输入", "DXF 图纸", "*.dxf", ""})) frame.Document().ImportAsked(*path);
+    if (const auto path = system->AskPath({false, "DXF 输入", "DXF 图纸", "*.dxf", ""}))
+        frame.Document().ImportAsked(*path);
 }
 
 std::string Stem(const std::string& path) {
@@ -32,7 +33,8 @@ void ExportDrawing(CEditFrame& frame) {
     form.m_title = "DXF 输出";
     form.m_fields = {{DialogField::Kind::kChoice, "version", "版本", "0", {"R12", "2000"}}};
     if (system->RunDialog(form) != 0) return;
-    const auto chosen = system->AskPath({true, "DXF 输出", "DXF 图纸", "*.dxf", Stem(frame.Document().Path()) + ".dxf"});
+    const auto chosen =
+        system->AskPath({true, "DXF 输出", "DXF 图纸", "*.dxf", Stem(frame.Document().Path()) + ".dxf"});
     if (!chosen || chosen->empty()) return;
     const std::string path = ConfirmFileExt(CString(*chosen), "dxf").GetString();
     CFCoor millimetres;  // device units are model units
@@ -45,10 +47,13 @@ void ExportDrawing(CEditFrame& frame) {
 
 constexpr EditorCommand kCommands[] = {
     {0x30001, "文件", "新建", "New", "新的空模型", [](CEditFrame& frame) { frame.Document().New(); }},
-    {0x30002, "文件", "打开", "Open", "打开模型或图纸", [](CEditFrame& frame) { frame.Document().AskOpen(); }},
-    {0x30003, "文件", "最近", "Recent", "最近的文件", [](CEditFrame& frame) { frame.Document().AskRecent(); }},
+    {0x30002, "文件", "打开", "Open", "打开模型或图纸",
+     [](CEditFrame& frame) { frame.Document().AskOpen(); }},
+    {0x30003, "文件", "最近", "Recent", "最近的文件",
+     [](CEditFrame& frame) { frame.Document().AskRecent(); }},
     {0x30004, "文件", "保存", "Save", "保存模型", [](CEditFrame& frame) { frame.Document().Save(); }},
-    {0x30005, "文件", "另存", "SaveAs", "另存为别的文件", [](CEditFrame& frame) { frame.Document().SaveAs(); }},
+    {0x30005, "文件", "另存", "SaveAs", "另存为别的文件",
+     [](CEditFrame& frame) { frame.Document().SaveAs(); }},
     {0x30006, "文件", "DXF输入", "DxfIn", "把图纸的图层变成轴网", ImportDrawing},
     {0x30007, "文件", "DXF输出", "DxfOut", "写成 DXF 图纸", ExportDrawing},
     {0x30008, "文件", "打印", "Print", "打印成 PDF", PrintModel},

@@ -30,7 +30,7 @@
 namespace {
 
 // Drawings are full of bulges that are nothing but rounding.
-constexpr double kFlattestSide = 1e-4;  // degrees of half the sweep
+constexpr double kFlattestSide = 1e-4;                  // degrees of half the sweep
 constexpr int kReportWidth = 470, kReportHeight = 330;  // pixels
 
 struct Unit {
@@ -38,10 +38,12 @@ struct Unit {
     const char* name;
     double millimetres;
 };
-constexpr Unit kUnits[] = {{1, "英寸", 25.4}, {2, "英尺", 304.8}, {4, "毫米", 1}, {5, "厘米", 10}, {6, "米", 1000}, {14, "分米", 100}};
+constexpr Unit kUnits[] = {{1, "英寸", 25.4}, {2, "英尺", 304.8}, {4, "毫米", 1},
+                           {5, "厘米", 10},   {6, "米", 1000},    {14, "分米", 100}};
 
 const Unit* UnitOf(int insUnits) {
-    const auto found = std::find_if(std::begin(kUnits), std::end(kUnits), [&](const Unit& unit) { return unit.insUnits == insUnits; });
+    const auto found = std::find_if(std::begin(kUnits), std::end(kUnits),
+                                    [&](const Unit& unit) { return unit.insUnits == insUnits; });
     return found == std::end(kUnits) ? nullptr : found;
 }
 
@@ -52,7 +54,9 @@ std::string Shown(double v) {
 }
 
 /// What a net takes from a layer.
-std::uint64_t Usable(const DxfLayerSummary& layer) { return layer.m_nLine + layer.m_nPolyline + layer.m_nArc + layer.m_nCircle; }
+std::uint64_t Usable(const DxfLayerSummary& layer) {
+    return layer.m_nLine + layer.m_nPolyline + layer.m_nArc + layer.m_nCircle;
+}
 
 std::string Described(const DxfLayerSummary& layer) {
     std::string text = PlainText(layer.m_strName) + "  (";
@@ -75,12 +79,14 @@ constexpr const char* kNoAxisWords[] = {"轴号", "编号", "标注", "尺寸", 
 /// Layers whose name says that they hold axes; of a drawing with one useful layer that one.
 std::string ProposedTicks(const std::vector<DxfLayerSummary>& layers) {
     std::string ticks(layers.size(), '0');
-    const auto useful = static_cast<std::size_t>(std::count_if(layers.begin(), layers.end(), [](const auto& l) { return Usable(l) > 0; }));
+    const auto useful = static_cast<std::size_t>(
+        std::count_if(layers.begin(), layers.end(), [](const auto& l) { return Usable(l) > 0; }));
     for (std::size_t i = 0; i < layers.size(); ++i) {
         CString name(layers[i].m_strName);
         name.MakeUpper();
         const auto says = [&](const auto& words) {
-            return std::any_of(std::begin(words), std::end(words), [&](const char* word) { return name.Find(word) >= 0; });
+            return std::any_of(std::begin(words), std::end(words),
+                               [&](const char* word) { return name.Find(word) >= 0; });
         };
         const bool axis = says(kAxisWords) && !says(kNoAxisWords);
         if (Usable(layers[i]) > 0 && (axis || useful == 1)) ticks[i] = '1';
@@ -88,12 +94,15 @@ std::string ProposedTicks(const std::vector<DxfLayerSummary>& layers) {
     return ticks;
 }
 
-/// What was asked for. Names that differ in ASCII case only are one row of the dialog, and several layers of the drawing.
-std::set<const DxfLayer*> Ticked(const DXF& drawing, const std::vector<DxfLayerSummary>& rows, const std::string& ticks) {
+/// What was asked for. Names that differ in ASCII case only are one row of the dialog, and several layers of
+/// the drawing.
+std::set<const DxfLayer*> Ticked(const DXF& drawing, const std::vector<DxfLayerSummary>& rows,
+                                 const std::string& ticks) {
     std::set<const DxfLayer*> layers;  // only looked up
     for (std::size_t i = 0; i < rows.size() && i < ticks.size(); ++i)
         for (const DxfLayer& layer : drawing.GetLayers())
-            if (ticks[i] == '1' && CString(layer.m_strName).CompareNoCase(rows[i].m_strName.c_str()) == 0) layers.insert(&layer);
+            if (ticks[i] == '1' && CString(layer.m_strName).CompareNoCase(rows[i].m_strName.c_str()) == 0)
+                layers.insert(&layer);
     return layers;
 }
 
@@ -114,7 +123,8 @@ struct Choice {
 };
 
 /// Shows the dialog; false for a cancel.
-bool AskLayers(CEditFrame& frame, const std::string& path, const DXF& drawing, const std::vector<DxfLayerSummary>& rows, Choice& choice) {
+bool AskLayers(CEditFrame& frame, const std::string& path, const DXF& drawing,
+               const std::vector<DxfLayerSummary>& rows, Choice& choice) {
     const Unit* const unit = UnitOf(drawing.GetHeader().m_nInsUnits);
     CDxfWnd preview;  // what will not come is faint
     preview.SetDrawing(&drawing);
@@ -128,7 +138,11 @@ bool AskLayers(CEditFrame& frame, const std::string& path, const DXF& drawing, c
     form.m_fields = {
         {DialogField::Kind::kTicks, "layers", "图层", ProposedTicks(rows), described},
         {DialogField::Kind::kNumber, "scale", "比例", unit ? Shown(unit->millimetres) : "1", {}},
-        {DialogField::Kind::kNote, "unit", "", std::string("图纸单位: ") + (unit ? unit->name : "未说明") + ", 比例乘到毫米", {}},
+        {DialogField::Kind::kNote,
+         "unit",
+         "",
+         std::string("图纸单位: ") + (unit ? unit->name : "未说明") + ", 比例乘到毫米",
+         {}},
         {DialogField::Kind::kChoice, "target", "放到", fresh ? "0" : "1", {"新模型", "当前模型"}},
         {DialogField::Kind::kCheck, "plates", "形成板", "1", {}},
     };
@@ -147,7 +161,8 @@ bool AskLayers(CEditFrame& frame, const std::string& path, const DXF& drawing, c
     const std::string ticks = form.Value("layers");
     choice.layers = Ticked(drawing, rows, ticks);
     for (std::size_t i = 0; i < rows.size() && i < ticks.size(); ++i)
-        if (ticks[i] == '1') choice.names += (choice.names.empty() ? "" : ", ") + PlainText(rows[i].m_strName);
+        if (ticks[i] == '1')
+            choice.names += (choice.names.empty() ? "" : ", ") + PlainText(rows[i].m_strName);
     choice.target = form.Value("target") == "1" ? kIntoThis : kIntoNew;
     choice.plates = form.Value("plates") == "1";
     return ReadScale(form.Value("scale"), choice.scale);
@@ -170,7 +185,8 @@ std::vector<ListWindow::Row> ReportRows(CTvoHostDataBase& db, const std::string&
     const auto number = [](std::uint64_t n) { return std::to_string(n); };
     const DxfPieceCounts& pieces = report.pieces;
     const auto lines = NetLines(db);
-    const auto arcs = std::count_if(lines.begin(), lines.end(), [](const CGjNetLine* line) { return line->m_nArc == 1; });
+    const auto arcs =
+        std::count_if(lines.begin(), lines.end(), [](const CGjNetLine* line) { return line->m_nArc == 1; });
     std::vector<ListWindow::Row> rows = {
         {"图纸", PlainText(path)},
         {"图层", choice.names},
@@ -180,14 +196,16 @@ std::vector<ListWindow::Row> ReportRows(CTvoHostDataBase& db, const std::string&
         {"拒绝", "太短 " + number(pieces.tooShort) + ", 两端同点 " + number(pieces.degenerate) + ", 不是数 " +
                      number(pieces.notFinite + report.dropped)},
         {"跳过", KindText(report.skipped)},
-        {"轴网", "节点 " + number(NetNodes(db).size()) + ", 轴线 " + number(lines.size()) + " (圆弧 " + std::to_string(arcs) + ")"},
+        {"轴网", "节点 " + number(NetNodes(db).size()) + ", 轴线 " + number(lines.size()) + " (圆弧 " +
+                     std::to_string(arcs) + ")"},
     };
     if (db.PlatesFollow()) {
         rows.push_back({"板", number(NetPlates(db).size()) + ", 共 " + AreaText(PlateArea(db))});
         if (const std::size_t dangling = DanglingLines(db).size())
             rows.push_back({"提示", number(dangling) + " 条轴线不围成板, 用“检查”查看"});
     }
-    if (report.closedNotMade) rows.push_back({"提示", number(report.closedNotMade) + " 条闭合多段线的闭合边没有生成"});
+    if (report.closedNotMade)
+        rows.push_back({"提示", number(report.closedNotMade) + " 条闭合多段线的闭合边没有生成"});
     if (report.read.m_eOutcome == DxfOutcome::Truncated)
         rows.push_back({"提示", "图纸在第 " + number(report.read.m_nLine) + " 行中断, 取用前面部分"});
     return rows;
@@ -197,7 +215,8 @@ void ShowReport(CEditFrame& frame, std::vector<ListWindow::Row> rows) {
     std::vector<ListColumn> columns = {{"项目", 70, false}, {"内容", 300, false}};
     auto window = std::make_unique<ListWindow>("", std::move(columns), std::move(rows));
     const int left = std::max(0, frame.GetClientRect().right - kReportWidth - 140), top = 60;
-    frame.ShowTool("report", std::move(window), {left, top, left + kReportWidth, top + kReportHeight}, "DXF 输入报告");
+    frame.ShowTool("report", std::move(window), {left, top, left + kReportWidth, top + kReportHeight},
+                   "DXF 输入报告");
 }
 
 }  // namespace
@@ -209,7 +228,8 @@ bool RunImportDialog(CEditFrame& frame, const std::string& path) {
     report.read = drawing.GetResult();
     report.header = drawing.GetHeader();
     if (!report.read.Ok() && report.read.m_eOutcome != DxfOutcome::Truncated) {
-        frame.Warn("无法打开 " + path + ": 不是 DXF 图纸或已损坏 (" + ReasonInChinese(report.read.m_strReason, path) + ")");
+        frame.Warn("无法打开 " + path + ": 不是 DXF 图纸或已损坏 (" +
+                   ReasonInChinese(report.read.m_strReason, path) + ")");
         return false;
     }
     std::vector<DxfLayerSummary> rows = SummarizeLayers(drawing);
@@ -233,7 +253,8 @@ bool RunImportDialog(CEditFrame& frame, const std::string& path) {
     db.SortBianHaoAll();
     frame.ShutDownProgress();
     frame.ModelReplaced();
-    frame.Tell("已输入 " + path + ": 轴线 " + std::to_string(NetLines(db).size()) + " 条, 板 " + std::to_string(NetPlates(db).size()) + " 块");
+    frame.Tell("已输入 " + path + ": 轴线 " + std::to_string(NetLines(db).size()) + " 条, 板 " +
+               std::to_string(NetPlates(db).size()) + " 块");
     ShowReport(frame, ReportRows(db, path, choice, report));
     return true;
 }

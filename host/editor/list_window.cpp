@@ -23,7 +23,9 @@ ListWindow::ListWindow(std::string note, std::vector<ListColumn> columns, std::v
 
 // ---- layout -----------------------------------------------------------------------------------------------
 
-int ListWindow::HeadTop() const { return m_note.empty() ? 0 : static_cast<int>(m_note.size()) * kLine + 2 * kMargin; }
+int ListWindow::HeadTop() const {
+    return m_note.empty() ? 0 : static_cast<int>(m_note.size()) * kLine + 2 * kMargin;
+}
 int ListWindow::RowsTop() const { return HeadTop() + (m_columns.empty() ? 0 : kRow); }
 int ListWindow::Visible() const { return std::max(1, (GetClientRect().Height() - RowsTop()) / kRow); }
 int ListWindow::MostFirst() const { return std::max(0, static_cast<int>(m_rows.size()) - Visible()); }
@@ -47,7 +49,8 @@ void ListWindow::DrawRow(CDC& dc, int row, const CRect& place) {
     CRect cell = place;
     for (std::size_t i = 0; i < m_columns.size(); ++i) {
         const ListColumn& column = m_columns[i];
-        cell.right = i + 1 == m_columns.size() ? place.right : std::min(place.right, cell.left + column.width);
+        cell.right =
+            i + 1 == m_columns.size() ? place.right : std::min(place.right, cell.left + column.width);
         CRect inner(cell.left + kMargin, cell.top, cell.right - kMargin, cell.bottom);
         const auto& cells = head ? m_rows.front() : m_rows[static_cast<std::size_t>(row)];
         const std::string text = head ? column.head : i < cells.size() ? cells[i] : std::string();
@@ -131,9 +134,13 @@ BOOL ListWindow::OnMouseWheel(UINT, int delta, CPoint) {
 
 void ListWindow::OnKeyDown(UINT key, LPARAM) {
     switch (key) {
-        case VK_UP: return Choose(std::max(0, m_chosen - 1));
-        case VK_DOWN: return Choose(m_chosen + 1);
-        case VK_ESCAPE: return OnClose();
-        default: return;
+        case VK_UP:
+            return Choose(std::max(0, m_chosen - 1));
+        case VK_DOWN:
+            return Choose(m_chosen + 1);
+        case VK_ESCAPE:
+            return OnClose();
+        default:
+            return;
     }
 }

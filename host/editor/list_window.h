@@ -13,8 +13,8 @@ struct ListColumn {
     bool right = false;  // figures stand at the right
 };
 
-/// Draws all of itself: a note above, heads, rows, and a bar that tells which part of the rows shows. The wheel and the bar
-/// scroll, a click chooses a row and calls m_onRow with its index.
+/// Draws all of itself: a note above, heads, rows, and a bar that tells which part of the rows shows. The
+/// wheel and the bar scroll, a click chooses a row and calls m_onRow with its index.
 class ListWindow : public CWnd {
 public:
     using Row = std::vector<std::string>;
@@ -34,9 +34,9 @@ protected:
     void OnKeyDown(UINT key, LPARAM flags) override;
 
 private:
-    int HeadTop() const;   // below the note
+    int HeadTop() const;  // below the note
     int RowsTop() const;
-    int Visible() const;   // rows that fit, at least 1
+    int Visible() const;  // rows that fit, at least 1
     int MostFirst() const;
     void ScrollTo(int first);
     void ScrollByBar(int y);
@@ -47,8 +47,8 @@ private:
     std::vector<ListColumn> m_columns;
     std::vector<Row> m_rows;
     CFont m_font;
-    int m_first = 0;    // row at the top
-    int m_chosen = -1;  // row
-    int m_hover = -1;   // row
+    int m_first = 0;          // row at the top
+    int m_chosen = -1;        // row
+    int m_hover = -1;         // row
     bool m_dragging = false;  // the bar
 };

@@ -46,9 +46,11 @@ std::vector<CGjNetLine*> LinesBetween(CTvoHostDataBase& db, const std::vector<CM
         for (CGjNetLine* line : plate->m_arrBoundery) {
             CArray<CMianGouJian*> beside;
             db.GetBounderyPlate(line, beside);
-            const auto count = std::count_if(beside.begin(), beside.end(), [&](const CMianGouJian* p) { return picked.contains(p); });
+            const auto count = std::count_if(beside.begin(), beside.end(),
+                                             [&](const CMianGouJian* p) { return picked.contains(p); });
             const bool inner = count == 2;
-            if (inner && std::find(between.begin(), between.end(), line) == between.end()) between.push_back(line);
+            if (inner && std::find(between.begin(), between.end(), line) == between.end())
+                between.push_back(line);
         }
     return between;
 }
@@ -61,7 +63,8 @@ void MergePlates(CTvoHostDataBase& db, const std::vector<CMianGouJian*>& plates,
     const auto count = static_cast<std::size_t>(lines.GetSize());
     db.Start();
     db.DoEdit([&] { db.DeleteNetLine(lines); });
-    command.AppendPromptText(CString("删去公共边 " + Count(count) + " 条, 现有板 " + Count(NetPlates(db).size()) + " 块"));
+    command.AppendPromptText(
+        CString("删去公共边 " + Count(count) + " 条, 现有板 " + Count(NetPlates(db).size()) + " 块"));
 }
 
 /// Picking needs plates.

@@ -16,9 +16,9 @@
 
 namespace {
 
-constexpr int kLetters = 14;         // pixels of a number's em
-constexpr int kRoom = 3 * kLetters;  // the least side of a plate with a number
-constexpr int kSmall = 8;            // pixels
+constexpr int kLetters = 14;               // pixels of a number's em
+constexpr int kRoom = 3 * kLetters;        // the least side of a plate with a number
+constexpr int kSmall = 8;                  // pixels
 constexpr std::size_t kMostPlates = 4000;  // beyond, they are too small to tell anything
 
 const PlateColor& ColorOf(const CMianGouJian& plate) {
@@ -41,7 +41,8 @@ std::vector<CMianGouJian*> ShownPlates(CTvoHostDataBase& db, CTvoViewMgr& view) 
             plates.push_back(static_cast<CMianGouJian*>(obj));
     });
     std::sort(plates.begin(), plates.end(), [](const CMianGouJian* a, const CMianGouJian* b) {
-        return a->m_fArea != b->m_fArea ? a->m_fArea > b->m_fArea : a->get_m_dwGouJianID() < b->get_m_dwGouJianID();
+        return a->m_fArea != b->m_fArea ? a->m_fArea > b->m_fArea
+                                        : a->get_m_dwGouJianID() < b->get_m_dwGouJianID();
     });
     return plates;
 }
@@ -56,7 +57,8 @@ CRect PixelBox(const CFCoor& coor, const CMianGouJian& plate) {
 void PaintFace(CDC& dc, const CFCoor& coor, const CMianGouJian& plate, const PlateColor& color) {
     const bool selected = plate.get_m_byteStatus() == GJ_STATUS_SELECTED;
     const COLORREF shade = Mixed(g_cTvoProfile.m_crBackground, color.text, selected ? 0.9 : 0.4);
-    if (const CRect box = PixelBox(coor, plate); box.Width() <= kSmall && box.Height() <= kSmall) return dc.FillSolidRect(box, shade);
+    if (const CRect box = PixelBox(coor, plate); box.Width() <= kSmall && box.Height() <= kSmall)
+        return dc.FillSolidRect(box, shade);
     std::vector<CPoint> points;
     for (const FlatPoint& p : FlatOutline(plate.m_region, 0.5 / static_cast<double>(coor.GetScale())))
         points.push_back(coor.FPtoDP(CFPoint(static_cast<float>(p.x), static_cast<float>(p.y), 0)));
@@ -87,7 +89,8 @@ void PaintPlates(CTvoHostDataBase& db, CDC& dc, const CFCoor& coor) {
     for (const CMianGouJian* plate : plates) PaintFace(dc, coor, *plate, ColorOf(*plate));
     if (plates.size() <= kMostPlates) {
         CFont font;
-        font.CreateFont(-kLetters, 0, 0, 0, FW_NORMAL, 0, 0, 0, DEFAULT_CHARSET, 0, 0, DEFAULT_QUALITY, 0, "");
+        font.CreateFont(-kLetters, 0, 0, 0, FW_NORMAL, 0, 0, 0, DEFAULT_CHARSET, 0, 0, DEFAULT_QUALITY, 0,
+                        "");
         CFont* const old = dc.SelectObject(&font);
         dc.SetBkMode(TRANSPARENT);
         dc.SetTextAlign(TA_CENTER | TA_BASELINE);

@@ -12,9 +12,12 @@ CMianGouJian* PlateAt(CTvoHostDataBase& db, const CFPoint& at) {
     db.GetInterRect(place, near);
     CMianGouJian* smallest = nullptr;
     for (CGouJianEx* obj : near) {
-        if (obj->get_Gjlx() != db.QueryMainGouJianType() || obj->QueryBasicType() != kBasicPlate || !db.IsVisible(obj)) continue;
+        if (obj->get_Gjlx() != db.QueryMainGouJianType() || obj->QueryBasicType() != kBasicPlate ||
+            !db.IsVisible(obj))
+            continue;
         auto* const plate = static_cast<CMianGouJian*>(obj);
-        if (plate->m_region.InRegion(at) && (!smallest || plate->m_fArea < smallest->m_fArea)) smallest = plate;
+        if (plate->m_region.InRegion(at) && (!smallest || plate->m_fArea < smallest->m_fArea))
+            smallest = plate;
     }
     return smallest;
 }
@@ -56,8 +59,9 @@ unsigned PlatePickCommand::OnGetObject(OBJECT_HINT hint, void* object, int byDef
         std::vector<CMianGouJian*> plates;
         for (POSITION p = m_pView->m_pSelectedList->GetHeadPosition(); p;)
             plates.push_back(static_cast<CMianGouJian*>(m_pView->m_pSelectedList->GetNext(p)));
-        std::sort(plates.begin(), plates.end(),
-                  [](const auto* a, const auto* b) { return a->get_m_dwGouJianID() < b->get_m_dwGouJianID(); });
+        std::sort(plates.begin(), plates.end(), [](const auto* a, const auto* b) {
+            return a->get_m_dwGouJianID() < b->get_m_dwGouJianID();
+        });
         m_pView->ClearSelectedList();  // what goes is selected no more
         if (!plates.empty()) m_end(*static_cast<CTvoHostDataBase*>(m_pDataBase), plates, *this);
         return QS_FINISH;

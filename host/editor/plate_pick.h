@@ -11,11 +11,12 @@ class CTvoHostDataBase;
 /// The smallest visible plate about a place; null when there is none.
 CMianGouJian* PlateAt(CTvoHostDataBase& db, const CFPoint& at);
 
-/// Picks plates by clicks inside them, which snap to nothing, or by typed places; a second click takes one out again. A
-/// right click ends the picking, and the function gets what was picked, by identity.
+/// Picks plates by clicks inside them, which snap to nothing, or by typed places; a second click takes one
+/// out again. A right click ends the picking, and the function gets what was picked, by identity.
 class PlatePickCommand : public CDtWorkEx {
 public:
-    using EndFunction = void (*)(CTvoHostDataBase& db, const std::vector<CMianGouJian*>& plates, CDtWorkEx& command);
+    using EndFunction = void (*)(CTvoHostDataBase& db, const std::vector<CMianGouJian*>& plates,
+                                 CDtWorkEx& command);
 
     PlatePickCommand(const char* name, const char* prompt, EndFunction end);
     unsigned OnGetObject(OBJECT_HINT hint, void* object, int byDefault) override;

@@ -42,7 +42,8 @@ private:
 // ---- areas ------------------------------------------------------------------------------------------------
 
 CString AreaLine(const std::string& what, double area, double around) {
-    return CString(what + "面积 = " + FixedReal(area / 1e6, 3) + " m², 周长 = " + FixedReal(around / 1e3, 3) + " m");
+    return CString(what + "面积 = " + FixedReal(area / 1e6, 3) + " m², 周长 = " + FixedReal(around / 1e3, 3) +
+                   " m");
 }
 
 /// Of a plate that is clicked, or, after P, of a polygon of points. A click inside a plate snaps to nothing.
@@ -61,7 +62,8 @@ public:
         if (byDefault) return m_corners.size() > 2 ? TellPolygon() : unsigned{QS_FINISH};
         CFPoint at;
         if (!m_polygon && text.CompareNoCase("P") == 0) return BeginPolygon();
-        if (!m_polygon && ReadPlace(text.GetString(), at)) return TellPlate(at) ? unsigned{QS_FINISH} : Awaited();
+        if (!m_polygon && ReadPlace(text.GetString(), at))
+            return TellPlate(at) ? unsigned{QS_FINISH} : Awaited();
         if (!text.IsEmpty()) AppendPromptText(CString("*") + text + ": 未知命令参数*");
         return Awaited();
     }
@@ -80,7 +82,9 @@ private:
     bool TellPlate(const CFPoint& at) {
         CMianGouJian* const plate = PlateAt(*static_cast<CTvoHostDataBase*>(m_pDataBase), at);
         if (!plate) AppendPromptText("此处没有板");
-        else AppendPromptText(AreaLine("板 " + std::to_string(plate->get_m_dwGouJianNO()) + ": ", plate->GetArea(), plate->GetZhouChang()));
+        else
+            AppendPromptText(AreaLine("板 " + std::to_string(plate->get_m_dwGouJianNO()) + ": ",
+                                      plate->GetArea(), plate->GetZhouChang()));
         return plate != nullptr;
     }
     unsigned BeginPolygon() {
@@ -122,7 +126,8 @@ public:
 
 private:
     void Draw() override {
-        Db().DrawTextA(m_points[0].x, m_points[0].y, m_text, 0, GJ_STATUS_NORMAL, m_height, m_angle, nullptr, 0);
+        Db().DrawTextA(m_points[0].x, m_points[0].y, m_text, 0, GJ_STATUS_NORMAL, m_height, m_angle, nullptr,
+                       0);
     }
 
     CString m_text;
@@ -138,7 +143,8 @@ bool ReadNumber(const std::string& text, double& value) {
 void AskText(CEditFrame& frame) {
     CWindowSystem* const system = CWindowSystem::Current();
     if (!system) return;
-    const double least = g_cTvoProfile.m_fTextHeightMin / 1000.0, most = g_cTvoProfile.m_fTextHeightMax / 1000.0;
+    const double least = g_cTvoProfile.m_fTextHeightMin / 1000.0,
+                 most = g_cTvoProfile.m_fTextHeightMax / 1000.0;
     static std::string height = "0.5", angle = "0";  // those of the last one
     DialogForm form;
     form.m_name = "text";
@@ -172,16 +178,19 @@ void AskStorey(CEditFrame& frame) {
     std::map<int, int> counts;
     for (POSITION p = db.GetContain().GetHeadPosition(); p;) ++counts[db.GetContain().GetNext(p)->m_nCeng];
     std::string note = "构件数: ";
-    for (const auto& [storey, count] : counts) note += (note.back() == ' ' ? "" : ", ") + StoreyName(storey) + " " + std::to_string(count);
+    for (const auto& [storey, count] : counts)
+        note += (note.back() == ' ' ? "" : ", ") + StoreyName(storey) + " " + std::to_string(count);
     if (counts.empty()) note = "还没有构件";
     DialogForm form;
     form.m_name = "storey";
     form.m_title = "楼层";
-    form.m_fields = {{DialogField::Kind::kNote, "note", "", note, {}},
-                     {DialogField::Kind::kNumber, "storey", "当前楼层 (-1 未分层)", std::to_string(db.GetCurCeng()), {}},
-                     {DialogField::Kind::kCheck, "only", "只显示当前楼层", db.m_bOneStorey ? "1" : "0", {}}};
+    form.m_fields = {
+        {DialogField::Kind::kNote, "note", "", note, {}},
+        {DialogField::Kind::kNumber, "storey", "当前楼层 (-1 未分层)", std::to_string(db.GetCurCeng()), {}},
+        {DialogField::Kind::kCheck, "only", "只显示当前楼层", db.m_bOneStorey ? "1" : "0", {}}};
     const auto read = [](const DialogForm& f, double& storey) {
-        return ReadNumber(f.Value("storey"), storey) && storey >= -1 && storey <= 1000000 && storey == std::floor(storey);
+        return ReadNumber(f.Value("storey"), storey) && storey >= -1 && storey <= 1000000 &&
+               storey == std::floor(storey);
     };
     form.m_check = [&](DialogForm& f) -> std::string {
         double storey = 0;
@@ -200,8 +209,10 @@ void AskStorey(CEditFrame& frame) {
 }
 
 constexpr EditorCommand kCommands[] = {
-    {0x70001, "查询", "坐标", "Coord", "点的坐标", [](CEditFrame& frame) { frame.Start(new CoordinateCommand); }},
-    {0x70002, "查询", "面积", "Area", "板或多边形的面积", [](CEditFrame& frame) { frame.Start(new AreaCommand); }},
+    {0x70001, "查询", "坐标", "Coord", "点的坐标",
+     [](CEditFrame& frame) { frame.Start(new CoordinateCommand); }},
+    {0x70002, "查询", "面积", "Area", "板或多边形的面积",
+     [](CEditFrame& frame) { frame.Start(new AreaCommand); }},
     {0x70003, "查询", "检查", "Check", "列出使板不能围成的地方", ShowCheckList},
     {0x70004, "绘图", "文字", "Text", "写一行文字", AskText},
     {0x70005, "设置", "楼层", "Storey", "当前楼层", AskStorey},

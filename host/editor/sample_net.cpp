@@ -26,7 +26,9 @@ void Bubble(CTvoHostDataBase& db, float x, float y, const std::string& name) {
 void DrawSampleNet(CTvoHostDataBase& db) {
     constexpr std::array<float, 5> kAcross = {0, 6000, 12000, 18000, 24000};
     constexpr std::array<float, 4> kUp = {0, 5400, 8100, 13500};
-    const auto line = [&](float x1, float y1, float x2, float y2) { db.AddNetLine({x1, y1, 0}, {x2, y2, 0}, 0, 0); };
+    const auto line = [&](float x1, float y1, float x2, float y2) {
+        db.AddNetLine({x1, y1, 0}, {x2, y2, 0}, 0, 0);
+    };
     db.Start();
     for (const float x : {0.0f, 6000.0f, 18000.0f, 24000.0f}) line(x, kUp.front(), x, kUp.back());
     for (const float y : {kUp[1], kUp[2], kUp[3]}) line(kAcross.front(), y, kAcross.back(), y);
@@ -40,7 +42,8 @@ void DrawSampleNet(CTvoHostDataBase& db) {
     db.DeleteIndependentNetNode();
     for (std::size_t i = 0; i < kAcross.size(); ++i) {
         const float top = kUp.back() + 3000;
-        db.DrawLine(kAcross[i], kUp.back() + 600, kAcross[i], top - kBubble, -1, kAxisColor, kTag, GJ_STATUS_NORMAL, 0);
+        db.DrawLine(kAcross[i], kUp.back() + 600, kAcross[i], top - kBubble, -1, kAxisColor, kTag,
+                    GJ_STATUS_NORMAL, 0);
         Bubble(db, kAcross[i], top, std::to_string(i + 1));
     }
     for (std::size_t i = 0; i < kUp.size(); ++i) {

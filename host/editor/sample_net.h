@@ -3,6 +3,6 @@
 
 class CTvoHostDataBase;
 
-/// Draws a small building with its axes into an empty model, its plates formed. There is nothing to undo afterwards, and
-/// the model counts as saved.
+/// Draws a small building with its axes into an empty model, its plates formed. There is nothing to undo
+/// afterwards, and the model counts as saved.
 void DrawSampleNet(CTvoHostDataBase& db);
