@@ -1,9 +1,9 @@
 // tvo edit: the editor in a window.
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstdio>
-#include <unistd.h>
-
 #include <ctime>
 #include <fstream>
 #include <iostream>
@@ -48,7 +48,8 @@ double ProcessAge() {
     if (behind == std::string::npos) return 0;
     std::istringstream fields(text.substr(behind + 1));
     std::string word;
-    for (int i = 3; i <= 22 && fields >> word; ++i) {}  // the 22nd: clock ticks after the boot
+    for (int i = 3; i <= 22 && fields >> word; ++i) {
+    }  // the 22nd: clock ticks after the boot
     timespec now{};
     ::clock_gettime(CLOCK_BOOTTIME, &now);
     const double ticks = std::strtod(word.c_str(), nullptr);
@@ -59,17 +60,25 @@ double ProcessAge() {
 /// What --measure tells at the end.
 class Measure {
 public:
-    void FirstPicture() { std::printf("first picture after %.0f ms\n", ProcessAge()); std::fflush(stdout); }
-    void Opened() { std::printf("opened after %.0f ms\n", ProcessAge()); std::fflush(stdout); }
+    void FirstPicture() {
+        std::printf("first picture after %.0f ms\n", ProcessAge());
+        std::fflush(stdout);
+    }
+    void Opened() {
+        std::printf("opened after %.0f ms\n", ProcessAge());
+        std::fflush(stdout);
+    }
     void Move(long long microseconds) { m_moves.push_back(microseconds); }
     void Tell() {
         if (m_moves.empty()) return;
         std::sort(m_moves.begin(), m_moves.end());
         const auto at = [&](double share) {
-            return static_cast<double>(m_moves[static_cast<std::size_t>(share * static_cast<double>(m_moves.size() - 1))]) / 1e3;
+            return static_cast<double>(
+                       m_moves[static_cast<std::size_t>(share * static_cast<double>(m_moves.size() - 1))]) /
+                   1e3;
         };
-        std::printf("%zu mouse moves shown within ms: median %.2f, 99 of 100 %.2f, all %.2f\n", m_moves.size(), at(0.5),
-                    at(0.99), at(1));
+        std::printf("%zu mouse moves shown within ms: median %.2f, 99 of 100 %.2f, all %.2f\n",
+                    m_moves.size(), at(0.5), at(0.99), at(1));
     }
 
 private:
@@ -78,8 +87,8 @@ private:
 
 CRect PlaceOf(const std::string& size) {
     int width = 0, height = 0, end = 0;
-    if (std::sscanf(size.c_str(), "%5dx%5d%n", &width, &height, &end) != 2 || size[static_cast<std::size_t>(end)] ||
-        width < 1 || height < 1 || width > 16384 || height > 16384)
+    if (std::sscanf(size.c_str(), "%5dx%5d%n", &width, &height, &end) != 2 ||
+        size[static_cast<std::size_t>(end)] || width < 1 || height < 1 || width > 16384 || height > 16384)
         throw UsageFailure("--size takes WxH in pixels, such as 1200x800, not '" + size + "'");
     return {40, 40, 40 + width, 40 + height};
 }
@@ -90,7 +99,9 @@ int RunEditor(const EditOptions& options) {
     LoadProfile(settings);
     Measure measure;
     TvoQtOptions window;
-    window.m_readSetting = [&](const std::string& path, const std::string& name) { return settings.Read(path, name); };
+    window.m_readSetting = [&](const std::string& path, const std::string& name) {
+        return settings.Read(path, name);
+    };
     window.m_writeSetting = [&](const std::string& path, const std::string& name, const std::string& value) {
         settings.Write(path, name, value);
     };

@@ -71,7 +71,8 @@ TEST(QtWindow, ShowsWhatTheSystemWithoutAScreenDraws) {
         for (const auto& entry : fs::directory_iterator(without.Path())) {
             if (entry.path().extension() != ".png") continue;
             const std::string name = entry.path().filename().string();
-            EXPECT_TRUE(ReadWholeFile(with.File(name)) == ReadWholeFile(without.File(name))) << name << " differs";
+            EXPECT_TRUE(ReadWholeFile(with.File(name)) == ReadWholeFile(without.File(name)))
+                << name << " differs";
         }
     }
 }

@@ -51,13 +51,13 @@ public:
                    .adjusted(-last, -last, last, last));
     }
 
-    /// Pixels of the picture for a unit of the window, along each side: as many as the screen has, or, where that is no whole
-    /// number, more, which are then put together.
+    /// Pixels of the picture for a unit of the window, along each side: as many as the screen has, or, where
+    /// that is no whole number, more, which are then put together.
     int WantedDensity() const { return devicePixelRatioF() > 1 ? CSurface::kMaxDensity : 1; }
 
 protected:
-    // In the screen's own pixels, each of which is that of the picture; on a screen with parts of a unit the picture is
-    // scaled down once, between the pixels that border this window.
+    // In the screen's own pixels, each of which is that of the picture; on a screen with parts of a unit the
+    // picture is scaled down once, between the pixels that border this window.
     void paintEvent(QPaintEvent* event) override {
         if (WantedDensity() != m_density) AskForDensity();
         QPainter painter(this);
@@ -76,8 +76,10 @@ protected:
             return;
         }
         const int units = std::max(m_density, 1);
-        const QSize size(pixel(at.x() + m_image.width() / units) - pixel(at.x()), pixel(at.y() + m_image.height() / units) - pixel(at.y()));
-        if (m_scaled.size() != size) m_scaled = m_image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        const QSize size(pixel(at.x() + m_image.width() / units) - pixel(at.x()),
+                         pixel(at.y() + m_image.height() / units) - pixel(at.y()));
+        if (m_scaled.size() != size)
+            m_scaled = m_image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
         painter.drawImage(QPoint(0, 0), m_scaled);
     }
 
@@ -96,15 +98,21 @@ protected:
                 event->accept();
                 peer->System().Input().Wheel(*peer, *static_cast<QWheelEvent*>(event));
                 return true;
-            case QEvent::ShortcutOverride: event->accept(); return true;
+            case QEvent::ShortcutOverride:
+                event->accept();
+                return true;
             case QEvent::KeyPress: {
                 const auto& key = *static_cast<QKeyEvent*>(event);
                 event->accept();
                 peer->System().Input().Key(*peer, key, TypedText(key));
                 return true;
             }
-            case QEvent::Enter: peer->AskForCursor(); break;
-            case QEvent::FocusIn: peer->System().SetFocus(peer->Window()); break;
+            case QEvent::Enter:
+                peer->AskForCursor();
+                break;
+            case QEvent::FocusIn:
+                peer->System().SetFocus(peer->Window());
+                break;
             case QEvent::ActivationChange:
                 if (isWindow()) peer->System().Deliver(peer->Window(), WM_ACTIVATE, isActiveWindow(), 0);
                 break;
@@ -120,15 +128,20 @@ protected:
                 peer->System().DeliverClose(peer->Window());
                 return true;
             case QEvent::DragEnter:
-            case QEvent::DragMove: Weigh(*static_cast<QDragMoveEvent*>(event)); return true;
-            case QEvent::Drop: Drop(*peer, *static_cast<QDropEvent*>(event)); return true;
+            case QEvent::DragMove:
+                Weigh(*static_cast<QDragMoveEvent*>(event));
+                return true;
+            case QEvent::Drop:
+                Drop(*peer, *static_cast<QDropEvent*>(event));
+                return true;
             case QEvent::UpdateRequest: {
                 CQtWindowSystem& system = peer->System();
                 const bool done = QWidget::event(event);
                 system.Shown();
                 return done;
             }
-            default: break;
+            default:
+                break;
         }
         return QWidget::event(event);
     }
@@ -182,7 +195,8 @@ private:
         QMetaObject::invokeMethod(
             this,
             [this, files] {
-                if (QtPeer* const stands = QtPeer::Of(this)) stands->System().DeliverDrop(stands->Window(), files);
+                if (QtPeer* const stands = QtPeer::Of(this))
+                    stands->System().DeliverDrop(stands->Window(), files);
             },
             Qt::QueuedConnection);
     }
@@ -212,7 +226,8 @@ public:
         auto shown = std::make_shared<CSurface>(image.width(), image.height());
         for (int y = 0; y < shown->Height(); ++y) {
             const auto* const from = reinterpret_cast<const std::uint32_t*>(image.constScanLine(y));
-            std::transform(from, from + shown->Width(), shown->Row(y), [](std::uint32_t p) { return p & 0xFFFFFFu; });
+            std::transform(from, from + shown->Width(), shown->Row(y),
+                           [](std::uint32_t p) { return p & 0xFFFFFFu; });
         }
         return shown;
     }
@@ -223,6 +238,7 @@ private:
 
 }  // namespace
 
-std::unique_ptr<QtPeer> MakeCanvasPeer(CQtWindowSystem& system, CWnd& window, CWnd* parent, WindowKind kind, QWidget* in) {
+std::unique_ptr<QtPeer> MakeCanvasPeer(CQtWindowSystem& system, CWnd& window, CWnd* parent, WindowKind kind,
+                                       QWidget* in) {
     return std::make_unique<QtCanvasPeer>(system, window, parent, kind, new QtCanvas(in, kind));
 }

@@ -122,16 +122,26 @@ QCursor Draw(const Picture& picture, int density) {
 QCursor CursorPicture(HCURSOR cursor, double density) {
     if (cursor == g_hCursorNull) return Qt::BlankCursor;
     switch (cursor) {
-        case IDC_WAIT: return Qt::WaitCursor;
-        case kText: return Qt::IBeamCursor;
-        case kCross: return Qt::CrossCursor;
-        case kSizeWide: return Qt::SplitHCursor;
-        case kSizeHigh: return Qt::SplitVCursor;
-        case kHand: return Qt::PointingHandCursor;
-        default: break;
+        case IDC_WAIT:
+            return Qt::WaitCursor;
+        case kText:
+            return Qt::IBeamCursor;
+        case kCross:
+            return Qt::CrossCursor;
+        case kSizeWide:
+            return Qt::SplitHCursor;
+        case kSizeHigh:
+            return Qt::SplitVCursor;
+        case kHand:
+            return Qt::PointingHandCursor;
+        default:
+            break;
     }
-    const std::map<HCURSOR, Picture (*)()> pictures = {{g_hCursorLoc, Locate}, {g_hCursorZoom, Zoom}, {g_hCursorWin, Window},
-                                                       {g_hCursorRot, Rotate}, {g_hCursorPan, Pan}};
+    const std::map<HCURSOR, Picture (*)()> pictures = {{g_hCursorLoc, Locate},
+                                                       {g_hCursorZoom, Zoom},
+                                                       {g_hCursorWin, Window},
+                                                       {g_hCursorRot, Rotate},
+                                                       {g_hCursorPan, Pan}};
     const auto found = pictures.find(cursor);
     if (found == pictures.end()) return Qt::ArrowCursor;
     return Draw(found->second(), density > 1 ? 2 : 1);

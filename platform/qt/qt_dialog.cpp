@@ -36,7 +36,8 @@ Line TextLine(const DialogField& field, const Changed& changed) {
     auto* const edit = new QLineEdit;
     if (field.m_kind == Kind::kText) edit->setMinimumWidth(200);
     QObject::connect(edit, &QLineEdit::textChanged, edit, changed);
-    return {edit, [edit] { return FromQt(edit->text()); }, [edit](const std::string& v) { edit->setText(ToQt(v)); }};
+    return {edit, [edit] { return FromQt(edit->text()); },
+            [edit](const std::string& v) { edit->setText(ToQt(v)); }};
 }
 
 Line CheckLine(const DialogField& field, const Changed& changed) {
@@ -67,12 +68,14 @@ Line TicksLine(const DialogField& field, const Changed& changed) {
     return {list,
             [list] {
                 std::string ticks;
-                for (int i = 0; i < list->count(); ++i) ticks += list->item(i)->checkState() == Qt::Checked ? '1' : '0';
+                for (int i = 0; i < list->count(); ++i)
+                    ticks += list->item(i)->checkState() == Qt::Checked ? '1' : '0';
                 return ticks;
             },
             [list](const std::string& v) {
                 for (int i = 0; i < list->count(); ++i) {
-                    const bool on = static_cast<std::size_t>(i) < v.size() && v[static_cast<std::size_t>(i)] == '1';
+                    const bool on =
+                        static_cast<std::size_t>(i) < v.size() && v[static_cast<std::size_t>(i)] == '1';
                     list->item(i)->setCheckState(on ? Qt::Checked : Qt::Unchecked);
                 }
             }};
@@ -102,7 +105,8 @@ void WriteTable(QTableWidget& table, const std::string& text) {
     for (int row = 0; row < table.rowCount(); ++row) {
         const QStringList cells = row < rows.size() ? rows[row].split(u'\t') : QStringList();
         for (int column = 0; column < table.columnCount(); ++column)
-            table.setItem(row, column, new QTableWidgetItem(column < cells.size() ? cells[column] : QString()));
+            table.setItem(row, column,
+                          new QTableWidgetItem(column < cells.size() ? cells[column] : QString()));
     }
 }
 
@@ -116,10 +120,12 @@ Line TableLine(const DialogField& field, const Changed& changed) {
     table->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
     table->setMinimumSize(std::max(240, 80 * table->columnCount()), 180);
     QObject::connect(table, &QTableWidget::itemChanged, table, [table, changed](QTableWidgetItem* item) {
-        if (item->row() + 1 == table->rowCount() && !item->text().isEmpty()) table->setRowCount(table->rowCount() + 1);
+        if (item->row() + 1 == table->rowCount() && !item->text().isEmpty())
+            table->setRowCount(table->rowCount() + 1);
         changed();
     });
-    return {table, [table] { return ReadTable(*table); }, [table](const std::string& v) { WriteTable(*table, v); }};
+    return {table, [table] { return ReadTable(*table); },
+            [table](const std::string& v) { WriteTable(*table, v); }};
 }
 
 Line NoteLine() {
@@ -132,12 +138,18 @@ Line NoteLine() {
 
 Line MakeLine(const DialogField& field, const Changed& changed) {
     switch (field.m_kind) {
-        case Kind::kCheck: return CheckLine(field, changed);
-        case Kind::kChoice: return ChoiceLine(field, changed);
-        case Kind::kTicks: return TicksLine(field, changed);
-        case Kind::kTable: return TableLine(field, changed);
-        case Kind::kNote: return NoteLine();
-        default: return TextLine(field, changed);
+        case Kind::kCheck:
+            return CheckLine(field, changed);
+        case Kind::kChoice:
+            return ChoiceLine(field, changed);
+        case Kind::kTicks:
+            return TicksLine(field, changed);
+        case Kind::kTable:
+            return TableLine(field, changed);
+        case Kind::kNote:
+            return NoteLine();
+        default:
+            return TextLine(field, changed);
     }
 }
 
@@ -149,7 +161,8 @@ public:
 
 class FormDialog : public QDialog {
 public:
-    FormDialog(CQtWindowSystem& system, QWidget* above, DialogForm& form) : QDialog(above), m_system(system), m_form(form) {
+    FormDialog(CQtWindowSystem& system, QWidget* above, DialogForm& form)
+        : QDialog(above), m_system(system), m_form(form) {
         setWindowTitle(ToQt(form.m_title));
         auto* const all = new QVBoxLayout(this);
         auto* const middle = new QHBoxLayout;
@@ -160,7 +173,9 @@ public:
         m_wrong->setTextFormat(Qt::PlainText);
         m_wrong->setWordWrap(true);
         QPalette red = m_wrong->palette();
-        red.setColor(QPalette::WindowText, palette().color(QPalette::Window).lightness() < 128 ? QColor(255, 110, 100) : QColor(190, 0, 0));
+        red.setColor(QPalette::WindowText, palette().color(QPalette::Window).lightness() < 128
+                                               ? QColor(255, 110, 100)
+                                               : QColor(190, 0, 0));
         m_wrong->setPalette(red);
         all->addWidget(m_wrong);
         all->addLayout(MakeButtons());

@@ -1,4 +1,5 @@
-// The line of text: a line edit of the toolkit, with its caret, its clipboard and the input methods of the desktop.
+// The line of text: a line edit of the toolkit, with its caret, its clipboard and the input methods of the
+// desktop.
 #include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -16,8 +17,10 @@ bool IsLineKey(const QKeyEvent& event) {
         case Qt::Key_Home:
         case Qt::Key_End:
         case Qt::Key_Insert:
-        case Qt::Key_Delete: return true;
-        default: return event.modifiers() & Qt::ControlModifier && TypedText(event).empty();
+        case Qt::Key_Delete:
+            return true;
+        default:
+            return event.modifiers() & Qt::ControlModifier && TypedText(event).empty();
     }
 }
 
@@ -51,8 +54,8 @@ protected:
         return QLineEdit::event(event);
     }
 
-    // Keys act only when nothing is being composed. The window has them first, characters included; those it wants typed
-    // come back through Type.
+    // Keys act only when nothing is being composed. The window has them first, characters included; those it
+    // wants typed come back through Type.
     void keyPressEvent(QKeyEvent* event) override {
         QtPeer* const peer = QtPeer::Of(this);
         event->accept();

@@ -13,11 +13,15 @@ namespace {
 /// What a key says to somebody who waits for characters: also those that control.
 std::string CharacterOf(const QKeyEvent& event) {
     switch (event.key()) {
-        case Qt::Key_Escape: return "\x1b";
+        case Qt::Key_Escape:
+            return "\x1b";
         case Qt::Key_Return:
-        case Qt::Key_Enter: return "\r";
-        case Qt::Key_Tab: return "\t";
-        default: return TypedText(event);
+        case Qt::Key_Enter:
+            return "\r";
+        case Qt::Key_Tab:
+            return "\t";
+        default:
+            return TypedText(event);
     }
 }
 

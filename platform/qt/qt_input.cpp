@@ -8,7 +8,9 @@
 
 namespace {
 
-CPoint PixelOf(QPointF at) { return {static_cast<int>(std::floor(at.x())), static_cast<int>(std::floor(at.y()))}; }
+CPoint PixelOf(QPointF at) {
+    return {static_cast<int>(std::floor(at.x())), static_cast<int>(std::floor(at.y()))};
+}
 
 struct ButtonMessages {
     Qt::MouseButton button;
@@ -29,28 +31,44 @@ UINT VirtualKey(int qtKey) {
     if ((qtKey >= Qt::Key_A && qtKey <= Qt::Key_Z) || (qtKey >= Qt::Key_0 && qtKey <= Qt::Key_9))
         return static_cast<UINT>(qtKey);  // the same numbers
     switch (qtKey) {
-        case Qt::Key_Backspace: return VK_BACK;
+        case Qt::Key_Backspace:
+            return VK_BACK;
         case Qt::Key_Tab:
-        case Qt::Key_Backtab: return VK_TAB;
+        case Qt::Key_Backtab:
+            return VK_TAB;
         case Qt::Key_Return:
-        case Qt::Key_Enter: return VK_RETURN;
-        case Qt::Key_Escape: return VK_ESCAPE;
-        case Qt::Key_Space: return VK_SPACE;
-        case Qt::Key_PageUp: return VK_PRIOR;
-        case Qt::Key_PageDown: return VK_NEXT;
-        case Qt::Key_End: return VK_END;
-        case Qt::Key_Home: return VK_HOME;
-        case Qt::Key_Left: return VK_LEFT;
-        case Qt::Key_Up: return VK_UP;
-        case Qt::Key_Right: return VK_RIGHT;
-        case Qt::Key_Down: return VK_DOWN;
-        case Qt::Key_Delete: return VK_DELETE;
-        default: return 0;
+        case Qt::Key_Enter:
+            return VK_RETURN;
+        case Qt::Key_Escape:
+            return VK_ESCAPE;
+        case Qt::Key_Space:
+            return VK_SPACE;
+        case Qt::Key_PageUp:
+            return VK_PRIOR;
+        case Qt::Key_PageDown:
+            return VK_NEXT;
+        case Qt::Key_End:
+            return VK_END;
+        case Qt::Key_Home:
+            return VK_HOME;
+        case Qt::Key_Left:
+            return VK_LEFT;
+        case Qt::Key_Up:
+            return VK_UP;
+        case Qt::Key_Right:
+            return VK_RIGHT;
+        case Qt::Key_Down:
+            return VK_DOWN;
+        case Qt::Key_Delete:
+            return VK_DELETE;
+        default:
+            return 0;
     }
 }
 
 UINT ModifierBits(Qt::KeyboardModifiers modifiers) {
-    return (modifiers & Qt::ShiftModifier ? MK_SHIFT : 0u) | (modifiers & Qt::ControlModifier ? MK_CONTROL : 0u);
+    return (modifiers & Qt::ShiftModifier ? MK_SHIFT : 0u) |
+           (modifiers & Qt::ControlModifier ? MK_CONTROL : 0u);
 }
 
 // Ctrl with Alt is what some keyboards make of the key beside the space bar, which does type.
@@ -82,11 +100,12 @@ void QtInput::Mouse(QtPeer& peer, const QMouseEvent& event) {
     m_warped.reset();
     for (const ButtonMessages& button : kButtons) {
         if (event.button() != button.button || !QtPeer::Of(widget)) continue;
-        const UINT message = event.type() == QEvent::MouseButtonRelease  ? button.release
+        const UINT message = event.type() == QEvent::MouseButtonRelease    ? button.release
                              : event.type() == QEvent::MouseButtonDblClick ? button.twice
                                                                            : button.press;
         m_down = message == button.release ? m_down & ~button.bit : m_down | button.bit;
-        m_system.DeliverMouse(peer.Window(), message, ModifierBits(event.modifiers()), PixelOf(event.position()));
+        m_system.DeliverMouse(peer.Window(), message, ModifierBits(event.modifiers()),
+                              PixelOf(event.position()));
     }
     if (QtPeer* const stands = QtPeer::Of(widget)) stands->AskForCursor();
 }
@@ -97,7 +116,8 @@ void QtInput::ReleaseLost(QtPeer& peer, const QMouseEvent& event) {
     for (const ButtonMessages& button : kButtons) {
         if (!(m_down & button.bit) || (event.buttons() & button.button) || !QtPeer::Of(widget)) continue;
         m_down &= ~button.bit;
-        m_system.DeliverMouse(peer.Window(), button.release, ModifierBits(event.modifiers()), PixelOf(event.position()));
+        m_system.DeliverMouse(peer.Window(), button.release, ModifierBits(event.modifiers()),
+                              PixelOf(event.position()));
     }
 }
 
@@ -112,10 +132,16 @@ void QtInput::Move(QtPeer& peer, const QMouseEvent& event) {
     const QPointer<QWidget> widget = peer.Widget();
     ReleaseLost(peer, event);
     if (!QtPeer::Of(widget)) return;
-    m_waiting = {widget, ModifierBits(event.modifiers()), PixelOf(event.position()), m_waiting ? m_waiting->since : now};
+    m_waiting = {widget, ModifierBits(event.modifiers()), PixelOf(event.position()),
+                 m_waiting ? m_waiting->since : now};
     if (std::exchange(m_flushQueued, true)) return;
     QMetaObject::invokeMethod(
-        qApp, [this] { m_flushQueued = false; Flush(); }, Qt::QueuedConnection);
+        qApp,
+        [this] {
+            m_flushQueued = false;
+            Flush();
+        },
+        Qt::QueuedConnection);
 }
 
 void QtInput::Flush() {
@@ -136,8 +162,8 @@ void QtInput::Painted() {
         m_system.Options().m_moveShown(std::chrono::duration_cast<std::chrono::microseconds>(took).count());
 }
 
-// Wheels of high resolution turn by parts of a step: these add up. Each whole step is an event of its own, since each
-// zooms once.
+// Wheels of high resolution turn by parts of a step: these add up. Each whole step is an event of its own,
+// since each zooms once.
 void QtInput::Wheel(QtPeer& peer, const QWheelEvent& event) {
     constexpr int kStep = 120;
     const QPointer<QWidget> widget = peer.Widget();

@@ -22,8 +22,8 @@ UINT ModifierBits(Qt::KeyboardModifiers modifiers);  // MK_SHIFT, MK_CONTROL
 /// What a key types, in UTF-8: printable characters, "\b" for backspace; empty for all else.
 std::string TypedText(const QKeyEvent& event);
 
-/// Turns mouse, wheel and keys over to the window system. Of the moves that come while others wait the newest alone is
-/// handed over; presses, releases, keys and the wheel never overtake one, nor are overtaken.
+/// Turns mouse, wheel and keys over to the window system. Of the moves that come while others wait the newest
+/// alone is handed over; presses, releases, keys and the wheel never overtake one, nor are overtaken.
 class QtInput {
 public:
     explicit QtInput(CQtWindowSystem& system) : m_system(system) {}
@@ -51,8 +51,9 @@ private:
     std::optional<Waiting> m_waiting;
     bool m_flushQueued = false;
     std::optional<QPoint> m_warped;
-    UINT m_down = 0;         // buttons that the window system takes for pressed, MK_ bits
-    int m_turned = 0;        // of the wheel, less than a step
+    UINT m_down = 0;   // buttons that the window system takes for pressed, MK_ bits
+    int m_turned = 0;  // of the wheel, less than a step
     QPointer<QWidget> m_wheelOver;
-    std::optional<std::chrono::steady_clock::time_point> m_unpainted;  // when the move came whose picture is under way
+    std::optional<std::chrono::steady_clock::time_point>
+        m_unpainted;  // when the move came whose picture is under way
 };

@@ -40,7 +40,8 @@ QtPeer* QtPeer::Of(const QWidget* widget) {
 QPalette EditPalette() {
     const auto role = [](int index) {
         const COLORREF color = GetSysColor(index);
-        return QColor(static_cast<int>(color & 0xFF), static_cast<int>(color >> 8 & 0xFF), static_cast<int>(color >> 16 & 0xFF));
+        return QColor(static_cast<int>(color & 0xFF), static_cast<int>(color >> 8 & 0xFF),
+                      static_cast<int>(color >> 16 & 0xFF));
     };
     QPalette palette = QGuiApplication::palette();
     palette.setColor(QPalette::Base, role(COLOR_WINDOW));
@@ -151,7 +152,8 @@ void QtPeer::StartTimer(unsigned id, int milliseconds) {
     auto& timer = m_timers[id];
     if (!timer) {
         timer = std::make_unique<QTimer>();
-        QObject::connect(timer.get(), &QTimer::timeout, [this, id] { m_system.Deliver(m_window, WM_TIMER, id, 0); });
+        QObject::connect(timer.get(), &QTimer::timeout,
+                         [this, id] { m_system.Deliver(m_window, WM_TIMER, id, 0); });
     }
     timer->start(std::max(milliseconds, 1));
 }

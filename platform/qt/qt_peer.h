@@ -11,10 +11,13 @@
 
 class QTimer;
 
-inline QString ToQt(const std::string& text) { return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())); }
+inline QString ToQt(const std::string& text) {
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
 inline std::string FromQt(const QString& text) { return text.toStdString(); }
 
-/// Owns the widget of a window. The widget goes later than the peer does: the peer may go in the midst of an event of it.
+/// Owns the widget of a window. The widget goes later than the peer does: the peer may go in the midst of an
+/// event of it.
 class QtPeer : public CWindowPeer {
 public:
     QtPeer(CQtWindowSystem& system, CWnd& window, CWnd* parent, WindowKind kind, QWidget* widget);
@@ -32,9 +35,9 @@ public:
 
     void StartTimer(unsigned id, int milliseconds);
     void StopTimer(unsigned id);
-    void AskForCursor();   // has the window say which one shows now
-    void ShowAtFirst();    // a window of its own comes to the screen with its first picture
-    void UserResized();    // a window of its own has another size
+    void AskForCursor();  // has the window say which one shows now
+    void ShowAtFirst();   // a window of its own comes to the screen with its first picture
+    void UserResized();   // a window of its own has another size
     void UserMoved();
     virtual void Recolour() { m_window.Invalidate(); }  // the palette is another now
 
@@ -62,6 +65,7 @@ private:
 QPalette EditPalette();
 
 // The peers that windows get
-std::unique_ptr<QtPeer> MakeCanvasPeer(CQtWindowSystem& system, CWnd& window, CWnd* parent, WindowKind kind, QWidget* in);
+std::unique_ptr<QtPeer> MakeCanvasPeer(CQtWindowSystem& system, CWnd& window, CWnd* parent, WindowKind kind,
+                                       QWidget* in);
 std::unique_ptr<QtPeer> MakeEditLinePeer(CQtWindowSystem& system, CWnd& window, CWnd* parent, QWidget* in);
 std::unique_ptr<QtPeer> MakeEditLogPeer(CQtWindowSystem& system, CWnd& window, CWnd* parent, QWidget* in);

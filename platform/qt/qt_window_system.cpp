@@ -33,7 +33,8 @@ public:
     explicit SignalDoor(std::function<void()> leave) {
         if (::pipe2(s_pipe, O_CLOEXEC | O_NONBLOCK) != 0) return;
         m_notifier = std::make_unique<QSocketNotifier>(s_pipe[0], QSocketNotifier::Read);
-        QObject::connect(m_notifier.get(), &QSocketNotifier::activated, [leave = std::move(leave)] { leave(); });
+        QObject::connect(m_notifier.get(), &QSocketNotifier::activated,
+                         [leave = std::move(leave)] { leave(); });
         struct sigaction action {};
         action.sa_handler = [](int) {
             const int kept = errno;
@@ -53,7 +54,7 @@ public:
 private:
     static constexpr int kSignals[2] = {SIGINT, SIGTERM};
     static inline int s_pipe[2] = {-1, -1};
-    struct sigaction m_before[2] {};
+    struct sigaction m_before[2]{};
     std::unique_ptr<QSocketNotifier> m_notifier;
 };
 
@@ -75,13 +76,15 @@ QString SuffixOf(const PathRequest& request) {
 
 // Qt's own answer to a display that it can't reach is to abort.
 QtApplicationHolder::QtApplicationHolder(int* argc, char** argv) {
-    const QtMessageHandler before = qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
-        if (type != QtFatalMsg) return;
-        const std::string message = "error: the editor's window cannot be shown: " + FromQt(text.section(u'\n', 0, 0)) +
-                                    "\nCheck DISPLAY or WAYLAND_DISPLAY, or work without a screen: tvo play, tvo run.\n";
-        [[maybe_unused]] const auto written = ::write(STDERR_FILENO, message.data(), message.size());
-        ::_exit(1);
-    });
+    const QtMessageHandler before =
+        qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
+            if (type != QtFatalMsg) return;
+            const std::string message =
+                "error: the editor's window cannot be shown: " + FromQt(text.section(u'\n', 0, 0)) +
+                "\nCheck DISPLAY or WAYLAND_DISPLAY, or work without a screen: tvo play, tvo run.\n";
+            [[maybe_unused]] const auto written = ::write(STDERR_FILENO, message.data(), message.size());
+            ::_exit(1);
+        });
     QCoreApplication::setApplicationName(QStringLiteral("tvo"));
     QGuiApplication::setDesktopFileName(QStringLiteral("tvo"));
     QGuiApplication::setQuitOnLastWindowClosed(false);  // the frames are counted here
@@ -119,11 +122,16 @@ CQtWindowSystem::~CQtWindowSystem() {
 }
 
 std::unique_ptr<CWindowPeer> CQtWindowSystem::MakePeer(CWnd& window, WindowKind kind, CWnd* parent) {
-    QWidget* const in = parent ? PeerOf(*parent).Widget() : kind == WindowKind::kTool ? TopWindow() : m_embed.data();
+    QWidget* const in = parent                      ? PeerOf(*parent).Widget()
+                        : kind == WindowKind::kTool ? TopWindow()
+                                                    : m_embed.data();
     switch (kind) {
-        case WindowKind::kEditLine: return MakeEditLinePeer(*this, window, parent, in);
-        case WindowKind::kEditLog: return MakeEditLogPeer(*this, window, parent, in);
-        default: return MakeCanvasPeer(*this, window, parent, kind, in);
+        case WindowKind::kEditLine:
+            return MakeEditLinePeer(*this, window, parent, in);
+        case WindowKind::kEditLog:
+            return MakeEditLogPeer(*this, window, parent, in);
+        default:
+            return MakeCanvasPeer(*this, window, parent, kind, in);
     }
 }
 
@@ -203,16 +211,19 @@ void CQtWindowSystem::PaletteChanged() {
 }
 
 std::optional<std::string> CQtWindowSystem::ReadSetting(const std::string& path, const std::string& name) {
-    return m_options.m_readSetting ? m_options.m_readSetting(path, name) : CWindowSystem::ReadSetting(path, name);
+    return m_options.m_readSetting ? m_options.m_readSetting(path, name)
+                                   : CWindowSystem::ReadSetting(path, name);
 }
 
-void CQtWindowSystem::WriteSetting(const std::string& path, const std::string& name, const std::string& value) {
+void CQtWindowSystem::WriteSetting(const std::string& path, const std::string& name,
+                                   const std::string& value) {
     if (m_options.m_writeSetting) m_options.m_writeSetting(path, name, value);
     else CWindowSystem::WriteSetting(path, name, value);
 }
 
 std::string CQtWindowSystem::ReadClipboard() {
-    return m_options.m_scripted ? CWindowSystem::ReadClipboard() : FromQt(QGuiApplication::clipboard()->text());
+    return m_options.m_scripted ? CWindowSystem::ReadClipboard()
+                                : FromQt(QGuiApplication::clipboard()->text());
 }
 
 void CQtWindowSystem::SetClipboardText(const std::string& text) {
@@ -229,7 +240,8 @@ bool CQtWindowSystem::RunProgram(const std::vector<std::string>& arguments, bool
     pid_t child = 0;
     if (::posix_spawnp(&child, words[0], nullptr, nullptr, words.data(), environ) != 0) return false;
     if (!wait) return true;
-    while (::waitpid(child, nullptr, 0) < 0 && errno == EINTR) {}
+    while (::waitpid(child, nullptr, 0) < 0 && errno == EINTR) {
+    }
     return true;
 }
 
@@ -237,7 +249,8 @@ bool CQtWindowSystem::RunProgram(const std::vector<std::string>& arguments, bool
 
 void CQtWindowSystem::ShowMessage(const std::string& text) {
     if (m_options.m_scripted) return CWindowSystem::ShowMessage(text);
-    QMessageBox box(QMessageBox::Information, QStringLiteral("tvo"), ToQt(text), QMessageBox::NoButton, TopWindow());
+    QMessageBox box(QMessageBox::Information, QStringLiteral("tvo"), ToQt(text), QMessageBox::NoButton,
+                    TopWindow());
     box.setTextFormat(Qt::PlainText);
     box.addButton(QStringLiteral("确定"), QMessageBox::AcceptRole);
     box.exec();
@@ -253,14 +266,16 @@ std::optional<std::string> CQtWindowSystem::DoAskPath(const PathRequest& request
     dialog.setAcceptMode(request.m_save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
     dialog.setFileMode(request.m_save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
     if (request.m_save) dialog.setDefaultSuffix(SuffixOf(request));
-    dialog.setLabelText(QFileDialog::Accept, request.m_save ? QStringLiteral("保存") : QStringLiteral("打开"));
+    dialog.setLabelText(QFileDialog::Accept,
+                        request.m_save ? QStringLiteral("保存") : QStringLiteral("打开"));
     dialog.setLabelText(QFileDialog::Reject, QStringLiteral("取消"));
     dialog.setLabelText(QFileDialog::FileName, QStringLiteral("文件名:"));
     dialog.setLabelText(QFileDialog::FileType, QStringLiteral("文件类型:"));
     dialog.setLabelText(QFileDialog::LookIn, QStringLiteral("位置:"));
     if (!request.m_proposed.empty()) {
         const QFileInfo proposed(ToQt(request.m_proposed));
-        if (proposed.isAbsolute() || ToQt(request.m_proposed).contains(u'/')) dialog.setDirectory(proposed.absolutePath());
+        if (proposed.isAbsolute() || ToQt(request.m_proposed).contains(u'/'))
+            dialog.setDirectory(proposed.absolutePath());
         dialog.selectFile(proposed.fileName());
     }
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
