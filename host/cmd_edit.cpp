@@ -32,9 +32,17 @@ const char* const kAbout =
     "Status: 0 when it was closed, or ended by SIGTERM or SIGINT; 1 when no window can be shown.\n"
     "Without a screen: tvo play.\n";
 
+const char* const kRecordAbout =
+    "Opens the editor as tvo edit does and writes down what is done in it: the pointer, the keys, what dialogs\n"
+    "were answered, how long a drag's trial took. tvo play SCRIPT repeats it exactly, without a screen: a fault\n"
+    "is best reported so. The model that it began with goes beside as SCRIPT.tvo. Each line is in the file\n"
+    "before it is carried out, so that a crash is told to its last click. In the editor 记录 does the same.\n"
+    "\n"
+    "Status: as that of tvo edit.\n";
+
 struct EditOptions {
     std::string file;
-    std::string record;
+    std::string record;  // where the session is written down; empty: nowhere
     std::string size = "1200x800";
     bool measure = false;
 };
@@ -130,6 +138,10 @@ int RunEditor(const EditOptions& options) {
     return status;
 }
 
+void AddWindowOptions(CLI::App& command, EditOptions& options) {
+    command.add_option("--size", options.size, "size of the window, WxH pixels")->capture_default_str();
+}
+
 }  // namespace
 
 Command AddEditCommand(CLI::App& app) {
@@ -137,8 +149,18 @@ Command AddEditCommand(CLI::App& app) {
     CLI::App* command = app.add_subcommand("edit", "Open the editor's window");
     command->add_option("FILE", options->file, "model or drawing to open");
     command->add_option("--record", options->record, "write the session down as a script for tvo play");
-    command->add_option("--size", options->size, "size of the window, WxH pixels")->capture_default_str();
+    AddWindowOptions(*command, *options);
     command->add_flag("--measure", options->measure, "tell how long the first picture and mouse moves took");
     command->footer(kAbout);
+    return {command, [options] { return RunEditor(*options); }};
+}
+
+Command AddRecordCommand(CLI::App& app) {
+    auto options = std::make_shared<EditOptions>();
+    CLI::App* command = app.add_subcommand("record", "Open the editor and write the session down");
+    command->add_option("SCRIPT", options->record, "the script to write; one of that name is kept as NAME~")->required();
+    command->add_option("FILE", options->file, "model or drawing to open");
+    AddWindowOptions(*command, *options);
+    command->footer(kRecordAbout);
     return {command, [options] { return RunEditor(*options); }};
 }

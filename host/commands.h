@@ -20,5 +20,6 @@ Command AddExportCommand(CLI::App& app);
 Command AddImportCommand(CLI::App& app);
 Command AddInfoCommand(CLI::App& app);
 Command AddPlayCommand(CLI::App& app);
+Command AddRecordCommand(CLI::App& app);
 Command AddRecoverCommand(CLI::App& app);
 Command AddRunCommand(CLI::App& app);

@@ -20,7 +20,7 @@ int Main(int argc, char** argv) {
                "\nStatus: 0 done; 1 the data could not be used; 2 wrong usage.\n");
     const Command commands[] = {AddLayersCommand(app), AddImportCommand(app), AddCheckCommand(app),
                                 AddInfoCommand(app),   AddExportCommand(app), AddRunCommand(app),
-                                AddEditCommand(app),   AddPlayCommand(app),  AddRecoverCommand(app)};
+                                AddEditCommand(app),   AddPlayCommand(app), AddRecordCommand(app),  AddRecoverCommand(app)};
     // Said here since CLI11 would only miss a command.
     const auto named = [&](const Command& command) { return command.app->get_name() == argv[1]; };
     if (argc > 1 && argv[1][0] != '-' && std::none_of(std::begin(commands), std::end(commands), named)) {

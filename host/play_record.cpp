@@ -5,6 +5,8 @@
 #include "host/play_event.h"
 #include "host/play_session.h"
 #include "host/script_line.h"
+#include "host/settings/profile_settings.h"
+#include "host/settings/settings_file.h"
 #include "shell/prompt_view.h"
 #include "view/tvo_view_mgr.h"
 
@@ -28,6 +30,17 @@ void Hold(PlaySession& session, const Words& words) {
 
 void Input(PlaySession& session, const Words& words) {
     session.Frame().GetPromptView()->m_cInput.SetWindowText(CString(UnescapedWord(words[1])));
+}
+
+void Setting(PlaySession& session, const Words& words) {
+    session.m_system.WriteSetting(words[1], words[2], UnescapedWord(words[3]));
+}
+
+void Profile(PlaySession&, const Words& words) {
+    SettingsFile settings{std::string()};
+    settings.Write(words[1], words[2], UnescapedWord(words[3]));
+    LoadProfile(settings);
+    for (const std::string& message : settings.TakeMessages()) throw ScriptFailure{message};
 }
 
 void Look(PlaySession& session, const Words& words) {
@@ -54,6 +67,8 @@ void Look(PlaySession& session, const Words& words) {
 }
 
 constexpr PlayEvent kEvents[] = {
+    {"setting", "PATH NAME VALUE", 3, 3, Setting, "a setting that the editor finds; may stand before editor"},
+    {"profile", "PATH NAME VALUE", 3, 3, Profile, "the same for what the profile holds"},
     {"at", "X Y", 2, 2, At, "the pointer is there without having moved"},
     {"hold", "[ctrl] [shift]", 0, 2, Hold, "these keys are down at the pointer's events from here on"},
     {"input", "TEXT", 1, 1, Input, "what stands in the command line, by whatever way it came there"},

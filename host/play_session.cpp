@@ -255,7 +255,6 @@ void PlaySession::Key(unsigned key, bool shift, bool control, const std::string&
 
 void PlaySession::Run(std::string_view line) {
     if (!Play(line)) return;
-    m_started = true;
     TellMessages();
     m_system.ShowNow();
 }
@@ -266,6 +265,7 @@ bool PlaySession::Play(std::string_view line) {
     std::string_view rest = first == std::string_view::npos ? std::string_view() : line.substr(first);
     while (!rest.empty() && rest.back() == '\r') rest.remove_suffix(1);
     if (rest.starts_with("type ")) {
+        m_started = true;
         Type(*this, {"type", std::string(rest.substr(5))});
         return true;
     }
@@ -273,6 +273,7 @@ bool PlaySession::Play(std::string_view line) {
     if (words.empty()) return false;
     const PlayEvent* const event = FindEvent(words);
     if (!event) {
+        m_started = true;
         m_script.Run(line);
         m_system.Drain();
         return true;
@@ -285,6 +286,7 @@ bool PlaySession::Play(std::string_view line) {
     } catch (const DataFailure& failure) {
         throw ScriptFailure{failure.what()};
     }
+    if (words[0] != "setting" && words[0] != "profile") m_started = true;
     return true;
 }
 

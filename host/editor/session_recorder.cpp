@@ -11,9 +11,12 @@
 
 #include "host/editor/document.h"
 #include "host/editor/edit_frame.h"
+#include "host/editor/setting_dialogs.h"
 #include "host/failure.h"
 #include "host/models/model_writer.h"
 #include "host/play_event.h"
+#include "host/settings/profile_settings.h"
+#include "host/settings/settings_file.h"
 #include "host/tvo_model_host.h"
 #include "shell/prompt_view.h"
 #include "view/tvo_view_mgr.h"
@@ -82,8 +85,18 @@ SessionRecorder::~SessionRecorder() {
 
 void SessionRecorder::WriteHead(bool bare) {
     const CRect place = m_frame.GetClientRect();
-    std::string head = "# A session at the editor. Repeat it with: tvo play " + Quoted(m_path) + "\neditor " +
-                       At({place.Width(), place.Height()});
+    std::string head = "# A session at the editor. Repeat it with: tvo play " + Quoted(m_path) + "\n";
+    const auto enter = [&](const char* word, const std::string& path, const std::string& name,
+                           const std::string& value) {
+        head.append(word).append(1, ' ').append(Quoted(path)).append(1, ' ').append(Quoted(name));
+        head.append(1, ' ').append(Quoted(EscapedWord(value))).append(1, '\n');
+    };
+    SettingsFile profile{std::string()};
+    SaveProfile(profile);
+    for (const auto& [key, value] : profile.Values()) enter("profile", key.first, key.second, value);
+    for (const auto& [name, value] : SnapSettings(m_frame.View()))
+        enter("setting", kSnapSettingsPath, name, value);
+    head.append("editor ").append(At({place.Width(), place.Height()}));
     if (!bare) {
         const std::string model = m_path + ".tvo";
         CObjectUndoContainEx& store = m_frame.DataBase().GetContain();

@@ -17,7 +17,6 @@ namespace {
 
 using Kind = DialogField::Kind;
 
-constexpr const char* kSettings = "snap";  // group of what is kept between sessions
 constexpr int kAngles = 10;
 constexpr double kFullTurn = 360;
 constexpr int kLeastSymbol = 5, kLargestSymbol = 65;  // pixels
@@ -225,25 +224,27 @@ void AskSteps(CTvoDataBase& db, CTvoViewMgr& view) {
     view.Invalidate();
 }
 
-void KeepSnapSettings(const CTvoViewMgr& view) {
-    CWindowSystem* const system = CWindowSystem::Current();
-    if (!system) return;
-    const auto keep = [&](const std::string& name, const std::string& value) {
-        system->WriteSetting(kSettings, name, value);
-    };
+std::vector<std::pair<std::string, std::string>> SnapSettings(const CTvoViewMgr& view) {
+    std::vector<std::pair<std::string, std::string>> settings;
     for (int i = 0; i < kAngles; ++i)
-        keep(AngleName(i), NumberText(static_cast<double>(view.m_fSnapAngle[i])));
-    for (const Switch& which : kSwitches) keep(which.name, view.*which.value ? "1" : "0");
-    keep("types", TypeTicks());
-    keep("size", std::to_string(g_cTvoProfile.m_nSymbolSize));
-    keep("step", NumberText(static_cast<double>(view.m_fKbdStep) / kMetre));
+        settings.emplace_back(AngleName(i), NumberText(static_cast<double>(view.m_fSnapAngle[i])));
+    for (const Switch& which : kSwitches) settings.emplace_back(which.name, view.*which.value ? "1" : "0");
+    settings.emplace_back("types", TypeTicks());
+    settings.emplace_back("size", std::to_string(g_cTvoProfile.m_nSymbolSize));
+    settings.emplace_back("step", NumberText(static_cast<double>(view.m_fKbdStep) / kMetre));
+    return settings;
+}
+
+void KeepSnapSettings(const CTvoViewMgr& view) {
+    if (CWindowSystem* system = CWindowSystem::Current())
+        for (const auto& [name, value] : SnapSettings(view)) system->WriteSetting(kSnapSettingsPath, name, value);
 }
 
 void ReadSnapSettings(CTvoViewMgr& view) {
     CWindowSystem* const system = CWindowSystem::Current();
     if (!system) return;
     const auto kept = [&](const std::string& name) {
-        return system->ReadSetting(kSettings, name).value_or("");
+        return system->ReadSetting(kSnapSettingsPath, name).value_or("");
     };
     for (int i = 0; i < kAngles; ++i)
         if (const std::string angle = kept(AngleName(i));

@@ -1,5 +1,9 @@
 // The dialogs of what the view snaps to, its switches and its steps.
 #pragma once
+#include <string>
+#include <utility>
+#include <vector>
+
 
 class CTvoDataBase;
 class CTvoViewMgr;
@@ -18,5 +22,7 @@ void AskSteps(CTvoDataBase& db, CTvoViewMgr& view);
 /// Puts angles, switches, types, size and step into the user's settings, and back in place; what is missing
 /// or spoilt there changes nothing. The dialogs keep them at once. The background grid is the model's and no
 /// setting.
+inline constexpr const char* kSnapSettingsPath = "snap";  // group of what is kept between sessions
+std::vector<std::pair<std::string, std::string>> SnapSettings(const CTvoViewMgr& view);  // name and value of each
 void KeepSnapSettings(const CTvoViewMgr& view);
 void ReadSnapSettings(CTvoViewMgr& view);

@@ -25,6 +25,8 @@ public:
 
     std::optional<std::string> Read(const std::string& path, const std::string& name) const;
     void Write(const std::string& path, const std::string& name, const std::string& value);
+    /// All of them, by path and name.
+    const std::map<std::pair<std::string, std::string>, std::string>& Values() const { return m_values; }
     /// Writes the file if anything has changed since. At the end this happens by itself; call it after changes that matter.
     void Save();
 
