@@ -70,6 +70,12 @@ QString SuffixOf(const PathRequest& request) {
     return first.startsWith(QStringLiteral("*.")) ? first.mid(2) : QString();
 }
 
+/// Dark surroundings get the dark palette, where the system has one.
+template <class System>
+void FollowDesktop(System& system, bool dark) {
+    if constexpr (requires { system.UsePalette(dark); }) system.UsePalette(dark);
+}
+
 }  // namespace
 
 // ---- life -------------------------------------------------------------------------------------------------
@@ -206,6 +212,7 @@ bool CQtWindowSystem::Hook::eventFilter(QObject*, QEvent* event) {
 }
 
 void CQtWindowSystem::PaletteChanged() {
+    FollowDesktop(*this, QGuiApplication::palette().color(QPalette::Window).lightness() < 128);
     for (QWidget* const widget : QApplication::allWidgets())
         if (QtPeer* const peer = QtPeer::Of(widget)) peer->Recolour();
 }
