@@ -10,6 +10,10 @@ class CPlayFrame : public CTvoFrameBase {
 public:
     explicit CPlayFrame(CTvoHostDataBase& db) : m_db(db) {}
 
+    // No bars: nobody sees them.
+    void CreateToolBar() override {}
+    void CreateStatusBar() override {}
+
     void InvokeCommand(int id, int arg) override {
         CTvoFrameBase::InvokeCommand(id, arg);
         if (CDtWorkEx* command = MakeEditCommand(id, m_db, *GetDtView())) GetDtView()->DoWork(command);
@@ -19,6 +23,6 @@ public:
     static CRect PlaceFor(int width, int height) { return {0, 0, width, height + kBelowView}; }
 
 private:
-    static constexpr int kBelowView = 165;  // prompt and status bar
+    static constexpr int kBelowView = 165;  // prompt, and the bar above it
     CTvoHostDataBase& m_db;                 // borrowed
 };

@@ -5,7 +5,9 @@
 #include <cstdio>
 
 CTerminalProgress::CTerminalProgress(const char* label, CTvoFrameBase* before)
-    : m_label(label), m_before(before), m_terminal(::isatty(STDERR_FILENO) == 1), m_start(std::chrono::steady_clock::now()) {}
+    : m_label(label), m_before(before), m_terminal(::isatty(STDERR_FILENO) == 1), m_start(std::chrono::steady_clock::now()) {
+    m_pSink = this;
+}
 
 CTerminalProgress::~CTerminalProgress() {
     Finish();
@@ -17,7 +19,7 @@ void CTerminalProgress::Finish() {
     m_shown = -1;
 }
 
-void CTerminalProgress::ShowProgress(int percent) {
+void CTerminalProgress::OnProgress(int percent) {
     if (!m_terminal || percent == m_shown) return;
     if (std::chrono::steady_clock::now() - m_start < std::chrono::milliseconds(500)) return;
     m_shown = percent;

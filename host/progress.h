@@ -2,11 +2,12 @@
 #pragma once
 #include <chrono>
 
+#include "shell/frame_sink.h"
 #include "shell/tvo_frame_base.h"
 
 /// A frame without panes that shows progress on the error stream: only when a terminal is there, and only for work
 /// that has taken over half a second. The line is wiped in the end.
-class CTerminalProgress : public CTvoFrameBase {
+class CTerminalProgress : public CTvoFrameBase, private CFrameSink {
 public:
     /// The frame of the process, if there is one, is that again afterwards.
     explicit CTerminalProgress(const char* label, CTvoFrameBase* before = g_pFrame);
@@ -14,10 +15,11 @@ public:
     CTerminalProgress(const CTerminalProgress&) = delete;
     CTerminalProgress& operator=(const CTerminalProgress&) = delete;
 
-    void ShowProgress(int percent) override;
     void Finish();  // wipes the line
 
 private:
+    void OnProgress(int percent) override;
+
     const char* m_label;
     CTvoFrameBase* m_before;  // borrowed
     bool m_terminal;

@@ -148,7 +148,10 @@ public:
         }
         m_head = m_tail = nullptr;
         m_count = 0;
+        ++m_changes;
     }
+    /// Grows with each element that comes, goes or is set; an index over the list is good while it stands still.
+    unsigned GetChanges() const { return m_changes; }
 
     POSITION GetHeadPosition() const { return m_head; }
     POSITION GetTailPosition() const { return m_tail; }
@@ -164,7 +167,10 @@ public:
         return n->value;
     }
     T& GetAt(POSITION p) const { return At(p)->value; }
-    void SetAt(POSITION p, const T& v) { At(p)->value = v; }
+    void SetAt(POSITION p, const T& v) {
+        At(p)->value = v;
+        ++m_changes;
+    }
 
     /// Linear; the search begins behind `after`, or at the head.
     POSITION Find(const T& v, POSITION after = nullptr) const {
@@ -187,12 +193,14 @@ private:
         (prev ? prev->next : m_head) = n;
         (next ? next->prev : m_tail) = n;
         ++m_count;
+        ++m_changes;
         return n;
     }
     T Take(Node* n) {
         (n->prev ? n->prev->next : m_head) = n->next;
         (n->next ? n->next->prev : m_tail) = n->prev;
         --m_count;
+        ++m_changes;
         T value = std::move(n->value);
         delete n;
         return value;
@@ -201,6 +209,7 @@ private:
     Node* m_head = nullptr;
     Node* m_tail = nullptr;
     int m_count = 0;
+    unsigned m_changes = 0;
 };
 
 template <class T, class = T>

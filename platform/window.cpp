@@ -44,8 +44,10 @@ BOOL CWnd::Create(CWnd* parent, const CRect& place, WindowKind kind) {
 
 void CWnd::DestroyWindow() {
     if (!m_peer) return;
+    CWindowSystem* const system = CWindowSystem::Current();
+    if (system) system->DestroyChildren(*this);
     SendMessage(WM_DESTROY);
-    if (CWindowSystem* system = CWindowSystem::Current()) system->Forget(*this);
+    if (system) system->Forget(*this);
     m_peer.reset();
     m_surface.reset();
     m_invalid = m_unshown = false;
@@ -94,6 +96,11 @@ LRESULT CWnd::WindowProc(UINT message, WPARAM w, LPARAM l) {
         case WM_ACTIVATE:
             OnActivate(w != 0);
             return 0;
+        case WM_SYSCOLORCHANGE:
+            OnSysColorChange();
+            return 0;
+        case WM_COMMAND:
+            return OnCommand(static_cast<int>(w));
         case WM_PAINT:
             OnPaint();
             return 0;
@@ -112,6 +119,9 @@ LRESULT CWnd::WindowProc(UINT message, WPARAM w, LPARAM l) {
             return 0;
         case WM_MOUSEMOVE:
             return mouse(&CWnd::OnMouseMove);
+        case WM_MOUSELEAVE:
+            OnMouseLeave();
+            return 0;
         case WM_LBUTTONDOWN:
             return mouse(&CWnd::OnLButtonDown);
         case WM_LBUTTONDBLCLK:

@@ -20,7 +20,7 @@ enum class WindowKind { kFrame, kTool, kView, kPane, kBar, kEditLine, kEditLog }
 
 /// A mouse cursor, by number; 0 is none.
 using HCURSOR = int;
-constexpr HCURSOR IDC_WAIT = 32514;
+constexpr HCURSOR IDC_ARROW = 32512, IDC_WAIT = 32514, IDC_SIZEWE = 32644, IDC_SIZENS = 32645;
 
 /// A window: it owns its peer in the window system and the picture of its client area. Without a peer, before
 /// Create or with no window system at all, every call is harmless: it shows nothing, posts nothing, and its
@@ -39,7 +39,9 @@ public:
     /// Makes the window at a place in its parent's client area (on the screen without one) and sends
     /// WM_CREATE and WM_SIZE. 0 when there is no window system.
     BOOL Create(CWnd* parent, const CRect& place, WindowKind kind);
-    void DestroyWindow();  // sends WM_DESTROY; what is posted to it and not delivered yet is dropped
+    /// Sends WM_DESTROY, and takes the windows that lie in it down first; what is posted to it and not delivered yet is
+    /// dropped.
+    void DestroyWindow();
     BOOL IsWindow() const { return m_peer != nullptr; }
     CWnd* GetParent() const { return m_parent; }
     CWindowPeer* Peer() const { return m_peer.get(); }  // null without a window
@@ -100,6 +102,9 @@ protected:
     virtual BOOL OnDropFiles(const std::vector<std::string>& /*files*/) { return 0; }
     virtual void OnSize(int /*width*/, int /*height*/) {}
     virtual void OnSetFocus() {}
+    virtual void OnSysColorChange() {}  // another palette is in force; a repaint follows
+    /// A command of a menu or a tool bar, by its number; 0 when it is none of this window's.
+    virtual BOOL OnCommand(int /*id*/) { return 0; }
     virtual void OnPaint() {}
     virtual BOOL OnEraseBkgnd(CDC*) { return 1; }
     virtual BOOL OnSetCursor() { return 0; }
@@ -107,6 +112,7 @@ protected:
     virtual void OnChar(UINT /*code*/) {}
     virtual void OnTimer(unsigned /*id*/) {}
     virtual void OnMouseMove(UINT /*keys*/, CPoint) {}
+    virtual void OnMouseLeave() {}  // the pointer has left the window
     virtual void OnLButtonDown(UINT /*keys*/, CPoint) {}
     virtual void OnLButtonUp(UINT /*keys*/, CPoint) {}
     /// The second press of a double click, in the place of OnLButtonDown.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/canvas/system_metrics.h"
 #include "platform/code_page.h"
 
 namespace {
@@ -99,6 +100,15 @@ void CWindowSystem::Forget(CWnd& window) {
     for (CWnd* child : m_windows)
         if (child->m_parent == &window) child->m_parent = nullptr;
     if (m_before) m_before->Forget(window);  // it may have been made in that one
+}
+
+void CWindowSystem::DestroyChildren(CWnd& parent) {
+    const auto child = [&] {
+        const auto found = std::find_if(m_windows.begin(), m_windows.end(),
+                                        [&](const CWnd* window) { return window->m_parent == &parent; });
+        return found == m_windows.end() ? nullptr : *found;
+    };
+    while (CWnd* window = child()) window->DestroyWindow();
 }
 
 // ---- messages ---------------------------------------------------------------------------------------------
@@ -225,6 +235,20 @@ void CWindowSystem::SetCapture(CWnd* window) {
 }
 
 // ---- services ---------------------------------------------------------------------------------------------
+
+void CWindowSystem::UsePalette(bool dark) {
+    UseDarkPalette(dark);
+    for (CWnd* window : std::vector<CWnd*>(m_windows)) {
+        if (std::find(m_windows.begin(), m_windows.end(), window) == m_windows.end()) continue;
+        window->SendMessage(WM_SYSCOLORCHANGE);
+        window->Invalidate();
+    }
+}
+
+bool CWindowSystem::RunProgram(const std::vector<std::string>& arguments, bool wait) {
+    m_programs.push_back({arguments, wait});
+    return m_canRun;
+}
 
 int CWindowSystem::RunDialog(DialogForm& form) {
     const std::vector<DialogField> before = form.m_fields;

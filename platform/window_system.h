@@ -111,6 +111,7 @@ public:
     void Enter(CWnd& window);   // into the row of windows
     void Forget(CWnd& window);  // everything that names it
     const std::vector<CWnd*>& Windows() const { return m_windows; }  // in the order of their making
+    void DestroyChildren(CWnd& parent);
     CWnd* Focus() const { return m_focus; }
     void SetFocus(CWnd& window);
     CWnd* Capture() const { return m_capture; }
@@ -130,10 +131,15 @@ public:
     virtual void StopTimer(CWnd& window, unsigned id);
     virtual void ShowBusy(bool /*busy*/) {}  // the wait cursor, whatever the pointer is over
     virtual void ShowMessage(const std::string& text) { m_messages.push_back(text); }
-    virtual bool RunProgram(const std::vector<std::string>& /*arguments*/, bool /*wait*/) { return false; }
+    /// Starts a program, found in the search path, with its arguments, and may wait for its end. False if it can't be
+    /// started. Without a screen it is only written down.
+    virtual bool RunProgram(const std::vector<std::string>& arguments, bool wait);
     /// A setting of the user's, by the path of its group and its name.
     virtual std::optional<std::string> ReadSetting(const std::string& path, const std::string& name);
     virtual void WriteSetting(const std::string& path, const std::string& name, const std::string& value);
+
+    /// Takes up the dark palette or the light one, and has every window drawn with it.
+    void UsePalette(bool dark);
 
     // --- what the user is asked; the watcher learns of the answer
     std::int64_t Ticks();
@@ -153,6 +159,12 @@ public:
     std::deque<std::int64_t> m_ticks;                  // by so much the clock goes on at each reading; none left: it stands
     std::string m_clipboard;
     std::vector<std::string> m_messages;  // what ShowMessage was given
+    struct Program {
+        std::vector<std::string> m_arguments;
+        bool m_wait = false;
+    };
+    std::vector<Program> m_programs;  // what RunProgram was given
+    bool m_canRun = true;             // its answer
 
 protected:
     // What a backend shows. Values of a form that was cancelled don't matter.

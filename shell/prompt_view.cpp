@@ -7,6 +7,7 @@
 #include "platform/canvas/client_dc.h"
 #include "platform/canvas/system_metrics.h"
 #include "platform/code_page.h"
+#include "platform/gbk.h"
 #include "shell/cmd_map.h"
 #include "shell/scr_menu_data.h"
 #include "shell/tvo_frame_base.h"
@@ -20,7 +21,7 @@ namespace {
 
 constexpr int kLineHeight = 17;     // of the bottom line, pixels
 constexpr int kMostLines = 100;     // of the history, before one more comes
-constexpr std::size_t kMostTyped = 500;  // bytes of a line that reach a command
+constexpr std::size_t kMostTyped = 500;  // bytes of GBK of a line that reach a command
 
 const CString kIdlePrompt = "命令:";
 
@@ -36,7 +37,7 @@ unsigned FunctionCode(UINT key) {
 
 std::string Cut(const CString& text) {
     std::string cut = text.GetString();
-    cut.resize(Utf8CutLength(cut, kMostTyped));
+    cut.resize(GbkCutLength(cut, kMostTyped));
     return cut;
 }
 
@@ -78,6 +79,7 @@ void CPromptView::SetParaPrompt(const CString& text) {
 void CPromptView::RestoreParaPrompt() { SetParaPrompt(kIdlePrompt); }
 
 void CPromptView::Display() {
+    ++m_nDisplays;
     CString all;
     for (int i = 0; i < m_aHistory.GetSize(); ++i) {
         if (i > 0) all += "\r\n";
@@ -127,10 +129,13 @@ void CPromptView::OnDraw(CDC* dc) {
     dc->FillRect(CRect(client.left, top, client.right, client.bottom), &ground);
     CFont* const old = dc->SelectObject(&m_cFont);
     const int mode = dc->SetBkMode(TRANSPARENT);
+    const COLORREF ink = dc->SetTextColor(GetSysColor(COLOR_WINDOWTEXT));
     dc->TextOut(0, top + 1, g_strPrompt);
+    dc->SetTextColor(ink);
     dc->SetBkMode(mode);
     dc->SelectObject(old);
-    for (int x = client.left; x < client.right; x += 2) dc->SetPixel(x, top, 0x808080);
+    const COLORREF line = GetSysColor(COLOR_PROMPT_LINE);
+    for (int x = client.left; x < client.right; x += 2) dc->SetPixel(x, top, line);
 }
 
 BOOL CPromptView::OnMouseWheel(UINT keys, int delta, CPoint screen) {

@@ -67,6 +67,7 @@ public:
     CPromptInput m_cInput;
     CRect m_rcOutput, m_rcInput;
     int m_bInInput = 0;  // a command handles typed text
+    unsigned m_nDisplays = 0;  // how often the history was written anew
 
 protected:
     int OnCreate() override;

@@ -14,6 +14,7 @@
 #include "model/profile.h"
 #include "model/tvo_data_base.h"
 #include "platform/window.h"
+#include "shell/frame_sink.h"
 #include "shell/tvo_frame_base.h"
 
 namespace {
@@ -128,9 +129,10 @@ private:
     std::map<unsigned long, CFRect> m_boxes;
 };
 
-struct Prompter : CTvoFrameBase {
-    void AppendPromptText(CString text) override { m_prompt += std::string(text) + "|"; }
-    void ShowProgress(int percent) override {
+struct Prompter : CTvoFrameBase, CFrameSink {
+    Prompter() { m_pSink = this; }
+    void OnPromptText(const CString& text) override { m_prompt += text.Std() + "|"; }
+    void OnProgress(int percent) override {
         m_least = std::min(m_least, percent);
         m_most = std::max(m_most, percent);
         if (percent == 0) ++m_zeros;

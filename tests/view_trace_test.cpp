@@ -244,8 +244,8 @@ TEST_F(ViewTrace, LineByTwoClicks) {
     ExpectClean("one point");
     Move(200, 100);
     ExpectPoint(m_view->m_cCursor, 2000, 5000);
-    EXPECT_EQ(std::string(m_frame->m_strPane[0].GetString()), "2000.00,5000.00,0.00");
-    EXPECT_EQ(std::string(m_frame->m_strPane[1].GetString()), "1000.00,0.00,0.00");
+    EXPECT_EQ(m_frame->m_cStatusBar.GetPaneText(0).Std(), "2000.00,5000.00,0.00");
+    EXPECT_EQ(m_frame->m_cStatusBar.GetPaneText(1).Std(), "1000.00,0.00,0.00");
     ExpectClean("rubber line");
     Click(200, 100);
     ExpectIdle();
@@ -281,7 +281,7 @@ TEST_F(ViewTrace, SnapAndTypedCoordinates) {
 
     Enter("line");
     Enter("@1,1");
-    EXPECT_EQ(std::string(m_frame->m_strPane[1].GetString()), "第一点不能是相对坐标");
+    EXPECT_EQ(m_frame->m_cStatusBar.GetPaneText(1).Std(), "第一点不能是相对坐标");
     EXPECT_EQ(History().back(), "请输入起点 @1,1");
     EXPECT_EQ(m_view->m_nInputPoint, 0);
     struct { const char* text; bool point; float x, y; } const rows[] = {

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
 #include "model/goujian.h"
 #include "model/profile.h"
@@ -241,14 +242,11 @@ int CTvoViewKernel::InFilter(CGouJianEx* pGouJian) {
 }
 
 void CTvoViewKernel::ForgetComponent(CGouJianEx* pGouJian) {
-    const auto drop = [&](CGouJianExList& list) {
-        for (POSITION p = list.Find(pGouJian); p; p = list.Find(pGouJian)) list.RemoveAt(p);
-    };
-    drop(*m_pSelectedList);
-    for (CDtWorkEx* stock : m_pSelectCommand)
-        if (auto* select = static_cast<CSelectCommand*>(stock)) {
-            drop(select->m_lstAdded);
-            drop(select->m_lstRemoved);
+    m_cSelectedIndex.Drop(*m_pSelectedList, pGouJian);
+    for (std::size_t i = 0; i < std::size(m_pSelectCommand); ++i)
+        if (auto* select = static_cast<CSelectCommand*>(m_pSelectCommand[i])) {
+            m_cAddedIndex[i].Drop(select->m_lstAdded, pGouJian);
+            m_cRemovedIndex[i].Drop(select->m_lstRemoved, pGouJian);
         }
 }
 

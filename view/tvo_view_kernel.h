@@ -11,6 +11,7 @@
 #include "platform/containers.h"
 #include "platform/string.h"
 #include "platform/window.h"
+#include "view/list_index.h"
 #include "view/oper_stack_item.h"
 #include "view/work_codes.h"
 
@@ -21,7 +22,6 @@ class CSelectCommand;
 class CTvoDataBase;
 class CTvoFrameBase;
 
-using CGouJianExList = CList<CGouJianEx*, CGouJianEx*>;
 
 /// The view: it owns the transform, the points given so far, the running command and the stack of suspended ones. All
 /// input reaches the command through here. A mouse handler at most asks the command's OnMouseNotify; what the command
@@ -206,6 +206,7 @@ private:
     unsigned m_nWorkSerial = 0;            // counts the changes of m_pWork
     unsigned m_nSwitches = 0;              // counts the commands switched in
     unsigned m_nStarts = 0;                // of these the new ones
+    CListIndex m_cSelectedIndex, m_cAddedIndex[3], m_cRemovedIndex[3];  // of the selection and the select commands' lists
     std::shared_ptr<CSurface> m_pScratch;  // of the last copy of the base map, to be used again
 };
 

@@ -5,6 +5,7 @@
 
 #include "model/tvo_data_base.h"
 #include "platform/canvas/client_dc.h"
+#include "platform/gbk.h"
 #include "shell/prompt_view.h"
 #include "shell/tvo_frame_base.h"
 #include "view/dt_work_ex.h"
@@ -13,7 +14,7 @@
 
 namespace {
 
-constexpr std::size_t kMostTyped = 500;  // bytes of typed text that reach a command
+constexpr std::size_t kMostTyped = 500;  // bytes of GBK of typed text that reach a command
 
 }  // namespace
 
@@ -193,7 +194,7 @@ int CTvoViewKernel::OnNormal() {
 int CTvoViewKernel::OnInput(const char* text) {
     if (!m_pWork) return 1;
     std::string typed = text ? text : "";
-    typed.resize(Utf8CutLength(typed, kMostTyped));
+    typed.resize(GbkCutLength(typed, kMostTyped));
     int valid = 0;
     if (m_nObjectHint & QS_POINT) {
         CFPoint point;

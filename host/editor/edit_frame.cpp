@@ -11,6 +11,7 @@
 #include "host/editor/plate_paint.h"
 #include "host/editor/session_recorder.h"
 #include "platform/window_system.h"
+#include "shell/scr_menu_view.h"
 #include "view/tvo_view_mgr.h"
 
 CEditFrame::CEditFrame(CTvoHostDataBase& db) : m_db(db), m_document(std::make_unique<EditorDocument>(*this)) {
@@ -146,9 +147,20 @@ std::vector<std::string> CEditFrame::ToolNames() const {
     return names;
 }
 
-CWnd* CEditFrame::WindowNamed(const std::string& name) const { return Tool(name); }
+std::vector<std::pair<std::string, CWnd*>> CEditFrame::OwnWindows() const {
+    auto* const frame = const_cast<CEditFrame*>(this);
+    return {{"menu", GetScrMenuView()}, {"bar", &frame->m_cStatusBar}, {"tools", &frame->m_cToolBar}};
+}
+
+CWnd* CEditFrame::WindowNamed(const std::string& name) const {
+    for (const auto& [own, window] : OwnWindows())
+        if (name == own) return window;
+    return Tool(name);
+}
 
 std::string CEditFrame::NameOf(const CWnd& window) const {
+    for (const auto& [own, one] : OwnWindows())
+        if (one == &window) return own;
     for (const auto& [name, tool] : m_tools)
         if (tool.get() == &window) return name;
     return {};

@@ -3,6 +3,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "host/host_data_base.h"
@@ -64,6 +65,7 @@ protected:
 
 private:
     void OnIdle();
+    std::vector<std::pair<std::string, CWnd*>> OwnWindows() const;
 
     CTvoHostDataBase& m_db;  // borrowed
     std::unique_ptr<EditorDocument> m_document;

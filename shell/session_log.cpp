@@ -1,0 +1,40 @@
+#include "shell/session_log.h"
+
+#include "model/dates.h"
+#include "model/paths.h"
+#include "platform/gbk.h"
+
+namespace {
+
+int g_bSessionLog = 0;
+
+}  // namespace
+
+void WriteQeTvoSessionLog(int on) { g_bSessionLog = on; }
+int IsSessionLogOn() { return g_bSessionLog; }
+
+void CSessionLog::Open() {
+    if (m_file) return;
+    force_directory(G_strWorkPath);
+    m_file = std::fopen(G_strWorkPath + "QeSession.log", "ae");
+    Put("New session started at " + GetCurTime2() + "\n");
+}
+
+CSessionLog::~CSessionLog() {
+    if (!m_file) return;
+    Put("Session ended at " + GetCurTime2() + "\n");
+    std::fclose(m_file);
+}
+
+void CSessionLog::Write(CString text) {
+    if (!m_file || text.Find("qe_inter_cmd_") >= 0) return;
+    for (const char* end : {"\r\n", "\n", "\r"}) text.Replace(end, " ");
+    Put("[" + GetCurTime2() + "] " + text + "\n");
+}
+
+void CSessionLog::Put(const CString& line) {
+    if (!m_file) return;
+    const std::string bytes = Utf8ToGbk(line.View());
+    std::fwrite(bytes.data(), 1, bytes.size(), m_file);
+    std::fflush(m_file);
+}
