@@ -5,22 +5,13 @@
 
 #include "platform/canvas/dc.h"
 #include "platform/canvas/system_metrics.h"
-#include "platform/window_system.h"
 
 CSplitterWndEx::~CSplitterWndEx() { DestroyWindow(); }
-
-// The cursor for all of the window: only the bars are seen of it.
-void CSplitterWndEx::SetMode(int mode) {
-    m_nMode = mode;
-    if (Peer()) Peer()->Cursor(mode == 0 ? IDC_ARROW : m_rows ? IDC_SIZENS : IDC_SIZEWE);
-}
 
 BOOL CSplitterWndEx::CreateStatic(CWnd* parent, int rows, int) {
     m_rows = rows > 1;
     m_panes.clear();
-    if (!Create(parent, CRect(), WindowKind::kPane)) return 0;
-    SetMode(m_nMode);
-    return 1;
+    return Create(parent, CRect(), WindowKind::kPane);
 }
 
 void CSplitterWndEx::AddPane(CWnd& pane) { m_panes.push_back({&pane}); }
@@ -89,6 +80,13 @@ void CSplitterWndEx::OnMouseMove(UINT, CPoint p) {
 
 void CSplitterWndEx::OnLButtonUp(UINT, CPoint) {
     if (std::exchange(m_dragged, 0)) ReleaseCapture();
+}
+
+// For all of the window: only the bars are seen of it.
+BOOL CSplitterWndEx::OnSetCursor() {
+    if (m_nMode == 0) return 0;
+    ::SetCursor(m_rows ? IDC_SIZENS : IDC_SIZEWE);
+    return 1;
 }
 
 // ---- drawing ----------------------------------------------------------------------------------------------

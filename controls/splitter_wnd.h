@@ -20,7 +20,7 @@ public:
     int GetPaneSize(int index) const;                    // as laid out
     void RecalcLayout();
     /// 0: the bars stand still.
-    void SetMode(int mode);
+    void SetMode(int mode) { m_nMode = mode; }
     int GetMode() const { return m_nMode; }
     /// The bar under a point: 1 for the first; 0 when there is none, or it can't be dragged.
     int HitTest(CPoint p) const;
@@ -36,6 +36,7 @@ protected:
     void OnMouseMove(UINT keys, CPoint p) override;
     void OnLButtonDown(UINT keys, CPoint p) override;
     void OnLButtonUp(UINT keys, CPoint p) override;
+    BOOL OnSetCursor() override;
 
 private:
     struct Pane {

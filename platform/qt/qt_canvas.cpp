@@ -110,6 +110,9 @@ protected:
             case QEvent::Enter:
                 peer->AskForCursor();
                 break;
+            case QEvent::Leave:
+                peer->System().Deliver(peer->Window(), WM_MOUSELEAVE, 0, 0);
+                break;
             case QEvent::FocusIn:
                 peer->System().SetFocus(peer->Window());
                 break;
