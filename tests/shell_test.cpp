@@ -22,6 +22,7 @@
 #include "shell/scr_menu_view.h"
 #include "shell/shell_icons.h"
 #include "shell/tvo_frame_base.h"
+#include "view/dt_work_ex.h"
 #include "view/list_index.h"
 #include "view/tvo_view_mgr.h"
 
@@ -191,7 +192,7 @@ TEST_F(Shell, MenuFromCode) {
     ASSERT_TRUE(Menu().HitTest(9, 22, rect));
     EXPECT_EQ(rect, CRect(5, 21, 109, 42));
     EXPECT_EQ(Menu().GetBorder(1), CRect(9, 22, 105, 43));
-    EXPECT_EQ(Menu().GetBorder(4), CRect(9, 85, 105, 106) ) << "behind the separator";
+    EXPECT_EQ(Menu().GetBorder(4), CRect(9, 66, 105, 87)) << "behind the separator";
 
     // The tree changes under the rows.
     g_cScrnMenuData.InsertScrMenuItem(nullptr, 0, "rect", "矩形", 0x205, kDraw, SCRMENU_COMMAND, kCircle);

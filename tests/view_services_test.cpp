@@ -37,6 +37,7 @@ struct ViewServices : testing::Test {
     void SetUp() override {
         g_strPrompt = "命令:";
         g_cCmdMap = CCmdMap();
+        CTvoFrameBase::ResetFirstSize();
         m_db.DestroyData();
         m_db.Initialize();
         m_db.m_pFrame = &m_frame;
@@ -264,7 +265,9 @@ TEST_F(ViewServices, ZoomingStopsAtTheLimitsAndKeepsItsPlace) {
     EXPECT_EQ(Last(), "已到缩小极限！");
     m_view->m_cCoor.Init({0, 6000, 0}, 0.1f, 1);
     const int views = m_view->m_nCoorHistory;
-    const auto wheel = [&](CWnd& window, int delta) { m_system.DeliverWheel(window, 0, delta, {200, 100}); };
+    CPoint screen(200, 100);
+    m_view->ClientToScreen(screen);
+    const auto wheel = [&](CWnd& window, int delta) { m_system.DeliverWheel(window, 0, delta, screen); };
     wheel(*m_view, 120);
     EXPECT_FLOAT_EQ(Scale(), 0.14f);
     EXPECT_LT(Far(m_view->WorldOf({200, 100}), CFPoint(2000, 5000, 0)), 0.01);

@@ -106,6 +106,7 @@ struct ViewTrace : testing::Test {
         g_strPrompt = "命令:";
         g_completed = g_cancelled = g_deleted = 0;
         g_picked.clear();
+        CTvoFrameBase::ResetFirstSize();
         m_frame = std::make_unique<Frame>();
         m_db = std::make_unique<CGridDataBase>();
         m_db->DestroyData();
