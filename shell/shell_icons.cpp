@@ -53,31 +53,30 @@ void DrawOpen(IconPen pen) {
     pen.Line({5, 8}, 9, kShine);
 }
 
-std::unique_ptr<CIconImage> Drawn(void (*draw)(IconPen), int size) {
-    auto icon = std::make_unique<CIconImage>();
+/// The picture at one size, and its mask.
+void Draw(void (*draw)(IconPen), int size, CSurface& image, std::vector<std::uint8_t>& opaque) {
     const auto picture = std::make_shared<CSurface>(size, size);
     picture->Fill(PixelFromColor(kKey));
     CDC dc(picture);
     draw(IconPen(dc, size));
-    icon->m_cImage = *picture;
-    for (const std::uint32_t pixel : picture->Pixels()) icon->m_aOpaque.push_back(pixel != PixelFromColor(kKey));
-    return icon;
+    image = *picture;
+    for (const std::uint32_t pixel : picture->Pixels()) opaque.push_back(pixel != PixelFromColor(kKey));
 }
 
-struct Icon {
-    explicit Icon(void (*draw)(IconPen)) : m_single(Drawn(draw, 16)), m_double(Drawn(draw, 32)) {
-        m_single->m_pDouble = m_double.get();
-    }
-    std::unique_ptr<CIconImage> m_single, m_double;
-};
+CIconImage Icon(void (*draw)(IconPen)) {
+    CIconImage icon;
+    Draw(draw, 16, icon.m_cImage, icon.m_aOpaque);
+    Draw(draw, 32, icon.m_cDense, icon.m_aDenseOpaque);
+    return icon;
+}
 
 }  // namespace
 
 HICON LoadShellIcon(unsigned short number) {
-    static const Icon open(DrawOpen), closed(DrawClosed);
+    static const CIconImage open = Icon(DrawOpen), closed = Icon(DrawClosed);
     switch (number) {
-        case kIconOpenFolder: return open.m_single.get();
-        case kIconClosedFolder: return closed.m_single.get();
+        case kIconOpenFolder: return &open;
+        case kIconClosedFolder: return &closed;
         default: return nullptr;
     }
 }
