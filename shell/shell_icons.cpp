@@ -63,20 +63,25 @@ void Draw(void (*draw)(IconPen), int size, CSurface& image, std::vector<std::uin
     for (const std::uint32_t pixel : picture->Pixels()) opaque.push_back(pixel != PixelFromColor(kKey));
 }
 
-CIconImage Icon(void (*draw)(IconPen)) {
-    CIconImage icon;
-    Draw(draw, 16, icon.m_cImage, icon.m_aOpaque);
-    Draw(draw, 32, icon.m_cDense, icon.m_aDenseOpaque);
-    return icon;
-}
+/// The picture of 16 by 16 with the one of 32 by 32 behind it. Neither moves.
+struct Icon {
+    explicit Icon(void (*draw)(IconPen)) {
+        Draw(draw, 16, m_single.m_cImage, m_single.m_aOpaque);
+        Draw(draw, 32, m_double.m_cImage, m_double.m_aOpaque);
+        m_single.m_pDouble = &m_double;
+    }
+    Icon(const Icon&) = delete;
+    Icon& operator=(const Icon&) = delete;
+    CIconImage m_single, m_double;
+};
 
 }  // namespace
 
 HICON LoadShellIcon(unsigned short number) {
-    static const CIconImage open = Icon(DrawOpen), closed = Icon(DrawClosed);
+    static const Icon open(DrawOpen), closed(DrawClosed);
     switch (number) {
-        case kIconOpenFolder: return &open;
-        case kIconClosedFolder: return &closed;
+        case kIconOpenFolder: return &open.m_single;
+        case kIconClosedFolder: return &closed.m_single;
         default: return nullptr;
     }
 }
