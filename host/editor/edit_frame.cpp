@@ -36,6 +36,7 @@ void CEditFrame::Open(const CRect& place, const std::string& file) {
     // The prompt has F5 pressed at its start, which shows all with no room about it.
     if (CWindowSystem* system = CWindowSystem::Current()) system->Drain();
     ReadSnapSettings(View());
+    SyncStsToStatusBar();
     const std::vector<std::string> before = EditorDocument::Recent();
     if (file.empty() || !m_document->Open(file)) m_document->ShowSample();
     // The last view belongs to the model that was the last one then.
