@@ -77,7 +77,7 @@ void AppendHatches(std::string& svg, const std::vector<PlateFace>& faces, double
     svg += "</defs>\n";
 }
 
-void AppendPlate(std::string& svg, const PlateFace& face) {
+void AppendPlate(std::string& svg, const PlateFace& face, const std::string& fill) {
     const CFRegion& region = face.plate->m_region;
     const int n = region.GetSize();
     svg += "<path d=\"M" + SvgNumber(region[0].x) + " " + SvgNumber(-region[0].y);
@@ -92,7 +92,7 @@ void AppendPlate(std::string& svg, const PlateFace& face) {
         }
         svg += SvgNumber(b.x) + " " + SvgNumber(-b.y);
     }
-    svg += "Z\" fill=\"url(#plate" + std::to_string(face.color) + ")\"/>\n";
+    svg += "Z\" fill=\"" + fill + "\"/>\n";
 }
 
 void AppendLabel(std::string& svg, const PlateLabel& label) {
@@ -105,11 +105,15 @@ void AppendLabel(std::string& svg, const PlateLabel& label) {
     svg += "</g>\n";
 }
 
-void AppendFaces(std::string& svg, const std::vector<PlateFace>& faces, double size) {
+/// With `ground` the colour lies below the hatch as well: between the tiles of a hatch paper may shine through.
+void AppendFaces(std::string& svg, const std::vector<PlateFace>& faces, double size, bool ground) {
     if (faces.empty()) return;
     AppendHatches(svg, faces, size / 130);
     svg += "<g id=\"plates\">\n";
-    for (const PlateFace& face : faces) AppendPlate(svg, face);
+    for (const PlateFace& face : faces) {
+        if (ground) AppendPlate(svg, face, SvgColor(PlateColorAt(face.color).fill));
+        AppendPlate(svg, face, "url(#plate" + std::to_string(face.color) + ")");
+    }
     svg += "</g>\n";
 }
 
@@ -130,9 +134,9 @@ void AppendComponents(std::string& svg, GraphSvg& graphs, const char* name, cons
 }
 
 /// Plates, the grid on their faces, and their labels.
-void AppendGround(std::string& svg, CTvoHostDataBase& db, const Extent& area, double size) {
+void AppendGround(std::string& svg, CTvoHostDataBase& db, const Extent& area, double size, bool paper) {
     const auto faces = PlateFaces(db);
-    AppendFaces(svg, faces, size);
+    AppendFaces(svg, faces, size, paper);
     AppendGrid(svg, db, area, size);
     AppendLabels(svg, db, faces, size);
 }
@@ -181,7 +185,7 @@ std::string Compose(CTvoHostDataBase& db, PictureContent& content, const Layout&
     svg += "<rect " + RectOf(view) + " fill=\"white\"/>\n";
     if (layout.clipped)
         svg += "<clipPath id=\"frame\"><rect " + RectOf(layout.drawing) + "/></clipPath>\n<g clip-path=\"url(#frame)\">\n";
-    AppendGround(svg, db, layout.drawing, layout.size);
+    AppendGround(svg, db, layout.drawing, layout.size, layout.clipped);
     GraphSvg graphs(svg, layout.pixel);
     AppendClouds(svg, content.fields);
     AppendComponents(svg, graphs, "below", content.below);

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <random>
 #include <set>
 #include <sstream>
@@ -228,4 +229,59 @@ TEST(TvoExport, WritesASavedModelAsADrawing) {
         EXPECT_NE(run.err.find(row.message), std::string::npos) << row.name << ": " << run.err;
     }
     EXPECT_EQ(ReadWholeFile(drawing), before);
+}
+
+/// The longest row of dark pixels in a picture that isn't the frame about the drawing, which is longer than `most`.
+std::size_t LongestRow(const std::string& pgm, std::size_t most) {
+    std::istringstream in(pgm);
+    std::string magic;
+    std::size_t width = 0, height = 0, white = 0, longest = 0;
+    in >> magic >> width >> height >> white;
+    const std::string pixels = pgm.substr(pgm.size() - width * height);
+    for (std::size_t y = 0, run = 0; y < height; ++y, run = 0)
+        for (std::size_t x = 0; x < width; ++x) {
+            const bool dark = static_cast<unsigned char>(pixels[y * width + x]) < 200;
+            if (!dark && run < most) longest = std::max(longest, run);
+            run = dark ? run + 1 : 0;
+        }
+    return longest;
+}
+
+TEST(TvoExport, WritesAPageAtAScale) {
+    const ScratchFolder folder;
+    ASSERT_EQ(RunTvo({"run"}, "line 0 0 10000 0\ntext 2000 500 500 0 大厅\nsave a.tvo\n", folder.Path()).status, 0);
+    const std::vector<std::string> page{"export", "a.tvo", "a.pdf", "--scale", "1:100", "--json"};
+    const TvoRun run = RunTvo(page, "", folder.Path());
+    ASSERT_EQ(run.status, 0) << run.err;
+    EXPECT_EQ(run.Json()[0]["width"], 297);
+    EXPECT_EQ(run.Json()[0]["whole"], true);
+    const std::string bytes = ReadWholeFile(folder.File("a.pdf"));
+    RunTvo(page, "", folder.Path());
+    EXPECT_TRUE(ReadWholeFile(folder.File("a.pdf")) == bytes) << "the same model, the same bytes";
+    const TvoRun fit = RunTvo({"export", "a.tvo", "fit.pdf", "--paper", "a3", "--portrait", "--json"}, "", folder.Path());
+    EXPECT_EQ(fit.Json()[0]["height"], 420);
+    EXPECT_EQ(fit.Json()[0]["scale"], 37);  // 10 m and the width of its ends on 275 mm
+    EXPECT_EQ(RunTvo({"export", "a.tvo", "cut.pdf", "--scale", "10", "--json"}, "", folder.Path()).Json()[0]["whole"], false);
+    const struct {
+        std::vector<std::string> arguments;
+        int status;
+        const char* message;
+    } rows[] = {
+        {{"export", "a.tvo", "b.pdf", "--paper", "A9"}, 2, "none of A0 to A4"},
+        {{"export", "a.tvo", "b.pdf", "--scale", "0"}, 2, "no scale such as 1:100"},
+        {{"export", "a.tvo", "b.pdf", "--scale", "1:nan"}, 2, "no scale such as 1:100"},
+        {{"export", "a.tvo", "no/b.pdf"}, 1, "cannot write no/b.pdf: No such"},
+    };
+    for (const auto& row : rows) {
+        const TvoRun bad = RunTvo(row.arguments, "", folder.Path());
+        EXPECT_EQ(bad.status, row.status) << row.message;
+        EXPECT_NE(bad.err.find(row.message), std::string::npos) << bad.err;
+    }
+    const std::string in = "cd " + folder.Path().string() + " && ";
+    if (std::system("command -v pdftoppm >/dev/null && command -v pdftotext >/dev/null") != 0) GTEST_SKIP() << "no poppler-utils";
+    ASSERT_EQ(std::system((in + "pdftoppm -r 254 -gray a.pdf a && pdftotext a.pdf").c_str()), 0);
+    EXPECT_NEAR(static_cast<double>(LongestRow(ReadWholeFile(folder.File("a-1.pgm")), 2000)), 1000, 16);  // 10 m, 100 mm, 10 pixels to each, nodes at its ends
+    const std::string text = ReadWholeFile(folder.File("a.txt"));
+    EXPECT_NE(text.find("大厅"), std::string::npos) << text;
+    EXPECT_NE(text.find("1:100"), std::string::npos) << text;
 }
