@@ -39,6 +39,7 @@ CObjectUndoContainEx::CObjectUndoContainEx() : m_nOwner(TakeOwnerNumber()) {}
 
 CObjectUndoContainEx::~CObjectUndoContainEx() {
     DestroyData();
+    if (m_pWatcher) m_pWatcher->OnGone();
     GiveOwnerNumberBack(m_nOwner);
 }
 

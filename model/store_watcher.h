@@ -15,4 +15,6 @@ public:
     virtual void OnStepEnd() = 0;
     /// The store is being emptied, its log too; components are freed after this, untold.
     virtual void OnEmptied() = 0;
+    /// The store itself goes; nothing is told after this.
+    virtual void OnGone() = 0;
 };

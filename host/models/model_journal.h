@@ -69,6 +69,7 @@ public:
     void OnChanged(const CGouJianEx& component) override;
     void OnStepEnd() override { Flush(); }
     void OnEmptied() override;
+    void OnGone() override { m_db = nullptr; }  // the journal stays, as after a crash
 
 private:
     enum class Scope { kChanges, kWhole };
