@@ -1,8 +1,6 @@
 #include "platform/qt/qt_window_system.h"
 
 #include <fcntl.h>
-#include <spawn.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <QClipboard>
@@ -18,10 +16,9 @@
 #include <utility>
 
 #include "platform/canvas/system_metrics.h"
+#include "platform/process.h"
 #include "platform/qt/qt_dialog.h"
 #include "platform/qt/qt_peer.h"
-
-extern char** environ;
 
 namespace {
 
@@ -68,12 +65,6 @@ QString FilterOf(const PathRequest& request) {
 QString SuffixOf(const PathRequest& request) {
     const QString first = ToQt(request.m_pattern).section(u' ', 0, 0);
     return first.startsWith(QStringLiteral("*.")) ? first.mid(2) : QString();
-}
-
-/// Dark surroundings get the dark palette, where the system has one.
-template <class System>
-void FollowDesktop(System& system, bool dark) {
-    if constexpr (requires { system.UsePalette(dark); }) system.UsePalette(dark);
 }
 
 }  // namespace
@@ -212,7 +203,7 @@ bool CQtWindowSystem::Hook::eventFilter(QObject*, QEvent* event) {
 }
 
 void CQtWindowSystem::PaletteChanged() {
-    FollowDesktop(*this, QGuiApplication::palette().color(QPalette::Window).lightness() < 128);
+    UsePalette(QGuiApplication::palette().color(QPalette::Window).lightness() < 128);
     for (QWidget* const widget : QApplication::allWidgets())
         if (QtPeer* const peer = QtPeer::Of(widget)) peer->Recolour();
 }
@@ -239,17 +230,7 @@ void CQtWindowSystem::SetClipboardText(const std::string& text) {
 }
 
 bool CQtWindowSystem::RunProgram(const std::vector<std::string>& arguments, bool wait) {
-    if (arguments.empty()) return false;
-    std::vector<char*> words;
-    std::vector<std::string> kept = arguments;
-    for (std::string& word : kept) words.push_back(word.data());
-    words.push_back(nullptr);
-    pid_t child = 0;
-    if (::posix_spawnp(&child, words[0], nullptr, nullptr, words.data(), environ) != 0) return false;
-    if (!wait) return true;
-    while (::waitpid(child, nullptr, 0) < 0 && errno == EINTR) {
-    }
-    return true;
+    return m_options.m_scripted ? CWindowSystem::RunProgram(arguments, wait) : RunProcess(arguments, wait);
 }
 
 // ---- what the user is asked -------------------------------------------------------------------------------
