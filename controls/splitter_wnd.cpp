@@ -71,7 +71,8 @@ void CSplitterWndEx::OnMouseMove(UINT, CPoint p) {
     Pane& pane = m_panes[static_cast<std::size_t>(m_dragged - 1)];
     const Pane& next = m_panes[static_cast<std::size_t>(m_dragged)];
     const int most = next.m_from + next.m_size - m_nBar - next.m_least - pane.m_from;
-    const int size = std::max(std::min(Along(p) - m_grip - pane.m_from, most), pane.m_least);
+    const int along = std::clamp(Along(p), -CSurface::kMaxSide, CSurface::kMaxSide);
+    const int size = std::max(std::min(along - m_grip - pane.m_from, most), pane.m_least);
     if (size == pane.m_size) return;
     pane.m_wanted = size;
     RecalcLayout();

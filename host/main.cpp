@@ -34,6 +34,7 @@ int Main(int argc, char** argv) {
     }
     // Arrows would clutter a picture, and come back as lines from an exported drawing.
     g_cTvoProfile.m_bShowLineDirection = 0;
+    g_cTvoProfile.m_nLineColor = 1;  // the usual dark red drowns in the plates' colours
     int status = kWrongUsage;
     for (const Command& command : commands)
         if (app.got_subcommand(command.app)) status = command.run();

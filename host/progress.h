@@ -5,8 +5,9 @@
 #include "shell/frame_sink.h"
 #include "shell/tvo_frame_base.h"
 
-/// A frame without panes that shows progress on the error stream: only when a terminal is there, and only for work
-/// that has taken over half a second. The line is wiped in the end.
+/// A frame without panes that shows progress: in the status bar of the frame that stands, if that is in a window, else on
+/// the error stream, only when a terminal is there, and only for work that has taken over half a second. The line is wiped
+/// in the end.
 class CTerminalProgress : public CTvoFrameBase, private CFrameSink {
 public:
     /// The frame of the process, if there is one, is that again afterwards.
@@ -19,6 +20,7 @@ public:
 
 private:
     void OnProgress(int percent) override;
+    bool InWindow() const { return m_before && m_before->IsWindow(); }
 
     const char* m_label;
     CTvoFrameBase* m_before;  // borrowed

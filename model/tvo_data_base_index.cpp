@@ -45,7 +45,10 @@ void CTvoDataBase::WAIT_FOR_COMPLETE_INDEX() {
 
 void CTvoDataBase::RESTORE_CURSOR() {
     // Also when there was none before: the wait cursor would stay for good. One that a host shows stays.
-    if (m_bWaitCursorShown) SetCursor(m_hSavedCursor);
+    if (m_bWaitCursorShown) {
+        SetCursor(m_hSavedCursor);
+        if (m_pFrame) m_pFrame->ShutDownProgress();  // the work that was shown is done
+    }
     m_bWaitCursorShown = false;
     m_hSavedCursor = 0;
 }

@@ -1,5 +1,6 @@
 #include "platform/process.h"
 
+#include <fcntl.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -22,7 +23,7 @@ void Collect() {
     });
 }
 
-bool Spawn(char* const* arguments, pid_t& pid) {
+bool Spawn(char* const* arguments, bool wait, pid_t& pid) {
     posix_spawn_file_actions_t files;
     posix_spawnattr_t attributes;
     if (posix_spawn_file_actions_init(&files) != 0) return false;
@@ -39,7 +40,12 @@ bool Spawn(char* const* arguments, pid_t& pid) {
     sigfillset(&all);
     posix_spawnattr_setsigmask(&attributes, &none);
     posix_spawnattr_setsigdefault(&attributes, &all);
-    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+    short flags = POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF;
+    if (!wait) {  // a program of the user's, that a break at our terminal is not meant for
+        flags |= POSIX_SPAWN_SETSID;
+        posix_spawn_file_actions_addopen(&files, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+    }
+    posix_spawnattr_setflags(&attributes, flags);
     const int failed = ::posix_spawnp(&pid, arguments[0], &files, &attributes, arguments, environ);
     posix_spawnattr_destroy(&attributes);
     posix_spawn_file_actions_destroy(&files);
@@ -55,7 +61,7 @@ bool RunProcess(const std::vector<std::string>& arguments, bool wait) {
     for (const std::string& word : arguments) words.push_back(const_cast<char*>(word.c_str()));  // not written to
     words.push_back(nullptr);
     pid_t pid = 0;
-    if (!Spawn(words.data(), pid)) return false;
+    if (!Spawn(words.data(), wait, pid)) return false;
     if (!wait) {
         Loose().push_back(pid);
         return true;

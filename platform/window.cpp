@@ -214,6 +214,7 @@ void CWnd::Present() {
 void CWnd::UpdateWindow() {
     if (m_invalid) Paint();
     Present();
+    if (m_peer) m_peer->ShowNow();
 }
 
 void CView::OnPaint() {

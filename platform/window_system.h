@@ -28,6 +28,7 @@ public:
     virtual void Move(const CRect& place);
     virtual void Show(bool show) { m_shown = show; }
     virtual void Present(const CSurface& /*picture*/) {}  // to the screen
+    virtual void ShowNow() {}  // what was presented, without waiting for the end of what is being handled
     /// What the screen shows of it, read back; null where there is no screen.
     virtual std::shared_ptr<CSurface> Shown() const { return nullptr; }
     virtual void Focus() {}

@@ -1,5 +1,6 @@
 #include "shell/outside_programs.h"
 
+#include <cstdio>
 #include <string>
 #include <utility>
 #include <vector>
@@ -21,6 +22,7 @@ bool Start(const std::vector<std::string>& words, bool wait) {
 
 void Tell(const CString& text) {
     if (CWindowSystem* system = CWindowSystem::Current()) system->ShowMessage(text.GetString());
+    else std::fprintf(stderr, "%s\n", text.GetString());
 }
 
 /// What the user has set, else what opens files on this desktop.
@@ -51,6 +53,7 @@ void OpenJJS(const char* file, int fullPath) {
     }
     const CString extension = name.Right(kExtension);
     CString path = fullPath ? name : IncludeTrailingSlash(G_strWorkPath) + name;
+    path.Replace("\\", "/");  // as it was found
     if (path[0] == '-') path = "./" + path;  // not an option of the program's
     const bool text = extension.CompareNoCase(".OUT") == 0 || extension.CompareNoCase(".TXT") == 0;
     std::vector<std::string> words = Program(text ? "TextEditor" : "Viewer");

@@ -20,6 +20,8 @@ CString g_strPrompt = "命令:";
 namespace {
 
 constexpr int kLineHeight = 17;     // of the bottom line, pixels
+constexpr int kFontHeight = 13;     // 8 points with their leading, at 96 dots an inch
+constexpr int kLeastInput = 40;     // width that the input line keeps, pixels
 constexpr int kMostLines = 100;     // of the history, before one more comes
 constexpr std::size_t kMostTyped = 500;  // bytes of GBK of a line that reach a command
 
@@ -94,7 +96,7 @@ void CPromptView::Display() {
 // ---- the pane ---------------------------------------------------------------------------------------------
 
 int CPromptView::OnCreate() {
-    m_cFont.CreateFont(8, 0, 0, 0, FW_NORMAL, 0, 0, 0, DEFAULT_CHARSET, 0, 0, 4, 0, "Courier");
+    m_cFont.CreateFont(kFontHeight, 0, 0, 0, FW_NORMAL, 0, 0, 0, DEFAULT_CHARSET, 0, 0, 4, 0, "Courier");
     m_cOutput.m_pPromptView = m_cInput.m_pPromptView = this;
     return 0;
 }
@@ -113,7 +115,8 @@ void CPromptView::RePositionParaPrompt() {
     const CRect client = GetClientRect();
     CClientDC dc(IsWindow() ? this : nullptr);
     CFont* const old = dc.SelectObject(&m_cFont);
-    const int left = client.left + dc.GetTextExtent(g_strPrompt).cx + 5;
+    // However long the prompt, there is room to type.
+    const int left = std::min(client.left + dc.GetTextExtent(g_strPrompt).cx + 5, std::max(client.left, client.right - kLeastInput));
     dc.SelectObject(old);
     const int top = client.bottom - kLineHeight;
     m_rcInput = CRect(left, top, std::max(client.right, left), client.bottom);
@@ -155,6 +158,10 @@ BOOL CPromptInput::OnMouseWheel(UINT keys, int delta, CPoint screen) {
 }
 
 // The key of the character, letters as capitals: its code would be that of an F key or an arrow.
+void CResultOutput::OnKeyDown(UINT key, LPARAM flags) {
+    if (m_pPromptView && key >= VK_F1 && key <= VK_F12) m_pPromptView->m_cInput.SendMessage(WM_KEYDOWN, key, flags);
+}
+
 void CResultOutput::OnChar(UINT code) {
     if (!m_pPromptView) return;
     CPromptInput& input = m_pPromptView->m_cInput;

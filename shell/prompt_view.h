@@ -18,6 +18,7 @@ public:
     CPromptView* m_pPromptView = nullptr;  // borrowed
 
 protected:
+    void OnKeyDown(UINT key, LPARAM flags) override;  // function keys act from here, too
     void OnChar(UINT code) override;
     BOOL OnMouseWheel(UINT keys, int delta, CPoint screen) override;
 };

@@ -78,12 +78,13 @@ void CScrMenuData::DeleteMenuItem(int id) {
     while (!open.empty()) {
         const int parent = open.back();
         open.pop_back();
+        if (parent == -1) continue;  // nameless items stand under many
         for (const CScrMenuItem& item : m_arrItem)
             if (item.m_nParentID == parent && item.m_nCmdID != 0 && gone.insert(item.m_nCmdID).second)
                 open.push_back(item.m_nCmdID);
     }
     DeleteLeafItem(id);
-    gone.erase(-1);  // nameless items stand under many; those below go by their parents
+    gone.erase(-1);
     Drop(m_arrItem, [&](const CScrMenuItem& item) { return gone.count(item.m_nParentID) != 0; });
     ReDrawScreenMenu();
 }

@@ -51,6 +51,7 @@ protected:
     void OnMouseMove(UINT keys, CPoint p) override;
     void OnMouseLeave() override;
     void OnLButtonDown(UINT keys, CPoint p) override;
+    void OnLButtonDblClk(UINT, CPoint) override {}  // other rows lie there by then
     void OnRButtonDown(UINT keys, CPoint p) override;
     BOOL OnMouseWheel(UINT keys, int delta, CPoint screen) override;  // zooms if the pointer is over the view
 

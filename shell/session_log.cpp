@@ -16,7 +16,9 @@ int IsSessionLogOn() { return g_bSessionLog; }
 void CSessionLog::Open() {
     if (m_file) return;
     force_directory(G_strWorkPath);
-    m_file = std::fopen(G_strWorkPath + "QeSession.log", "ae");
+    CString path = G_strWorkPath + "QeSession.log";
+    path.Replace("\\", "/");  // as the folder has been made
+    m_file = std::fopen(path, "ae");
     Put("New session started at " + GetCurTime2() + "\n");
 }
 

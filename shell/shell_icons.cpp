@@ -61,6 +61,10 @@ void Draw(void (*draw)(IconPen), int size, CSurface& image, std::vector<std::uin
     draw(IconPen(dc, size));
     image = *picture;
     for (const std::uint32_t pixel : picture->Pixels()) opaque.push_back(pixel != PixelFromColor(kKey));
+    // White behind it, for rows that show the picture without its mask.
+    for (int y = 0; y < size; ++y)
+        for (int x = 0; x < size; ++x)
+            if (picture->At(x, y) == PixelFromColor(kKey)) image.Row(y)[x] = 0xFFFFFF;
 }
 
 /// The picture of 16 by 16 with the one of 32 by 32 behind it. Neither moves.

@@ -15,7 +15,7 @@ constexpr char kTicks[] = "|\\-/|\\-/";
 // ---- prompt -----------------------------------------------------------------------------------------------
 
 void CTvoFrameBase::AppendPromptText(const CString& text) {
-    if (m_pSink) m_pSink->OnPromptText(text);
+    if (m_pSink && text.Find("qe_inter_cmd_") < 0) m_pSink->OnPromptText(text);
     if (m_pPrompt) m_pPrompt->AppendPromptText(text);
     m_log.Write(text);
 }
@@ -53,6 +53,7 @@ void CTvoFrameBase::SetTickTagMode(int on) {
     CString text = m_pPrompt->m_cOutput.GetWindowText();
     TakeTickOff(text);
     m_pPrompt->m_cOutput.SetWindowText(text);
+    m_pPrompt->m_cOutput.ScrollToEnd();
     m_bTickShown = 0;
 }
 

@@ -142,6 +142,7 @@ void CTvoStatusBar::ShowProgress(int percent) {
         m_pProgress->Invalidate();
     }
     m_pProgress->SetPos(std::clamp(percent, 1, 100));
+    m_pProgress->UpdateWindow();  // also when it begins where the last one ended
 }
 
 void CTvoStatusBar::ShutDownProgressCtrl() {

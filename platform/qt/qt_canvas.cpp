@@ -221,6 +221,10 @@ public:
         ShowAtFirst();
     }
 
+    void ShowNow() override {
+        if (m_widget && m_widget->isVisible()) m_widget->repaint();
+    }
+
     int Density() const override { return m_widget ? Canvas().WantedDensity() : 1; }
 
     std::shared_ptr<CSurface> Shown() const override {
