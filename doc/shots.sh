@@ -34,6 +34,7 @@ wait_for() {  # until a command succeeds, twenty seconds at most
     return 1
 }
 open_editor() {  # open_editor [FILE]
+    rm -rf "$XDG_STATE_HOME"
     (cd "$work" && exec "$tvo" edit --size 1280x860 "$@") &
     editor=$!
     wait_for xdotool search --onlyvisible --name TvoBase
@@ -67,9 +68,10 @@ shot() {
 # The sample, its plates, and a line on its way with its snap symbol.
 open_editor
 say 形成板
+click 1230 81  # the branch of drawing commands
 say 直线
-click 460 370
-at 700 450
+click 447 431
+at 630 349
 shot editor
 
 # What keeps cells open: a stray line in a room, an end that stops short of a wall.
@@ -84,9 +86,19 @@ say 检查
 shot check
 close_editor
 
-# A deflection as a cloud.
-open_editor "$top/examples/plate.tvo"
+# A deflection as a cloud, and in space.
+open_editor
+say 打开场
+sleep 1
+xdotool type --delay 5 -- "$top/examples/plate_field.txt"
+xdotool key Return
+sleep 1
+say 云图
+say 全图
 shot field
+say 三维场
+sleep 1
+shot space
 close_editor
 
 # The dialog of an axis grid.

@@ -40,10 +40,12 @@ const char* const kRecordAbout =
     "\n"
     "Status: as that of tvo edit.\n";
 
+constexpr const char* kUsualSize = "1200x800";
+
 struct EditOptions {
     std::string file;
     std::string record;  // where the session is written down; empty: nowhere
-    std::string size = "1200x800";
+    std::string size;    // of the window, WxH; empty: that of the last time
     bool measure = false;
 };
 
@@ -101,9 +103,18 @@ CRect PlaceOf(const std::string& size) {
     return {40, 40, 40 + width, 40 + height};
 }
 
+/// As large as the last window was.
+CRect LastPlace(const SettingsFile& settings) {
+    try {
+        return PlaceOf(settings.Read(CEditFrame::kLayoutPath, "size").value_or(kUsualSize));
+    } catch (const UsageFailure&) {
+        return PlaceOf(kUsualSize);
+    }
+}
+
 int RunEditor(const EditOptions& options) {
-    const CRect place = PlaceOf(options.size);
     SettingsFile settings;  // outlives the windows, which write at their end
+    const CRect place = options.size.empty() ? LastPlace(settings) : PlaceOf(options.size);
     LoadProfile(settings);
     Measure measure;
     TvoQtOptions window;
@@ -139,7 +150,7 @@ int RunEditor(const EditOptions& options) {
 }
 
 void AddWindowOptions(CLI::App& command, EditOptions& options) {
-    command.add_option("--size", options.size, "size of the window, WxH pixels")->capture_default_str();
+    command.add_option("--size", options.size, "size of the window, WxH pixels; at first 1200x800, then as it was left");
 }
 
 }  // namespace

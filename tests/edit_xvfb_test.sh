@@ -3,53 +3,10 @@
 # clipboard. What it saves must be what the recorded session makes again without a screen.
 #   edit_xvfb_test.sh TVO
 # Nothing here waits for a time: the display keeps the order of events, and what must have happened is looked for.
-set -uo pipefail
-tvo=$1
-for tool in Xvfb xdotool xclip; do
-    command -v $tool >/dev/null || { echo "skipped: $tool is not installed (./dev test installs it)"; exit 77; }
-done
-
-folder=$(mktemp -d)
-children=()
-cleanup() {
-    for pid in "${children[@]}"; do kill "$pid" 2>/dev/null; done
-    wait 2>/dev/null
-    rm -rf "$folder"
-}
-trap cleanup EXIT
-fail() {
-    echo "FAILED: $*"
-    echo "--- the recording"; cat "$folder/session.play" 2>/dev/null
-    echo "--- the editor"; cat "$folder/editor.txt" 2>/dev/null
-    exit 1
-}
-# until_true WHAT COMMAND...: up to two minutes
-until_true() {
-    local what=$1 tries
-    shift
-    for ((tries = 0; tries < 1200; ++tries)); do
-        "$@" >/dev/null 2>&1 && return 0
-        sleep 0.1
-    done
-    fail "waited in vain: $what"
-}
-
-cd "$folder" || exit 1
-export HOME=$folder XDG_CONFIG_HOME=$folder/config XDG_STATE_HOME=$folder/state XDG_RUNTIME_DIR=$folder
-unset WAYLAND_DISPLAY QT_QPA_PLATFORM QT_SCALE_FACTOR QT_IM_MODULE
-Xvfb -displayfd 3 -screen 0 1200x900x24 -nolisten tcp 3>display 2>/dev/null &
-children+=($!)
-until_true "a display" test -s display
-export DISPLAY=:$(tr -d '\n' <display)
+. "$(dirname "${BASH_SOURCE[0]}")/xvfb_editor.sh"
 
 printf 'line 0 0 12000 0\nline 12000 0 12000 9000\nline 0 9000 12000 9000\nline 0 0 0 9000\nsave model.tvo\n' | "$tvo" run - >/dev/null || fail "no model to begin with"
-"$tvo" edit model.tvo --size 1000x760 --record session.play >editor.txt 2>&1 &
-editor=$!
-children+=($editor)
-until_true "the window" xdotool search --onlyvisible --name model
-window=$(xdotool search --onlyvisible --name model | head -1)
-focused() { xdotool windowfocus "$window" && [ "$(xdotool getwindowfocus)" = "$window" ]; }
-until_true "the focus" focused
+start_editor model model.tvo --record session.play
 
 paste() {
     printf '%s' "$1" | xclip -selection clipboard
@@ -57,7 +14,6 @@ paste() {
     xdotool key Return
     until_true "$1 in the line" grep -q "^input $1" session.play
 }
-at() { xdotool mousemove --window "$window" "$1" "$2"; }
 
 # A wall by its name from the clipboard and typed points, the second one by a blank.
 paste 直线
@@ -97,7 +53,6 @@ status=$?
 [ $status -eq 0 ] || fail "the editor ended with status $status"
 
 "$tvo" play session.play >played.txt 2>&1 || fail "the recording can't be played: $(cat played.txt)"
-dump() { printf 'open %s\ndump\nstat\n' "$1" | "$tvo" run - | grep -v '"type":"open"'; }
 dump model.tvo >by_hand.txt
 dump session.play.tvo >by_play.txt
 cmp -s by_hand.txt by_play.txt || { diff by_hand.txt by_play.txt; fail "the played session ends in another model"; }

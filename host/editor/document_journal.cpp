@@ -48,7 +48,7 @@ void EditorDocument::FlushJournal() {
     const auto trouble = m_journal.TakeTrouble();
     if (!trouble) return;
     if (trouble->kind == JournalTrouble::kHeldByAnother)
-        m_frame.Warn("“" + Name() + "”正在另一个窗口中编辑, 这里的修改不写入恢复日志");
+        m_frame.Warn("“" + Name() + "”正在另一个窗口中编辑; 两边都保存时, 后保存的会替换先保存的");
     else
         m_frame.Warn("恢复日志写不进 " + trouble->path + ": " +
                      ReasonInChinese(trouble->reason, trouble->path));

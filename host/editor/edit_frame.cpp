@@ -10,6 +10,7 @@
 #include "host/editor/setting_dialogs.h"
 #include "host/editor/plate_paint.h"
 #include "host/editor/session_recorder.h"
+#include "platform/number_text.h"
 #include "platform/window_system.h"
 #include "shell/scr_menu_view.h"
 #include "view/tvo_view_mgr.h"
@@ -32,6 +33,7 @@ void CEditFrame::Open(const CRect& place, const std::string& file) {
     AddEditorCommands();
     if (CWindowSystem* system = CWindowSystem::Current()) system->m_onIdle = [this] { OnIdle(); };
     Create(nullptr, place, WindowKind::kFrame);
+    ReadLayout();
     CreatePanes(&m_db);
     View().m_bShowGrid = 0;  // it reaches far beyond most models
     // The prompt has F5 pressed at its start, which shows all with no room about it.
@@ -168,6 +170,30 @@ std::string CEditFrame::NameOf(const CWnd& window) const {
     return {};
 }
 
+// ---- layout -----------------------------------------------------------------------------------------------
+
+// What is missing, or would leave no room, changes nothing.
+void CEditFrame::ReadLayout() {
+    CWindowSystem* const system = CWindowSystem::Current();
+    if (!system) return;
+    const auto read = [&](const char* name, int& pixels) {
+        const int kept = LeadingInt(system->ReadSetting(kLayoutPath, name).value_or(""));
+        if (kept >= 20 && kept <= 1000) pixels = kept;
+    };
+    read("menu", m_nScrnMenuWidth);
+    read("prompt", m_nPromptHeight);
+}
+
+void CEditFrame::KeepLayout() {
+    CWindowSystem* const system = CWindowSystem::Current();
+    if (!system) return;
+    const CRect client = GetClientRect();
+    const auto keep = [&](const char* name, const std::string& value) { system->WriteSetting(kLayoutPath, name, value); };
+    keep("size", std::to_string(client.Width()).append(1, 'x').append(std::to_string(client.Height())));
+    keep("menu", std::to_string(m_nScrnMenuWidth));
+    keep("prompt", std::to_string(m_nPromptHeight));
+}
+
 // ---- the window -------------------------------------------------------------------------------------------
 
 void CEditFrame::OnClose() {
@@ -177,7 +203,10 @@ void CEditFrame::OnClose() {
 }
 
 void CEditFrame::OnDestroy() {
-    if (GetDtView()) KeepSnapSettings(View());
+    if (GetDtView()) {
+        KeepSnapSettings(View());
+        KeepLayout();
+    }
     StopRecording();
     for (auto& [name, tool] : m_tools) tool->DestroyWindow();
     CTvoFrameBase::OnDestroy();

@@ -20,6 +20,9 @@ public:
     explicit CEditFrame(CTvoHostDataBase& db);
     ~CEditFrame() override;
 
+    /// The group of the window's layout in the settings: "size" (WxH of the window), "menu", "prompt" (pixels).
+    static constexpr const char* kLayoutPath = "layout";
+
     /// Makes the window with its panes at a place on the screen and opens a file; without one it shows a sample net.
     void Open(const CRect& place, const std::string& file = {});
 
@@ -65,6 +68,8 @@ protected:
 
 private:
     void OnIdle();
+    void ReadLayout();  // sizes of the panes, as the last session left them
+    void KeepLayout();
     std::vector<std::pair<std::string, CWnd*>> OwnWindows() const;
 
     CTvoHostDataBase& m_db;  // borrowed
