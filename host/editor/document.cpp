@@ -24,7 +24,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const char* const kRecentPath = "Recent";
 
 std::string AbsolutePath(const std::string& path) {
     std::error_code error;

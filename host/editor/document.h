@@ -47,6 +47,7 @@ public:
     /// Files that were opened or saved, the last one first, at most kMostRecent. Kept in the settings.
     static std::vector<std::string> Recent();
     static constexpr std::size_t kMostRecent = 10;
+    static constexpr const char* kRecentPath = "Recent";  // their group in the settings: File1, File2, ...
 
 private:
     void BeginJournal(bool unsaved);

@@ -96,6 +96,11 @@ void SessionRecorder::WriteHead(bool bare) {
     for (const auto& [key, value] : profile.Values()) enter("profile", key.first, key.second, value);
     for (const auto& [name, value] : SnapSettings(m_frame.View()))
         enter("setting", kSnapSettingsPath, name, value);
+    enter("setting", CEditFrame::kLayoutPath, "menu", std::to_string(m_frame.m_nScrnMenuWidth));
+    enter("setting", CEditFrame::kLayoutPath, "prompt", std::to_string(m_frame.m_nPromptHeight));
+    const std::vector<std::string> recent = EditorDocument::Recent();
+    for (std::size_t i = 0; i < recent.size(); ++i)
+        enter("setting", EditorDocument::kRecentPath, std::string("File").append(std::to_string(i + 1)), recent[i]);
     head.append("editor ").append(At({place.Width(), place.Height()}));
     if (!bare) {
         const std::string model = m_path + ".tvo";
