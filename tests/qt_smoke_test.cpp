@@ -49,7 +49,7 @@ std::string Pictures(const fs::path& folder) {
 
 TEST(QtWindow, ShowsWhatTheSystemWithoutAScreenDraws) {
     ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
-    ::setenv("LSAN_OPTIONS", "suppressions=" TVO_TEST_DATA "/qt_lsan.supp:print_suppressions=0", 1);
+    ::setenv("LSAN_OPTIONS", "suppressions=" TVO_TEST_DATA "/lsan.supp:print_suppressions=0", 1);
     ::setenv("XDG_RUNTIME_DIR", fs::temp_directory_path().c_str(), 0);
     const struct {
         const char* name;
