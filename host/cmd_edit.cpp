@@ -13,6 +13,7 @@
 
 #include "host/commands.h"
 #include "host/editor/document.h"
+#include "host/editor/document.h"
 #include "host/editor/edit_frame.h"
 #include "host/failure.h"
 #include "host/glyphs/freetype_glyph_source.h"
@@ -35,7 +36,7 @@ const char* const kAbout =
 const char* const kRecordAbout =
     "Opens the editor as tvo edit does and writes down what is done in it: the pointer, the keys, what dialogs\n"
     "were answered, how long a drag's trial took. tvo play SCRIPT repeats it exactly, without a screen: a fault\n"
-    "is best reported so. The model that it began with goes beside as SCRIPT.tvo. Each line is in the file\n"
+    "is best reported so. The model that it began with goes beside as SCRIPT.start.tvo. Each line is in the file\n"
     "before it is carried out, so that a crash is told to its last click. In the editor 记录 does the same.\n"
     "\n"
     "Status: as that of tvo edit.\n";
@@ -123,6 +124,7 @@ int RunEditor(const EditOptions& options) {
     };
     window.m_writeSetting = [&](const std::string& path, const std::string& name, const std::string& value) {
         settings.Write(path, name, value);
+        if (path == EditorDocument::kRecentPath) settings.Save();  // a crash shall not cost it
     };
     if (options.measure) {
         window.m_firstPicture = [&] { measure.FirstPicture(); };

@@ -94,7 +94,7 @@ private:
 
 class Arc3Command : public PointCommand {
 public:
-    Arc3Command() : PointCommand("Arc", {"请输入圆弧起点", "请输入圆弧终点", "请输入圆弧上一点"}, new CArcRubberLine) {}
+    Arc3Command() : PointCommand("Arc", {"请输入圆弧起点", "请输入圆弧终点", "请输入圆弧经过的点"}, new CArcRubberLine) {}
 
 private:
     void Draw() override { Db().AddArc(m_points[0], m_points[1], m_points[2]); }

@@ -1,6 +1,7 @@
 // The events of a played session that only recordings need.
 #include <cmath>
 
+#include "host/editor/document.h"
 #include "host/editor/edit_frame.h"
 #include "host/play_event.h"
 #include "host/play_session.h"
@@ -66,7 +67,14 @@ void Look(PlaySession& session, const Words& words) {
     session.m_system.Drain();
 }
 
+void Name(PlaySession& session, const Words& words) {
+    session.Editor().Document().TakeName(words.size() > 1 ? words[1] : "");
+    session.m_system.Drain();
+}
+
 constexpr PlayEvent kEvents[] = {
+    {"named", "FILE", 1, 1, Name, "where saving goes from here on; nothing is written yet"},
+    {"unnamed", "", 0, 0, Name, "the model has no file: saving asks for one"},
     {"setting", "PATH NAME VALUE", 3, 3, Setting, "a setting that the editor finds; may stand before editor"},
     {"profile", "PATH NAME VALUE", 3, 3, Profile, "the same for what the profile holds"},
     {"at", "X Y", 2, 2, At, "the pointer is there without having moved"},

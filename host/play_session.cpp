@@ -60,7 +60,9 @@ struct KeyName {
 };
 constexpr KeyName kKeys[] = {{"enter", VK_RETURN, ""}, {"space", VK_SPACE, " "}, {"tab", VK_TAB, ""},
                              {"esc", VK_ESCAPE, ""},   {"left", VK_LEFT, ""},    {"right", VK_RIGHT, ""},
-                             {"up", VK_UP, ""},        {"down", VK_DOWN, ""},    {"back", VK_BACK, "\b"}};
+                             {"up", VK_UP, ""},        {"down", VK_DOWN, ""},    {"back", VK_BACK, "\b"},
+                             {"pgup", VK_PRIOR, ""},   {"pgdn", VK_NEXT, ""},    {"home", VK_HOME, ""},
+                             {"end", VK_END, ""},      {"delete", VK_DELETE, ""}};
 
 void PressKey(PlaySession& session, const Words& words) {
     const PlayKey key = KeyNamed(words, 1);
@@ -136,6 +138,7 @@ constexpr PlayEvent kEvents[] = {
     {"move", "X Y", 2, 2, Move, "the pointer goes to a pixel of the view"},
     {"ldown", "[X Y]", 0, 2, Button<WM_LBUTTONDOWN>, "the left button goes down, there"},
     {"lup", "[X Y]", 0, 2, Button<WM_LBUTTONUP>, "and up"},
+    {"ldbl", "[X Y]", 0, 2, Button<WM_LBUTTONDBLCLK>, "goes down the second time of a double click"},
     {"mdown", "[X Y]", 0, 2, Button<WM_MBUTTONDOWN>, "the middle button: moves the view"},
     {"mup", "[X Y]", 0, 2, Button<WM_MBUTTONUP>, "and up"},
     {"rdown", "[X Y]", 0, 2, Button<WM_RBUTTONDOWN>, "the right button: ends, or repeats"},
@@ -182,7 +185,7 @@ PlayKey KeyNamed(const std::vector<std::string>& words, std::size_t first) {
     const unsigned char c = name.empty() ? 0 : static_cast<unsigned char>(name[0]);
     if (name.size() != 1 || !std::isalnum(c))
         throw ScriptFailure{"there is no key '" + words[first] +
-                            "'; known are enter, space, tab, esc, left, right, up, down, back, F1 to F12, letters and digits"};
+                            "'; known are enter, space, tab, esc, left, right, up, down, back, pgup, pgdn, home, end, delete, F1 to F12, letters and digits"};
     pressed.key = static_cast<unsigned>(std::toupper(c));
     if (!pressed.control) pressed.text = words[first];
     return pressed;

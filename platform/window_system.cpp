@@ -141,6 +141,7 @@ void CWindowSystem::Drain() {
         (*due)->Paint();
     }
     if (m_onIdle) m_onIdle();
+    if (m_watcher) m_watcher->OnSettled();
     for (CWnd* window : std::vector<CWnd*>(m_windows))
         if (std::find(m_windows.begin(), m_windows.end(), window) != m_windows.end()) window->Present();
     // Marked again while it was painted: its turn comes with the next event.
@@ -264,7 +265,9 @@ int CWindowSystem::RunDialog(DialogForm& form) {
 // An answer that the form itself refuses is told, and cancels: nobody is there to mend it.
 int CWindowSystem::DoDialog(DialogForm& form) {
     if (form.m_check) form.m_check(form);
-    if (m_answers.empty() || m_answers.front().m_dialog != form.m_name) return -1;
+    // An answer for another dialog, which never came, must not stand in the way of all others.
+    while (!m_answers.empty() && m_answers.front().m_dialog != form.m_name) m_answers.pop_front();
+    if (m_answers.empty()) return -1;
     const DialogAnswer answer = std::move(m_answers.front());
     m_answers.pop_front();
     if (answer.m_button < 0) return -1;

@@ -67,6 +67,7 @@ public:
     virtual void OnClose(CWnd& /*window*/) {}
     /// A window of its own has another size now.
     virtual void OnResize(CWnd& /*window*/, CSize) {}
+    virtual void OnSettled() {}  // an event and all that came of it are done
     // After the user has answered.
     virtual void OnDialog(const DialogForm&, int /*button*/) {}
     virtual void OnPath(const PathRequest&, const std::optional<std::string>& /*path*/) {}

@@ -149,8 +149,11 @@ private:
     /// Of the toolkit's menu bar; this frame has none.
     void SetMenuMode(int) {}
 
+protected:
     CSplitterWndEx m_outer;    // rows: the inner one, the prompt
     TCFlatSplitterWnd m_inner; // columns: the view, the screen menu
+
+private:
     std::unique_ptr<CTvoViewMgr> m_pOwnView;
     std::unique_ptr<CScrMenuView> m_pMenu;
     std::unique_ptr<CPromptView> m_pPrompt;

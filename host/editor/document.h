@@ -41,6 +41,8 @@ public:
     bool Open(const std::string& path);  // a model, or a drawing by its ending .dxf
     void ShowSample();                   // a small building without a file
 
+    /// Saving goes there from here on, or asks if it is empty; for sessions that are played.
+    void TakeName(const std::string& path) { m_path = path; }
     const std::string& Path() const { return m_path; }  // empty: it has no file yet
     bool IsModified() const;
     std::string Title() const;  // "NAME[*] - TvoBase"

@@ -76,8 +76,8 @@ bool EditorDocument::Recover(const JournalLeftover& leftover) {
         m_path = leftover.modelPath;
         if (!m_path.empty()) Remember(m_path);
         BeginJournal(!recovered.alreadySaved);
-        if (!m_journal.Path().empty() && m_journal.Path() != leftover.path)
-            DiscardLeftover(leftover);  // the new one has it all
+        // Only when the new one has it all, and has it on the disk.
+        if (m_journal.Stands() && m_journal.Path() != leftover.path) DiscardLeftover(leftover);
         m_frame.ModelReplaced();
         m_frame.Tell(
             "已恢复“" + Name() + "”: " + std::to_string(recovered.steps) + " 步" +
@@ -92,6 +92,9 @@ bool EditorDocument::Recover(const JournalLeftover& leftover) {
 // Not wanted now, it is kept as NAME~ beside the new journal.
 bool EditorDocument::OfferOf(const std::string& path) {
     const auto leftover = FindLeftover(path);
+    if (leftover && !leftover->held && leftover->steps > 0 && leftover->base == JournalLeftover::Base::kMissing)
+        m_frame.Warn("上次留下的恢复日志有 " + std::to_string(leftover->steps) +
+                     " 步, 但模型文件已被别的程序改过, 不能接上; 日志留作 " + leftover->path + "~");
     if (!leftover || !IsOffered(*leftover)) return false;
     DialogForm form;
     form.m_name = "recover";
@@ -106,6 +109,10 @@ void EditorDocument::OfferLeftovers() {
     CWindowSystem* const system = CWindowSystem::Current();
     for (;;) {
         std::vector<JournalLeftover> left = FindLeftovers();
+        for (const std::string& file : Recent())  // beside the models that were last worked on
+            if (auto beside = FindLeftover(file);
+                beside && std::none_of(left.begin(), left.end(), [&](const JournalLeftover& l) { return l.path == beside->path; }))
+                left.push_back(std::move(*beside));
         std::erase_if(left,
                       [&](const JournalLeftover& l) { return !IsOffered(l) || l.path == m_journal.Path(); });
         if (left.empty() || !system) return;

@@ -52,9 +52,16 @@ void CEditFrame::Open(const CRect& place, const std::string& file) {
 void CEditFrame::InvokeCommand(int id, int arg) {
     CTvoFrameBase::InvokeCommand(id, arg);
     if (id == -1 || !GetDtView()) return;
-    try {
+    Guarded([&] {
         if (CDtWorkEx* const command = MakeEditCommand(id, m_db, View())) Start(command);
         else RunEditorCommand(*this, id);
+    });
+}
+
+// What goes wrong in the midst of something is told; the editor goes on.
+void CEditFrame::Guarded(const std::function<void()>& work) {
+    try {
+        work();
     } catch (const std::bad_alloc&) {
         Warn("内存不足, 命令没有完成");
     } catch (const std::exception& failure) {
@@ -121,6 +128,7 @@ void CEditFrame::OnIdle() {
 
 void CEditFrame::StartRecording(const std::string& path, bool bare) {
     m_recorder.reset();
+    for (const std::string& tool : ToolNames()) CloseTool(tool);  // a session begins without them
     m_recorder = std::make_unique<SessionRecorder>(*this, path, bare);
 }
 
@@ -153,7 +161,8 @@ std::vector<std::string> CEditFrame::ToolNames() const {
 
 std::vector<std::pair<std::string, CWnd*>> CEditFrame::OwnWindows() const {
     auto* const frame = const_cast<CEditFrame*>(this);
-    return {{"menu", GetScrMenuView()}, {"bar", &frame->m_cStatusBar}, {"tools", &frame->m_cToolBar}};
+    return {{"menu", GetScrMenuView()}, {"bar", &frame->m_cStatusBar}, {"tools", &frame->m_cToolBar},
+            {"rows", &frame->m_outer},   {"columns", &frame->m_inner}};
 }
 
 CWnd* CEditFrame::WindowNamed(const std::string& name) const {
@@ -176,12 +185,12 @@ std::string CEditFrame::NameOf(const CWnd& window) const {
 void CEditFrame::ReadLayout() {
     CWindowSystem* const system = CWindowSystem::Current();
     if (!system) return;
-    const auto read = [&](const char* name, int& pixels) {
+    const auto read = [&](const char* name, int& pixels, int most) {
         const int kept = LeadingInt(system->ReadSetting(kLayoutPath, name).value_or(""));
-        if (kept >= 20 && kept <= 1000) pixels = kept;
+        if (kept >= 20 && kept <= most / 2) pixels = kept;
     };
-    read("menu", m_nScrnMenuWidth);
-    read("prompt", m_nPromptHeight);
+    read("menu", m_nScrnMenuWidth, GetClientRect().Width());
+    read("prompt", m_nPromptHeight, GetClientRect().Height());
 }
 
 void CEditFrame::KeepLayout() {
@@ -197,7 +206,9 @@ void CEditFrame::KeepLayout() {
 // ---- the window -------------------------------------------------------------------------------------------
 
 void CEditFrame::OnClose() {
-    if (!m_document->MayLeave()) return;
+    bool leave = false;
+    Guarded([&] { leave = m_document->MayLeave(); });
+    if (!leave) return;
     m_document->CloseJournal();
     CTvoFrameBase::OnClose();
 }
@@ -218,6 +229,8 @@ void CEditFrame::OnDestroy() {
 
 // Of several files the last model stays; drawings are added to it.
 BOOL CEditFrame::OnDropFiles(const std::vector<std::string>& files) {
-    for (const std::string& file : files) m_document->OpenAsked(file);
+    Guarded([&] {
+        for (const std::string& file : files) m_document->OpenAsked(file);
+    });
     return 1;
 }

@@ -1,5 +1,6 @@
 // CEditFrame: the editor's window.
 #pragma once
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -68,6 +69,7 @@ protected:
 
 private:
     void OnIdle();
+    void Guarded(const std::function<void()>& work);
     void ReadLayout();  // sizes of the panes, as the last session left them
     void KeepLayout();
     std::vector<std::pair<std::string, CWnd*>> OwnWindows() const;

@@ -42,7 +42,10 @@ constexpr EditorCommand kCommands[] = {
     {kBase + 7, kBranch, "加密", "Densify", "每个三角形分为四个", Do<DensifyCurrentField>},
     {kBase + 8, kBranch, "场设置", "FieldLook", "选择场和数值, 色标, 比例", Do<AskFieldLook>},
     {kBase + 9, kBranch, "三维场", "Field3D", "以空间曲面显示场", Show3D},
-    {kBase + 10, kBranch, "删除场", "FieldDelete", "删除当前的场", Do<DeleteCurrentField>},
+    {kBase + 10, kBranch, "删除场", "FieldDelete", "删除当前的场", [](CEditFrame& frame) {
+         frame.CloseTool("field-3d");  // it shows that one
+         DeleteCurrentField(frame.DataBase(), frame.View());
+     }},
 };
 
 }  // namespace

@@ -8,6 +8,8 @@
 #include <charconv>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
+#include <utility>
 
 #include "host/editor/document.h"
 #include "host/editor/edit_frame.h"
@@ -64,6 +66,11 @@ std::string At(CPoint p) { return std::to_string(p.x).append(" ").append(std::to
 
 SessionRecorder::SessionRecorder(CEditFrame& frame, const std::string& path, bool bare)
     : m_frame(frame), m_path(path) {
+    for (const std::string& mine : {path, path + ".start.tvo"}) {
+        std::error_code ignored;
+        if (std::filesystem::equivalent(mine, frame.Document().Path(), ignored))
+            throw DataFailure(mine + ": is the model that is open; record under another name");
+    }
     if (::access(path.c_str(), F_OK) == 0 && std::rename(path.c_str(), (path + "~").c_str()) != 0)
         throw DataFailure(path + ": " + std::strerror(errno));
     m_file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
@@ -103,7 +110,7 @@ void SessionRecorder::WriteHead(bool bare) {
         enter("setting", EditorDocument::kRecentPath, std::string("File").append(std::to_string(i + 1)), recent[i]);
     head.append("editor ").append(At({place.Width(), place.Height()}));
     if (!bare) {
-        const std::string model = m_path + ".tvo";
+        const std::string model = m_path + ".start.tvo";
         CObjectUndoContainEx& store = m_frame.DataBase().GetContain();
         const int modified = store.IfModified();
         SaveModel(model, m_frame.DataBase(), TvoModelHost());
@@ -120,6 +127,7 @@ void SessionRecorder::WriteHead(bool bare) {
                            view.m_bGridSnap, view.m_bObjectSnap, view.m_bAngleSnap})
         head += flag ? " 1" : " 0";
     head += m_frame.Document().IsModified() ? " 1" : " 0";
+    if (!bare) head += m_frame.Document().Path().empty() ? "\nunnamed" : "\nnamed " + Quoted(m_path + ".played.tvo");
     Put(head + "\n");
     if (!m_failure.empty()) throw DataFailure(m_failure);
 }
@@ -143,6 +151,8 @@ void SessionRecorder::Put(const std::string& text) {
 
 // The event before is whole by now.
 void SessionRecorder::Event(const std::string& line) {
+    m_input.reset();  // whatever happens may take the text or leave it; what it did is seen when it is done
+    m_settling = true;
     if (!m_event.empty()) {
         WriteEvent();
         m_event.clear();
@@ -153,6 +163,10 @@ void SessionRecorder::Event(const std::string& line) {
     const std::int64_t begin = m_end;
     Put(m_event);
     m_end = begin;  // what comes before it will be written over it
+}
+
+void SessionRecorder::OnSettled() {
+    if (std::exchange(m_settling, false)) m_input = m_frame.GetInput().GetString();
 }
 
 void SessionRecorder::Before(const std::string& line) {
@@ -187,9 +201,16 @@ bool SessionRecorder::Prefix(const CWnd& window, std::string& words) const {
 // Whatever way text came into the command line, it stands there before the event that looks at it.
 void SessionRecorder::NoteInput() {
     const std::string now = m_frame.GetInput().GetString();
-    if (now == m_input) return;
-    m_input = now;
+    if (m_input == now) return;
     Event("input " + Quoted(EscapedWord(now)));
+    m_input = now;
+}
+
+void SessionRecorder::NoteHeld(UINT keys) {
+    const UINT held = keys & (MK_SHIFT | MK_CONTROL);
+    if (held == m_held) return;
+    m_held = held;
+    Event(std::string("hold") + (held & MK_CONTROL ? " ctrl" : "") + (held & MK_SHIFT ? " shift" : ""));
 }
 
 void SessionRecorder::OnMouse(CWnd& window, UINT message, UINT keys, CPoint client) {
@@ -197,11 +218,7 @@ void SessionRecorder::OnMouse(CWnd& window, UINT message, UINT keys, CPoint clie
     if (!Prefix(window, words)) return;
     const bool view = words.empty();
     if (message != WM_MOUSEMOVE) NoteInput();
-    const UINT held = keys & (MK_SHIFT | MK_CONTROL);
-    if (held != m_held) {
-        m_held = held;
-        Event(std::string("hold") + (held & MK_CONTROL ? " ctrl" : "") + (held & MK_SHIFT ? " shift" : ""));
-    }
+    NoteHeld(keys);
     if (message == WM_MOUSEMOVE) {
         Event(words + "move " + At(client));
     } else if (view) {
@@ -214,10 +231,11 @@ void SessionRecorder::OnMouse(CWnd& window, UINT message, UINT keys, CPoint clie
     if (view) m_pointer = client;
 }
 
-void SessionRecorder::OnWheel(CWnd& window, UINT, int delta, CPoint screen) {
+void SessionRecorder::OnWheel(CWnd& window, UINT keys, int delta, CPoint screen) {
     std::string words;
     if (!Prefix(window, words)) return;
     NoteInput();
+    NoteHeld(keys);
     window.ScreenToClient(screen);
     Event(words + "wheel " + At(screen) + " " + std::to_string(delta));
 }
@@ -228,15 +246,15 @@ void SessionRecorder::OnKey(CWnd& window, UINT key, bool shift, bool control, co
     const bool line = prompt && (&window == &prompt->m_cInput || &window == &prompt->m_cOutput);
     std::string words;
     if (!line && !Prefix(window, words)) return;
-    if (line) NoteInput();
     const std::string name = NameOfKey(key);
     const bool types = !text.empty() && key != VK_SPACE && static_cast<unsigned char>(text[0]) >= 32;
-    if (name.empty() || (line && (types || key == VK_BACK))) {
+    if (line && !types && key != VK_BACK) NoteInput();
+    const bool other = types && text != name;  // the name alone would type something else
+    if (name.empty() || (line && (types || key == VK_BACK)) || (!line && other)) {
         if (!line && types) Event(words + "type " + Quoted(text));
         return;
     }
     Event(words + "key " + name + (control ? " ctrl" : "") + (shift ? " shift" : ""));
-    m_input.clear();  // taken, or else noted again
 }
 
 void SessionRecorder::OnDrop(CWnd&, const std::vector<std::string>& files) {

@@ -1,6 +1,7 @@
 // Writes down a session at the editor so that `tvo play` repeats it.
 #pragma once
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -18,7 +19,7 @@ class CEditFrame;
 class SessionRecorder : public CWindowWatcher {
 public:
     /// Begins a recording of this frame, which outlives it. A file of that name is kept as NAME~. The script
-    /// begins with the frame as it is now: its size, the model (written beside as NAME.tvo, unless the editor
+    /// begins with the frame as it is now: its size, the model (written beside as NAME.start.tvo, unless the editor
     /// was just started without a file), view and switches. Throws DataFailure when it can't be written.
     SessionRecorder(CEditFrame& frame, const std::string& path, bool bare);
     ~SessionRecorder() override;
@@ -35,6 +36,7 @@ public:
     void OnDrop(CWnd& window, const std::vector<std::string>& files) override;
     void OnClose(CWnd& window) override;
     void OnResize(CWnd& window, CSize size) override;
+    void OnSettled() override;
     void OnDialog(const DialogForm& form, int button) override;
     void OnPath(const PathRequest& request, const std::optional<std::string>& path) override;
     void OnClipboard(const std::string& text) override;
@@ -46,6 +48,7 @@ private:
     /// know.
     bool Prefix(const CWnd& window, std::string& words) const;
     void NoteInput();
+    void NoteHeld(UINT keys);
     void Event(const std::string& line);
     void Before(const std::string& line);  // of the event that is being handled
     void Put(const std::string& text);
@@ -60,7 +63,8 @@ private:
     std::vector<std::int64_t> m_ticks;  // steps of the clock at its readings during the event
     std::int64_t m_clock = -1;          // at the last reading
     std::int64_t m_end = 0;             // of the file before the last event, bytes
-    std::string m_input;                // what stands in the command line, as far as the script knows
+    std::optional<std::string> m_input;  // what stands in the command line, if the script knows
+    bool m_settling = false;            // the event that is being handled stands in the script
     CPoint m_pointer;                   // of the view's events, where the script has it
     UINT m_held = 0;                    // MK_SHIFT and MK_CONTROL, as the script has them
 };

@@ -123,8 +123,10 @@ int ModelJournal::PlaceAt(const std::string& path, bool unsaved) {
     if (unsaved) bytes += Describe(Scope::kWhole, told);
     if (error == 0) error = next.Append(bytes, m_sync);
     if (error == 0 && leftByAnother) {
-        ::unlink((path + "~").c_str());
-        (void)!::link(path.c_str(), (path + "~").c_str());
+        // Kept under the first name that is free: what an earlier crash has left is nobody's to throw away.
+        std::string kept = path + "~";
+        for (int i = 2; ::link(path.c_str(), kept.c_str()) != 0 && errno == EEXIST && i < 1000; ++i)
+            kept = path + "~" + std::to_string(i);
     }
     if (error == 0) error = next.RenameTo(path, m_sync);
     if (error != 0) {

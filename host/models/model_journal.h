@@ -59,6 +59,8 @@ public:
     std::optional<JournalTrouble> TakeTrouble();
 
     const std::string& Path() const { return m_file.Path(); }  // empty while none can be written
+    /// Is all of it on the disk, as of the last Begin or Flush?
+    bool Stands() const { return m_file.IsOpen() && !m_failing; }
     std::uint32_t Steps() const { return m_told.steps; }       // in the file
     /// Whether a write waits until the disk has it; benchmarks turn it off.
     void SetSync(bool sync) { m_sync = sync; }

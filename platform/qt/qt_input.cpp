@@ -97,12 +97,20 @@ void QtInput::Mouse(QtPeer& peer, const QMouseEvent& event) {
     if (event.type() == QEvent::MouseMove) return Move(peer, event);
     const QPointer<QWidget> widget = peer.Widget();
     Flush();
-    m_warped.reset();
+    const bool warped = std::exchange(m_warped, std::nullopt) == event.globalPosition().toPoint();
     for (const ButtonMessages& button : kButtons) {
         if (event.button() != button.button || !QtPeer::Of(widget)) continue;
         const UINT message = event.type() == QEvent::MouseButtonRelease    ? button.release
                              : event.type() == QEvent::MouseButtonDblClick ? button.twice
                                                                            : button.press;
+        // A pointer that came here while a dialog had it, or by no move of its own, is here for the view too.
+        const CPoint place = PixelOf(event.position());
+        if (message != button.release && !warped && (m_lastWindow != &peer.Window() || place != m_lastPlace)) {
+            m_lastWindow = &peer.Window();
+            m_lastPlace = place;
+            m_system.DeliverMouse(peer.Window(), WM_MOUSEMOVE, ModifierBits(event.modifiers()), place);
+            if (!QtPeer::Of(widget)) return;
+        }
         m_down = message == button.release ? m_down & ~button.bit : m_down | button.bit;
         m_system.DeliverMouse(peer.Window(), message, ModifierBits(event.modifiers()),
                               PixelOf(event.position()));
@@ -125,7 +133,11 @@ void QtInput::Move(QtPeer& peer, const QMouseEvent& event) {
     if (m_warped) {
         const bool echo = *m_warped == event.globalPosition().toPoint();
         m_warped.reset();
-        if (echo) return;
+        if (echo) {
+            m_lastWindow = &peer.Window();
+            m_lastPlace = PixelOf(event.position());
+            return;
+        }
     }
     const auto now = std::chrono::steady_clock::now();
     if (m_waiting && m_waiting->widget != peer.Widget()) Flush();
@@ -151,6 +163,8 @@ void QtInput::Flush() {
     QtPeer* const peer = QtPeer::Of(move.widget);
     if (!peer) return;
     if (!m_unpainted) m_unpainted = move.since;
+    m_lastWindow = &peer->Window();
+    m_lastPlace = move.at;
     m_system.DeliverMouse(peer->Window(), WM_MOUSEMOVE, move.keys, move.at);
     if (QtPeer* const stands = QtPeer::Of(move.widget)) stands->AskForCursor();
 }

@@ -14,6 +14,7 @@
 class CQtWindowSystem;
 class QMouseEvent;
 class QWheelEvent;
+class CWnd;
 class QtPeer;
 
 /// The virtual key of a Qt key; 0 for one that has none.
@@ -51,6 +52,8 @@ private:
     std::optional<Waiting> m_waiting;
     bool m_flushQueued = false;
     std::optional<QPoint> m_warped;
+    const CWnd* m_lastWindow = nullptr;  // where the pointer was last told to be; only compared
+    CPoint m_lastPlace;
     UINT m_down = 0;   // buttons that the window system takes for pressed, MK_ bits
     int m_turned = 0;  // of the wheel, less than a step
     QPointer<QWidget> m_wheelOver;
