@@ -34,7 +34,9 @@ int Main(int argc, char** argv) {
     }
     // Arrows would clutter a picture, and come back as lines from an exported drawing.
     g_cTvoProfile.m_bShowLineDirection = 0;
-    g_cTvoProfile.m_nLineColor = 1;  // the usual dark red drowns in the plates' colours
+    // In the editor's view the usual dark red would drown in the plates' colours.
+    for (const char* command : {"edit", "play", "record"})
+        if (app.got_subcommand(command)) g_cTvoProfile.m_nLineColor = 1;
     int status = kWrongUsage;
     for (const Command& command : commands)
         if (app.got_subcommand(command.app)) status = command.run();
