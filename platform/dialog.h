@@ -7,25 +7,34 @@
 
 class CView;
 
-/// One line of a dialog. Values are texts in UTF-8.
+/// One line of a dialog, or what its lines stand in. Values are texts in UTF-8.
 struct DialogField {
     enum class Kind {
         kText,     // any text
         kNumber,   // a number; the dialog takes any text, m_check of the form judges
         kCheck,    // "1" or "0"
+        kSlider,   // a whole number between m_least and m_most, told at each step of the slider
         kChoice,   // the index of one of the choices, "0" and up
-        kTicks,    // one letter for each choice: 1 ticked, 0 not
+        kTicks,    // one letter for each choice: 1 ticked, 0 not. Choices may have cells parted by "\t", under m_heads
         kTable,    // rows ended by "\n", cells parted by "\t"; choices are the heads of the columns
-        kNote,     // shown, not asked
+        // Not asked:
+        kNote,     // a text
+        kWarning,  // a note that stands out; takes no room while it is empty
+        kFrame,    // a frame with the label as its title about what follows, up to the next frame; without a label: none
+        kPreview,  // the place of the form's preview; without such a line it stands beside the others
     };
     Kind m_kind = Kind::kText;
     std::string m_name;                   // by which scripts and code know it
     std::string m_label;                  // what people read
     std::string m_value;                  // proposed, then answered
     std::vector<std::string> m_choices;   // of kChoice and kTicks, heads of kTable
+    int m_least = 0, m_most = 100;        // of kSlider
+    std::vector<std::string> m_heads{};   // of kTicks with cells
+
+    bool IsAnswered() const { return m_kind < Kind::kNote; }
 };
 
-/// A dialog: fields from top to bottom, a view beside them that shows what they would give, buttons below.
+/// A dialog: fields from top to bottom, a view that shows what they would give, buttons below.
 struct DialogForm {
     std::string m_name;                       // by which scripts know it
     std::string m_title;

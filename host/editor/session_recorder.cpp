@@ -282,7 +282,7 @@ void SessionRecorder::OnDialog(const DialogForm& form, int button) {
         "answer " + Quoted(form.m_name) + " " + (button < 0 ? "cancel" : std::to_string(button));
     if (button >= 0)
         for (const DialogField& field : form.m_fields)
-            if (field.m_kind != DialogField::Kind::kNote)
+            if (field.IsAnswered())
                 (line += ' ') += Quoted(field.m_name + "=" + EscapedWord(field.m_value));
     Before(line);
 }

@@ -1,6 +1,6 @@
 #include "host/editor/setting_dialogs.h"
 
-#include <array>
+#include <algorithm>
 #include <iterator>
 #include <string>
 
@@ -28,6 +28,7 @@ constexpr int kMostGridSpacings = CBackgrnd::kMaxPositions - 1;
 
 std::string AngleName(int i) { return "angle" + std::to_string(i + 1); }
 
+// The dots are the label's own: nothing is cut off.
 std::string AngleLabel(int i) {
     const std::string number = std::to_string(i + 1);
     return "第" + std::string(number.size() == 1 ? " " : "") + number + "角度" + (i == 0 ? "(度)" : "....");
@@ -102,8 +103,8 @@ public:
     int m_size = 0;  // pixels
 };
 
-std::string CheckSymbol(const std::string& text) {
-    return CheckNumber(text, "靶标大小", kLeastSymbol, kLargestSymbol);
+std::string CheckSymbol(const std::string& text, int least = kLeastSymbol, int most = kLargestSymbol) {
+    return CheckNumber(text, "靶标大小", least, most);
 }
 
 // ---- steps ------------------------------------------------------------------------------------------------
@@ -159,25 +160,30 @@ void AskSnapAngles(CTvoViewMgr& view) {
 }
 
 void AskSnapSwitches(CTvoViewMgr& view) {
+    // A profile may hold a size beyond: it must not change by the dialog's being shown.
+    const int size = g_cTvoProfile.m_nSymbolSize;
+    const int least = std::min(size, kLeastSymbol), most = std::max(size, kLargestSymbol);
     DialogForm form;
     form.m_name = "snap";
     form.m_title = "捕捉总信息";
-    form.m_fields.push_back({Kind::kNote, "switches", "", "开关设置", {}});
+    form.m_fields.push_back({Kind::kFrame, "switches", "开关设置", "", {}});
     for (const Switch& which : kSwitches)
         form.m_fields.push_back({Kind::kCheck, which.name, which.label, view.*which.value ? "1" : "0", {}});
-    form.m_fields.push_back({Kind::kTicks, "types", "对象捕捉类型", TypeTicks(), {}});
+    form.m_fields.push_back({Kind::kFrame, "snapped", "对象捕捉类型", "", {}});
+    form.m_fields.push_back({Kind::kTicks, "types", "", TypeTicks(), {}});
     for (const SnapType& type : kTypes) form.m_fields.back().m_choices.push_back(type.label);
-    form.m_fields.push_back({Kind::kNote, "symbol", "", "靶标设置", {}});
+    form.m_fields.push_back({Kind::kFrame, "symbol", "靶标设置", "", {}});
+    form.m_fields.push_back({Kind::kPreview, "preview", "", "", {}});
     form.m_fields.push_back(
-        {Kind::kNumber, "size", "靶标大小(像素)", std::to_string(g_cTvoProfile.m_nSymbolSize), {}});
+        {Kind::kSlider, "size", "靶标大小(像素)", std::to_string(size), {}, least, most});
     SymbolView preview;
     form.m_preview = &preview;
     form.m_previewWidth = 280;
-    form.m_previewHeight = 90;
+    form.m_previewHeight = 84;
     form.m_check = [&](DialogForm& asked) {
         if (!AreTicks(asked.Value("types")))
             return std::string("对象捕捉类型: 应为 ") + std::to_string(std::size(kTypes)) + " 个 0 或 1";
-        std::string wrong = CheckSymbol(asked.Value("size"));
+        std::string wrong = CheckSymbol(asked.Value("size"), least, most);
         preview.m_size = wrong.empty() ? static_cast<int>(*TypedNumber(asked.Value("size"))) : 0;
         preview.Invalidate();
         return wrong;
@@ -202,7 +208,7 @@ void AskSteps(CTvoDataBase& db, CTvoViewMgr& view) {
                              "键盘步长(米)",
                              NumberText(static_cast<double>(view.m_fKbdStep) / kMetre),
                              {}});
-    form.m_fields.push_back({Kind::kNote, "grid", "", "背景设置(格式:间距*跨数)", {}});
+    form.m_fields.push_back({Kind::kFrame, "grid", "背景设置(格式:间距*跨数)", "", {}});
     for (const GridAxis& axis : kAxes)
         form.m_fields.push_back({Kind::kText, axis.name, axis.label, (grid.*axis.text).GetString(), {}});
     form.m_check = [](DialogForm& asked) {

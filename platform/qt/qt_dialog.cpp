@@ -4,13 +4,15 @@
 #include <QComboBox>
 #include <QDialog>
 #include <QFormLayout>
+#include <QGroupBox>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
-#include <QListWidget>
 #include <QPushButton>
+#include <QSlider>
 #include <QTableWidget>
+#include <QTreeWidget>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <functional>
@@ -32,6 +34,9 @@ struct Line {
 
 using Changed = std::function<void()>;
 
+constexpr int kLeastName = 160, kMostName = 340;  // pixels of what is ticked
+constexpr int kMostRows = 14;                     // of ticks, without scrolling
+
 Line TextLine(const DialogField& field, const Changed& changed) {
     auto* const edit = new QLineEdit;
     if (field.m_kind == Kind::kText) edit->setMinimumWidth(200);
@@ -47,6 +52,29 @@ Line CheckLine(const DialogField& field, const Changed& changed) {
             [box](const std::string& v) { box->setChecked(v == "1"); }};
 }
 
+Line SliderLine(const DialogField& field, const Changed& changed) {
+    auto* const row = new QWidget;
+    auto* const layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    auto* const slider = new QSlider(Qt::Horizontal);
+    slider->setRange(field.m_least, field.m_most);
+    slider->setPageStep(std::max((field.m_most - field.m_least) / 10, 1));
+    auto* const number = new QLabel;
+    number->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    number->setMinimumWidth(number->fontMetrics().horizontalAdvance(QString::number(field.m_most)));
+    layout->addWidget(slider, 1);
+    layout->addWidget(number);
+    row->setFocusProxy(slider);
+    const auto tell = [slider, number] { number->setText(QString::number(slider->value())); };
+    tell();
+    QObject::connect(slider, &QSlider::valueChanged, slider, [tell, changed] {
+        tell();
+        changed();
+    });
+    return {row, [slider] { return std::to_string(slider->value()); },
+            [slider](const std::string& v) { slider->setValue(ToQt(v).toInt()); }};
+}
+
 Line ChoiceLine(const DialogField& field, const Changed& changed) {
     auto* const combo = new QComboBox;
     for (const std::string& choice : field.m_choices) combo->addItem(ToQt(choice));
@@ -55,28 +83,54 @@ Line ChoiceLine(const DialogField& field, const Changed& changed) {
             [combo](const std::string& v) { combo->setCurrentIndex(ToQt(v).toInt()); }};
 }
 
+// Names are elided in the middle, since they often differ at their ends; the tip tells the whole.
 Line TicksLine(const DialogField& field, const Changed& changed) {
-    auto* const list = new QListWidget;
+    auto* const list = new QTreeWidget;
+    QStringList heads;
+    for (const std::string& head : field.m_heads) heads << ToQt(head);
+    list->setColumnCount(std::max(static_cast<int>(heads.size()), 1));
+    list->setHeaderLabels(heads.isEmpty() ? QStringList(QString()) : heads);
+    list->setHeaderHidden(heads.isEmpty());
+    list->setRootIsDecorated(false);
+    list->setUniformRowHeights(true);
+    list->setTextElideMode(Qt::ElideMiddle);
     for (const std::string& choice : field.m_choices) {
-        auto* const item = new QListWidgetItem(ToQt(choice), list);
+        auto* const item = new QTreeWidgetItem(list, ToQt(choice).split(u'\t'));
         item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsUserCheckable | Qt::ItemIsSelectable);
-        item->setCheckState(Qt::Unchecked);
+        item->setCheckState(0, Qt::Unchecked);
+        item->setToolTip(0, item->text(0));
+        for (int column = 1; column < list->columnCount(); ++column)
+            item->setTextAlignment(column, Qt::AlignRight | Qt::AlignVCenter);
     }
-    list->setMinimumHeight(std::min(260, 24 * std::max(list->count(), 3)));
-    list->setMinimumWidth(240);
-    QObject::connect(list, &QListWidget::itemChanged, list, changed);
+    QHeaderView& header = *list->header();
+    header.setStretchLastSection(false);
+    int width = 0;
+    for (int column = 0; column < list->columnCount(); ++column) {
+        list->resizeColumnToContents(column);
+        if (column == 0) list->setColumnWidth(0, std::clamp(list->columnWidth(0), kLeastName, kMostName));
+        width += list->columnWidth(column);
+    }
+    header.setSectionResizeMode(0, QHeaderView::Stretch);
+    list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    const int rows = std::clamp(list->topLevelItemCount(), 3, kMostRows);
+    const bool scrolls = list->topLevelItemCount() > rows;
+    const int height = (heads.isEmpty() ? 0 : header.sizeHint().height()) + 2 * list->frameWidth() +
+                       rows * std::max(static_cast<const QAbstractItemView*>(list)->sizeHintForRow(0), 18);
+    list->setMinimumSize(width + 2 * list->frameWidth() + (scrolls ? 20 : 2), height);
+    if (!scrolls) list->setMaximumHeight(height);
+    QObject::connect(list, &QTreeWidget::itemChanged, list, changed);
     return {list,
             [list] {
                 std::string ticks;
-                for (int i = 0; i < list->count(); ++i)
-                    ticks += list->item(i)->checkState() == Qt::Checked ? '1' : '0';
+                for (int i = 0; i < list->topLevelItemCount(); ++i)
+                    ticks += list->topLevelItem(i)->checkState(0) == Qt::Checked ? '1' : '0';
                 return ticks;
             },
             [list](const std::string& v) {
-                for (int i = 0; i < list->count(); ++i) {
+                for (int i = 0; i < list->topLevelItemCount(); ++i) {
                     const bool on =
                         static_cast<std::size_t>(i) < v.size() && v[static_cast<std::size_t>(i)] == '1';
-                    list->item(i)->setCheckState(on ? Qt::Checked : Qt::Unchecked);
+                    list->topLevelItem(i)->setCheckState(0, on ? Qt::Checked : Qt::Unchecked);
                 }
             }};
 }
@@ -128,6 +182,18 @@ Line TableLine(const DialogField& field, const Changed& changed) {
             [table](const std::string& v) { WriteTable(*table, v); }};
 }
 
+/// A text in red, be the desktop light or dark.
+QLabel* RedLabel() {
+    auto* const label = new QLabel;
+    label->setTextFormat(Qt::PlainText);
+    label->setWordWrap(true);
+    QPalette red = label->palette();
+    const bool dark = red.color(QPalette::Window).lightness() < 128;
+    red.setColor(QPalette::WindowText, dark ? QColor(255, 110, 100) : QColor(190, 0, 0));
+    label->setPalette(red);
+    return label;
+}
+
 Line NoteLine() {
     auto* const note = new QLabel;
     note->setTextFormat(Qt::PlainText);
@@ -136,10 +202,20 @@ Line NoteLine() {
     return {note, nullptr, [note](const std::string& v) { note->setText(ToQt(v)); }};
 }
 
+Line WarningLine() {
+    auto* const note = RedLabel();
+    return {note, nullptr, [note](const std::string& v) {
+                note->setText(ToQt(v));
+                note->setVisible(!v.empty());
+            }};
+}
+
 Line MakeLine(const DialogField& field, const Changed& changed) {
     switch (field.m_kind) {
         case Kind::kCheck:
             return CheckLine(field, changed);
+        case Kind::kSlider:
+            return SliderLine(field, changed);
         case Kind::kChoice:
             return ChoiceLine(field, changed);
         case Kind::kTicks:
@@ -148,6 +224,8 @@ Line MakeLine(const DialogField& field, const Changed& changed) {
             return TableLine(field, changed);
         case Kind::kNote:
             return NoteLine();
+        case Kind::kWarning:
+            return WarningLine();
         default:
             return TextLine(field, changed);
     }
@@ -167,16 +245,10 @@ public:
         auto* const all = new QVBoxLayout(this);
         auto* const middle = new QHBoxLayout;
         all->addLayout(middle, 1);
+        if (form.m_preview) MakePreviewPlace();
         middle->addLayout(MakeFields(), 1);
-        if (form.m_preview) middle->addWidget(MakePreviewPlace(), 0, Qt::AlignTop);
-        m_wrong = new QLabel;
-        m_wrong->setTextFormat(Qt::PlainText);
-        m_wrong->setWordWrap(true);
-        QPalette red = m_wrong->palette();
-        red.setColor(QPalette::WindowText, palette().color(QPalette::Window).lightness() < 128
-                                               ? QColor(255, 110, 100)
-                                               : QColor(190, 0, 0));
-        m_wrong->setPalette(red);
+        if (m_place && !m_placed) middle->addWidget(m_place, 0, Qt::AlignTop);
+        m_wrong = RedLabel();
         all->addWidget(m_wrong);
         all->addLayout(MakeButtons());
         WriteAll();
@@ -194,30 +266,70 @@ public:
     }
 
 private:
-    QFormLayout* MakeFields() {
+    static QFormLayout* NewForm() {
         auto* const layout = new QFormLayout;
         layout->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
-        for (const DialogField& field : m_form.m_fields) {
-            Line line = MakeLine(field, [this] { Changed(); });
-            line.widget->setObjectName(ToQt(field.m_name));
-            const bool wide = field.m_kind == Kind::kTicks || field.m_kind == Kind::kTable;
-            if (field.m_kind == Kind::kCheck || (field.m_kind == Kind::kNote && field.m_label.empty())) {
-                layout->addRow(line.widget);
-            } else if (wide) {
-                if (!field.m_label.empty()) layout->addRow(new QLabel(ToQt(field.m_label)));
-                layout->addRow(line.widget);
-            } else {
-                layout->addRow(ToQt(field.m_label), line.widget);
-            }
-            m_lines.push_back(std::move(line));
-        }
         return layout;
     }
 
-    QWidget* MakePreviewPlace() {
-        m_place = new QWidget;
+    QVBoxLayout* MakeFields() {
+        auto* const all = new QVBoxLayout;
+        QFormLayout* form = NewForm();
+        all->addLayout(form);
+        m_pair = nullptr;
+        for (const DialogField& field : m_form.m_fields) {
+            if (field.m_kind == Kind::kFrame) {
+                form = NewForm();
+                if (field.m_label.empty()) {
+                    all->addLayout(form);
+                } else {
+                    auto* const frame = new QGroupBox(ToQt(field.m_label));
+                    frame->setLayout(form);
+                    all->addWidget(frame);
+                }
+                m_framed = !field.m_label.empty();
+                m_pair = nullptr;
+            } else if (field.m_kind == Kind::kPreview) {
+                if (m_place) form->addRow(m_place);
+                m_placed = m_place != nullptr;
+            } else {
+                Line line = MakeLine(field, [this] { Changed(); });
+                line.widget->setObjectName(ToQt(field.m_name));
+                AddRow(*form, field, line.widget);
+                m_lines.push_back(std::move(line));
+                continue;
+            }
+            m_lines.emplace_back();
+        }
+        all->addStretch(1);
+        return all;
+    }
+
+    void AddRow(QFormLayout& form, const DialogField& field, QWidget* widget) {
+        const bool check = field.m_kind == Kind::kCheck;
+        const bool wide = field.m_kind == Kind::kTicks || field.m_kind == Kind::kTable;
+        if (check && m_pair) {  // boxes in a frame stand two by two
+            m_pair->addWidget(widget, 1);
+            m_pair = nullptr;
+        } else if (check && m_framed) {
+            m_pair = new QHBoxLayout;
+            m_pair->addWidget(widget, 1);
+            form.addRow(m_pair);
+        } else if (check || field.m_kind == Kind::kWarning ||
+                   (field.m_kind == Kind::kNote && field.m_label.empty())) {
+            form.addRow(widget);
+        } else if (wide) {
+            if (!field.m_label.empty()) form.addRow(new QLabel(ToQt(field.m_label)));
+            form.addRow(widget);
+        } else {
+            form.addRow(ToQt(field.m_label), widget);
+        }
+        if (!check) m_pair = nullptr;
+    }
+
+    void MakePreviewPlace() {
+        m_place = new QWidget(this);
         m_place->setFixedSize(m_form.m_previewWidth, m_form.m_previewHeight);
-        return m_place;
     }
 
     QHBoxLayout* MakeButtons() {
@@ -267,7 +379,7 @@ private:
         for (std::size_t i = 0; i < m_lines.size() && i < m_form.m_fields.size(); ++i) {
             const Line& line = m_lines[i];
             const std::string& value = m_form.m_fields[i].m_value;
-            if (!line.read || line.read() != value) line.write(value);
+            if (line.write && (!line.read || line.read() != value)) line.write(value);
         }
         m_writing = false;
     }
@@ -276,6 +388,9 @@ private:
     DialogForm& m_form;
     PreviewHolder m_holder;
     QWidget* m_place = nullptr;  // for the preview; null without one
+    bool m_placed = false;       // it stands among the fields
+    bool m_framed = false;       // a frame is being filled
+    QHBoxLayout* m_pair = nullptr;  // a row of it with room for another box
     QLabel* m_wrong = nullptr;   // what is wrong with the values
     std::vector<Line> m_lines;   // as the fields
     std::vector<QPushButton*> m_buttons;
