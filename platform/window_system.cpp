@@ -251,6 +251,14 @@ bool CWindowSystem::RunProgram(const std::vector<std::string>& arguments, bool w
     return m_canRun;
 }
 
+ProcessOutput CWindowSystem::CallProgram(const std::vector<std::string>& arguments, int) {
+    m_programs.push_back({arguments, true});
+    if (m_outputs.empty()) return {};
+    const ProcessOutput output = std::move(m_outputs.front());
+    m_outputs.pop_front();
+    return output;
+}
+
 int CWindowSystem::RunDialog(DialogForm& form) {
     const std::vector<DialogField> before = form.m_fields;
     int button = DoDialog(form);

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "platform/dialog.h"
+#include "platform/process.h"
 #include "platform/window.h"
 
 /// The system's side of one window; owned by the window. This one keeps place and text in memory.
@@ -136,6 +137,8 @@ public:
     /// Starts a program, found in the search path, with its arguments, and may wait for its end. False if it can't be
     /// started. Without a screen it is only written down.
     virtual bool RunProgram(const std::vector<std::string>& arguments, bool wait);
+    /// Runs a program for what it writes, a while at most. Without a screen none is there, except as m_outputs has it.
+    virtual ProcessOutput CallProgram(const std::vector<std::string>& arguments, int milliseconds);
     /// A setting of the user's, by the path of its group and its name.
     virtual std::optional<std::string> ReadSetting(const std::string& path, const std::string& name);
     virtual void WriteSetting(const std::string& path, const std::string& name, const std::string& value);
@@ -165,8 +168,9 @@ public:
         std::vector<std::string> m_arguments;
         bool m_wait = false;
     };
-    std::vector<Program> m_programs;  // what RunProgram was given
-    bool m_canRun = true;             // its answer
+    std::vector<Program> m_programs;  // what RunProgram and CallProgram were given
+    bool m_canRun = true;             // the answer of RunProgram
+    std::deque<ProcessOutput> m_outputs;  // of CallProgram; none left: it can't be started
 
 protected:
     // What a backend shows. Values of a form that was cancelled don't matter.

@@ -530,6 +530,18 @@ TEST(Process, RunsWithoutAShell) {
     EXPECT_FALSE(RunProcess({}, false));
 }
 
+TEST(Process, GivesWhatAProgramWrites) {
+    const ProcessOutput said = ReadProcess({"sh", "-c", "cat; echo out; echo err >&2; exit 3"}, 60000);
+    EXPECT_EQ(said.m_text + said.m_errors, "out\nerr\n");
+    EXPECT_EQ(said.m_status, 3);
+    EXPECT_EQ(ReadProcess({"sh", "-c", "head -c 3000000 /dev/zero"}, 60000).m_text.size(), 1u << 20);
+    const ProcessOutput endless = ReadProcess({"sh", "-c", "echo one; exec sleep 600"}, 300);
+    EXPECT_TRUE(endless.m_timedOut);
+    EXPECT_EQ(ReadProcess({"sh", "-c", "exec >&- 2>&-; exec sleep 600"}, 100).m_timedOut, true);
+    EXPECT_EQ(ReadProcess({"sh", "-c", "kill -9 $$"}, 60000).m_status, -1);
+    EXPECT_FALSE(ReadProcess({"/no/such/program"}, 60000).m_started);
+}
+
 TEST(ListIndex, AgreesWithThePlainLoop) {
     std::mt19937 dice(8);
     std::vector<CGouJianEx> pool(12);

@@ -56,7 +56,7 @@ constexpr EditorCommand kCommands[] = {
      [](CEditFrame& frame) { frame.Document().SaveAs(); }},
     {0x30006, "文件", "DXF输入", "DxfIn", "把图纸的图层变成轴网", ImportDrawing},
     {0x30007, "文件", "DXF输出", "DxfOut", "写成 DXF 图纸", ExportDrawing},
-    {0x30008, "文件", "打印", "Print", "打印成 PDF", PrintModel},
+    {0x30008, "文件", "打印", "Print", "打印, 或成 PDF 文件", PrintModel},
 };
 
 }  // namespace

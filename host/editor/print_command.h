@@ -1,7 +1,7 @@
-// The editor's command that prints to a PDF file.
+// The editor's command that prints, to a printer or to a PDF file.
 #pragma once
 
 class CEditFrame;
 
-/// Asks for paper, part and scale and for a file, and writes the page.
+/// Asks for printer, paper, part and scale, and sends the page there; or asks for a file, and writes it.
 void PrintModel(CEditFrame& frame);

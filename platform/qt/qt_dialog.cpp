@@ -35,6 +35,7 @@ struct Line {
 using Changed = std::function<void()>;
 
 constexpr int kLeastName = 160, kMostName = 340;  // pixels of what is ticked
+constexpr int kMostNote = 360;                    // of a note, before it is broken
 constexpr int kMostRows = 14;                     // of ticks, without scrolling
 
 Line TextLine(const DialogField& field, const Changed& changed) {
@@ -182,6 +183,13 @@ Line TableLine(const DialogField& field, const Changed& changed) {
             [table](const std::string& v) { WriteTable(*table, v); }};
 }
 
+// A label that may break its text would be as narrow as it likes.
+void WriteNote(QLabel& note, const std::string& text) {
+    note.setText(ToQt(text));
+    const int width = note.fontMetrics().boundingRect(QRect(0, 0, 4000, 4000), 0, note.text()).width();
+    note.setMinimumWidth(std::min(width + 4, kMostNote));
+}
+
 /// A text in red, be the desktop light or dark.
 QLabel* RedLabel() {
     auto* const label = new QLabel;
@@ -199,13 +207,13 @@ Line NoteLine() {
     note->setTextFormat(Qt::PlainText);
     note->setWordWrap(true);
     note->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    return {note, nullptr, [note](const std::string& v) { note->setText(ToQt(v)); }};
+    return {note, nullptr, [note](const std::string& v) { WriteNote(*note, v); }};
 }
 
 Line WarningLine() {
     auto* const note = RedLabel();
     return {note, nullptr, [note](const std::string& v) {
-                note->setText(ToQt(v));
+                WriteNote(*note, v);
                 note->setVisible(!v.empty());
             }};
 }

@@ -233,6 +233,11 @@ bool CQtWindowSystem::RunProgram(const std::vector<std::string>& arguments, bool
     return m_options.m_scripted ? CWindowSystem::RunProgram(arguments, wait) : RunProcess(arguments, wait);
 }
 
+ProcessOutput CQtWindowSystem::CallProgram(const std::vector<std::string>& arguments, int milliseconds) {
+    return m_options.m_scripted ? CWindowSystem::CallProgram(arguments, milliseconds)
+                                : ReadProcess(arguments, milliseconds);
+}
+
 // ---- what the user is asked -------------------------------------------------------------------------------
 
 void CQtWindowSystem::ShowMessage(const std::string& text) {

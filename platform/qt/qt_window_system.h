@@ -42,6 +42,7 @@ public:
     void ShowMessage(const std::string& text) override;
     void ShowBusy(bool busy) override;
     bool RunProgram(const std::vector<std::string>& arguments, bool wait) override;
+    ProcessOutput CallProgram(const std::vector<std::string>& arguments, int milliseconds) override;
     std::optional<std::string> ReadSetting(const std::string& path, const std::string& name) override;
     void WriteSetting(const std::string& path, const std::string& name, const std::string& value) override;
     void SetClipboardText(const std::string& text) override;
