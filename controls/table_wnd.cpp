@@ -158,6 +158,15 @@ void CTableWnd::SelectCell(int row, int column, bool extend) {
     if (row != before && m_onSelect) m_onSelect(row);
 }
 
+void CTableWnd::SelectAll() {
+    if (GetRowCount() == 0 || ColumnCount() == 0) return;
+    EndEdit(true);
+    if (m_nRow < 0) m_nRow = m_nColumn = 0;
+    m_nAnchorRow = m_nAnchorColumn = 0;
+    m_block = {0, 0, GetRowCount() - 1, ColumnCount() - 1};
+    Invalidate();
+}
+
 void CTableWnd::MoveTo(int row, int column, bool extend) {
     SelectCell(std::clamp(row, 0, std::max(GetRowCount() - 1, 0)), std::clamp(column, 0, std::max(ColumnCount() - 1, 0)),
                extend);
@@ -273,7 +282,9 @@ void CTableWnd::DrawHeads(CDC& dc) {
         dc.FillRect(CRect(head.right - 1, 0, head.right, place.top), &line);
         head.left += kTextGap;
         head.right -= kTextGap;
-        dc.DrawText(m_columns[static_cast<std::size_t>(i)].m_strHead, &head, DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX);
+        const CTableColumn& column = m_columns[static_cast<std::size_t>(i)];
+        dc.DrawText(column.m_strHead, &head,
+                    DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX | (column.m_bRight ? DT_RIGHT : DT_LEFT));
     }
     dc.FillRect(CRect(0, place.top - 1, heads.right, place.top), &line);
 }

@@ -29,7 +29,7 @@ struct CTableColumn {
 /// as long as its owner can answer for. Where there is more than fits the wheel, keys and bars scroll; borders of heads can
 /// be drawn. A click chooses a cell, a drag, or one with Shift, a block; or rows as a whole, with m_bSelectRows.
 /// Editing happens in the cell: F2, Enter, a double click or typing start it, Enter, Tab and a click elsewhere end it, Esc
-/// leaves the cell as it was. Ctrl+C copies the block as lines of texts between tabs, Ctrl+V puts such a text in from the
+/// leaves the cell as it was. Ctrl+A chooses all, Ctrl+C copies the block as lines of texts between tabs, Ctrl+V puts such a text in from the
 /// first cell of the block on.
 class CTableWnd : public CWnd {
 public:
@@ -45,6 +45,7 @@ public:
     int AddColumn(const CString& head, int width, bool editable = true, bool right = false);  // its index
     const std::vector<CTableColumn>& GetColumns() const { return m_columns; }
     void SetColumnWidth(int column, int width);
+    int GetCellsWidth() const { return CellsPlace().Width(); }  // pixels, beside a bar
     void Refresh();  // rows have come, gone or changed
 
     // --- choice
@@ -53,6 +54,7 @@ public:
     int GetColumn() const { return m_nColumn; }
     void SelectRow(int row);  // in sight; -1: none
     void SelectCell(int row, int column, bool extend = false);
+    void SelectAll();  // all rows; the cell that was chosen last stays that
 
     // --- scrolling
     int GetFirstRow() const { return m_nFirst; }  // at the top
@@ -72,7 +74,7 @@ public:
     void CopyBlock();
     int PasteBlock();  // number of cells that took a text
 
-    std::function<void(int row)> m_onSelect;                                  // may be empty
+    std::function<void(int row)> m_onSelect;  // another row was chosen, or one was clicked; may be empty
     std::function<void(int row, int column, const CString& text)> m_onEdit;  // after a cell took a text; may be empty
     bool m_bSelectRows = false;
 

@@ -40,6 +40,9 @@ void CTableWnd::OnKeyDown(UINT key, LPARAM) {
         case VK_RETURN:
             if (m_nRow >= 0) StartEdit(m_nRow, m_nColumn);
             return;
+        case 'A':
+            if (control) SelectAll();
+            return;
         case 'C':
             if (control) CopyBlock();
             return;
@@ -117,7 +120,9 @@ void CTableWnd::OnLButtonDown(UINT keys, CPoint p) {
     } else if (int row = 0, column = 0; CellAt(p, row, column)) {
         m_eDrag = Drag::kCells;
         SetCapture();
+        const bool again = row == m_nRow;  // which is no choice of another
         SelectCell(row, column, (keys & MK_SHIFT) != 0);
+        if (again && m_onSelect) m_onSelect(row);
     }
 }
 

@@ -112,13 +112,17 @@ TEST(Editor, Measures) {
 }
 
 TEST(Editor, ARowOfTheCheckGoesToItsPlace) {
+    const std::string click = "window check ldown 50 30\nwindow check lup 50 30\nstate\n";
     const auto lines =
         Played(std::string(kNew) +
-               "type Rect 0,0 6000,4000 \ntype Line 3000,0 3000,2500 \ntype 检查 \nwindows\nstate\n"
-               "window check ldown 50 60\nwindow check lup 50 60\nstate\nwindow check close\nwindows\n");
-    EXPECT_EQ(Of(lines, "windows")[0]["tools"], json::array({"check"}));
-    EXPECT_EQ(Of(lines, "windows")[1]["tools"], json::array());
+               "type Rect 0,0 6000,4000 \ntype 检查 \nprompt\nwindows\ntype Line 3000,0 3000,2500 \ntype 检查 "
+               "\nwindows\nstate\n" + click + "key F5\n" + click + "window check close\nwindows\n");
+    EXPECT_EQ(Last(lines, "prompt")["lines"].back(), "检查: 没有发现问题");
+    EXPECT_EQ(Of(lines, "windows")[0]["tools"], json::array());
+    EXPECT_EQ(Of(lines, "windows")[1]["tools"], json::array({"check"}));
+    EXPECT_EQ(Of(lines, "windows")[2]["tools"], json::array());
     const auto states = Of(lines, "state");
+    EXPECT_EQ(states[2]["scale"], states[1]["scale"]) << "a click on the chosen row goes there again";
     EXPECT_GT(states[1]["scale"], states[0]["scale"]);
     // The dangling end stands in the middle of the view: its width is the frame's without the menu's.
     const double scale = states[1]["scale"].get<double>();

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "host/editor/edit_frame.h"
-#include "host/editor/list_window.h"
+#include "host/editor/tool_table.h"
 #include "host/net_check.h"
 #include "model/profile.h"
 #include "platform/number_text.h"
@@ -36,25 +36,26 @@ void GoTo(CEditFrame& frame, const NetFault& fault) {
 
 void ShowCheckList(CEditFrame& frame) {
     const std::vector<NetFault> faults = CheckNet(frame.DataBase(), g_cTvoProfile.m_nNetTolerance);
+    frame.CloseTool("check");
+    if (faults.empty()) return frame.Tell("检查: 没有发现问题");
     std::size_t counts[kFaultKindCount] = {};
-    std::vector<ListWindow::Row> rows;
+    std::vector<std::vector<std::string>> rows;
     for (const NetFault& fault : faults) {
         ++counts[fault.kind];
         rows.push_back({kKinds[fault.kind], FixedReal(fault.x, 1), FixedReal(fault.y, 1),
                         fault.kind == kFaultDangling ? std::string() : FixedReal(fault.distance, 1)});
     }
-    std::string note;
+    std::string found;
     for (int kind = 0; kind < kFaultKindCount; ++kind)
         if (counts[kind])
-            note +=
-                (note.empty() ? "" : ", ") + std::string(kKinds[kind]) + " " + std::to_string(counts[kind]);
-    note = faults.empty() ? "没有发现问题" : note + "。点击一行到该处。";
-    frame.Tell("检查: " + note);
-    std::vector<ListColumn> columns = {
-        {"问题", 100, false}, {"X", 110, true}, {"Y", 110, true}, {"距离", 90, true}};
-    auto list = std::make_unique<ListWindow>(note, std::move(columns), std::move(rows));
-    list->m_onRow = [&frame, faults](int row) { GoTo(frame, faults[static_cast<std::size_t>(row)]); };
+            found += (found.empty() ? "" : ", ") + std::string(kKinds[kind]) + " " + std::to_string(counts[kind]);
+    frame.Tell("检查: " + found + "。点击一行到该处, Ctrl+C 复制。");
+    auto list = std::make_unique<ToolTable>();
+    list->Column("问题", 100);
+    for (const char* head : {"X", "Y", "距离"}) list->Column(head, 110, true);
+    list->Fill(rows);
+    list->m_onSelect = [&frame, faults](int row) { GoTo(frame, faults[static_cast<std::size_t>(row)]); };
     const CRect client = frame.GetClientRect();
     const int left = std::max(0, client.right - kWidth - 140), top = 60;
-    frame.ShowTool("check", std::move(list), {left, top, left + kWidth, top + kHeight}, "检查");
+    frame.ShowTool("check", std::move(list), {left, top, left + kWidth, top + kHeight}, "检查: " + found);
 }

@@ -15,7 +15,7 @@
 #include "host/drawing.h"
 #include "host/editor/document.h"
 #include "host/editor/edit_frame.h"
-#include "host/editor/list_window.h"
+#include "host/editor/tool_table.h"
 #include "host/import_job.h"
 #include "host/models/model_build.h"
 #include "host/net_walk.h"
@@ -180,14 +180,14 @@ std::string KindText(const std::map<std::string, std::uint64_t>& counts) {
     return std::to_string(sum) + (text.empty() ? "" : ": " + text);
 }
 
-std::vector<ListWindow::Row> ReportRows(CTvoHostDataBase& db, const std::string& path, const Choice& choice,
+std::vector<std::vector<std::string>> ReportRows(CTvoHostDataBase& db, const std::string& path, const Choice& choice,
                                         const DxfImportReport& report) {
     const auto number = [](std::uint64_t n) { return std::to_string(n); };
     const DxfPieceCounts& pieces = report.pieces;
     const auto lines = NetLines(db);
     const auto arcs =
         std::count_if(lines.begin(), lines.end(), [](const CGjNetLine* line) { return line->m_nArc == 1; });
-    std::vector<ListWindow::Row> rows = {
+    std::vector<std::vector<std::string>> rows = {
         {"图纸", PlainText(path)},
         {"图层", choice.names},
         {"图元", "图纸共 " + number(report.entities)},
@@ -211,9 +211,11 @@ std::vector<ListWindow::Row> ReportRows(CTvoHostDataBase& db, const std::string&
     return rows;
 }
 
-void ShowReport(CEditFrame& frame, std::vector<ListWindow::Row> rows) {
-    std::vector<ListColumn> columns = {{"项目", 70, false}, {"内容", 300, false}};
-    auto window = std::make_unique<ListWindow>("", std::move(columns), std::move(rows));
+void ShowReport(CEditFrame& frame, const std::vector<std::vector<std::string>>& rows) {
+    auto window = std::make_unique<ToolTable>();
+    window->Column("项目", 70);
+    window->Column("内容", 300);
+    window->Fill(rows);
     const int left = std::max(0, frame.GetClientRect().right - kReportWidth - 140), top = 60;
     frame.ShowTool("report", std::move(window), {left, top, left + kReportWidth, top + kReportHeight},
                    "DXF 输入报告");
