@@ -14,7 +14,20 @@
 namespace {
 
 constexpr int kMargin = 10;  // pixels about a drawing that fits
+constexpr std::size_t kTrimmedOf = 20;   // of so many items one may lie out at each end
+constexpr double kRoomAbout = 5;         // about what most of them take up, in its size: what lies there belongs to it
 constexpr double kLeastScale = 1e-13, kMostScale = 1e9;
+
+/// From where to where most of the ranges go, with room about it.
+std::pair<double, double> MostOf(std::vector<double>& from, std::vector<double>& to) {
+    const std::size_t out = std::max<std::size_t>(from.size() / kTrimmedOf, 1);
+    const auto low = from.begin() + static_cast<std::ptrdiff_t>(out);
+    const auto high = to.end() - 1 - static_cast<std::ptrdiff_t>(out);
+    std::nth_element(from.begin(), low, from.end());
+    std::nth_element(to.begin(), high, to.end());
+    const double room = kRoomAbout * std::max(*high - *low, 0.0);
+    return {*low - room, *high + room};
+}
 
 std::string Folded(std::string name) {
     for (char& c : name)
@@ -76,6 +89,31 @@ void CDxfWnd::TakeOver() {
         all.Add(box.m_dMaxX, box.m_dMaxY);
     }
     m_minX = all.m_dMinX, m_minY = all.m_dMinY, m_maxX = all.m_dMaxX, m_maxY = all.m_dMaxY;
+    LeaveOutStrays();
+}
+
+// A single point a hundred kilometres off would make the drawing a dot. What fits at first is then all but that.
+void CDxfWnd::LeaveOutStrays() {
+    if (m_items.size() < kTrimmedOf) return;
+    std::vector<double> minX, minY, maxX, maxY;
+    for (const Item& item : m_items) {
+        minX.push_back(item.minX);
+        minY.push_back(item.minY);
+        maxX.push_back(item.maxX);
+        maxY.push_back(item.maxY);
+    }
+    const auto [left, right] = MostOf(minX, maxX);
+    const auto [bottom, top] = MostOf(minY, maxY);
+    DxfExtent most;
+    for (const Item& item : m_items) {
+        if (item.minX < left || item.maxX > right || item.minY < bottom || item.maxY > top) continue;
+        most.Add(item.minX, item.minY);
+        most.Add(item.maxX, item.maxY);
+    }
+    if (most.m_bEmpty) return;
+    const double width = most.m_dMaxX - most.m_dMinX, height = most.m_dMaxY - most.m_dMinY;
+    if (m_maxX - m_minX <= kRoomAbout * width && m_maxY - m_minY <= kRoomAbout * height) return;  // all shows well enough
+    m_minX = most.m_dMinX, m_minY = most.m_dMinY, m_maxX = most.m_dMaxX, m_maxY = most.m_dMaxY;
 }
 
 // ---- layers -----------------------------------------------------------------------------------------------

@@ -21,7 +21,7 @@ struct CDxfLayerSwitch {
     bool m_bShown = true;
 };
 
-/// Shows a drawing in the colours of its entities and layers, at first as large as it fits. The wheel zooms at the pointer,
+/// Shows a drawing in the colours of its entities and layers, at first as large as it fits, without strays. The wheel zooms at the pointer,
 /// a drag with the left or middle button moves. The drawing is drawn once for each view of it: while it is dragged that
 /// picture moves, and what comes into sight is drawn at the end, so that moving takes the same time for any drawing.
 class CDxfWnd : public CView {
@@ -41,7 +41,7 @@ public:
     void SetHiddenDimmed(bool dimmed);  // what is on hidden layers is drawn faintly, below the rest
 
     // --- view
-    void Fit();
+    void Fit();  // all of it but strays, few and far off
     void ZoomAt(const CPoint& p, double factor);       // what lies there stays there
     double GetScale() const { return m_scale; }        // pixels for a unit; 0 while there is nothing to see
     CPoint PixelOf(double x, double y) const;          // of a place of the drawing
@@ -71,6 +71,7 @@ private:
         COLORREF color;
     };
     void TakeOver();
+    void LeaveOutStrays();
     void BeginDrag(const CPoint& p);
     void EndDrag();
     void DrawBase(const CRect& place, int density);
@@ -82,7 +83,7 @@ private:
     std::vector<CDxfLayerSwitch> m_layers;
     std::map<std::string, std::size_t> m_mapRow;  // of the layers, by name in small letters
     std::vector<Item> m_items;
-    double m_minX = 0, m_minY = 0, m_maxX = 0, m_maxY = 0;  // of all items
+    double m_minX = 0, m_minY = 0, m_maxX = 0, m_maxY = 0;  // of all items but strays
     double m_scale = 0, m_left = 0, m_top = 0;  // pixels a unit; the drawing's point in the corner of its place
     bool m_bFitted = true;   // nobody has moved or zoomed
     bool m_bDimmed = false;

@@ -245,6 +245,11 @@ TEST(Editor, ImportsADrawing) {
                       std::string(row.answer).ends_with("plates=0") ? json(0) : run["plates"]["count"]);
         }
     }
+    const auto imported = [&](const std::string& values) {
+        return DumpAfter("editor\nanswer import 0 layers=1000000 target=0 " + values + "\npath " + plan + "\ntype DXF输入 \n");
+    };
+    EXPECT_EQ(imported("unit=1"), imported("scale=10")) << "centimetres";
+    EXPECT_EQ(imported("unit=1 scale=1"), imported("")) << "what was typed last holds";
     const auto stats =
         Of(Played(std::string(kNew) +
                   "type Line 0,90000 5000,90000 \nanswer import 0 layers=1100000 target=1\ndrop " + plan +

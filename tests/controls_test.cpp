@@ -220,6 +220,28 @@ TEST_F(Preview, MovesThePictureAndDrawsAtTheEnd) {
     EXPECT_TRUE(window.PixelOf(30, 0) == before);
 }
 
+TEST_F(Preview, StraysDoNotMakeItADot) {
+    struct {
+        const char* name;
+        int lines;
+        const char* far;  // of one more line's end
+        double least;     // pixels of the 100 units that the others take up
+    } const rows[] = {{"a frame about it", 60, "400", 40}, {"a stray", 60, "1e9", 200}, {"too few to tell", 5, "1e9", 0}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        const auto line = [](const std::string& from, const std::string& to) {
+            return "0\nLINE\n8\n0\n10\n" + from + "\n20\n0\n11\n" + to + "\n21\n100\n";
+        };
+        std::string text = "0\nSECTION\n2\nENTITIES\n" + line("0", row.far);
+        for (int i = 0; i < row.lines; ++i) text += line(std::to_string(i * 100 / row.lines), "100");
+        drawing.Read_Bytes_To_Mem(text + "0\nENDSEC\n0\nEOF\n");
+        window.SetDrawing(&drawing);
+        const double pixels = window.GetScale() * 100;
+        EXPECT_GE(pixels, row.least);
+        EXPECT_EQ(window.PixelOf(350, 0).x < 500, row.least < 100) << "the frame is in sight";
+    }
+}
+
 TEST_F(Preview, NoDrawingAndNoHandBreaksIt) {
     std::mt19937 random(5);
     constexpr const char* kNumbers[] = {"0", "1e12", "-1e12", "1e-300", "1", "-90", "7.5", "1e300", "nan"};

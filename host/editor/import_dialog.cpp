@@ -1,7 +1,6 @@
 #include "host/editor/import_dialog.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cstdlib>
 #include <filesystem>
 #include <iterator>
@@ -14,7 +13,9 @@
 #include "fields/dxf_import.h"
 #include "host/drawing.h"
 #include "host/editor/document.h"
+#include "host/editor/drawing_size.h"
 #include "host/editor/edit_frame.h"
+#include "host/editor/spacing_text.h"
 #include "host/editor/tool_table.h"
 #include "host/import_job.h"
 #include "host/models/model_build.h"
@@ -33,43 +34,22 @@ namespace {
 constexpr double kFlattestSide = 1e-4;                  // degrees of half the sweep
 constexpr int kReportWidth = 470, kReportHeight = 330;  // pixels
 
-struct Unit {
-    int insUnits;
-    const char* name;
-    double millimetres;
-};
-constexpr Unit kUnits[] = {{1, "英寸", 25.4}, {2, "英尺", 304.8}, {4, "毫米", 1},
-                           {5, "厘米", 10},   {6, "米", 1000},    {14, "分米", 100}};
-
-const Unit* UnitOf(int insUnits) {
-    const auto found = std::find_if(std::begin(kUnits), std::end(kUnits),
-                                    [&](const Unit& unit) { return unit.insUnits == insUnits; });
-    return found == std::end(kUnits) ? nullptr : found;
-}
-
-std::string Shown(double v) {
-    char text[32];
-    const auto end = std::to_chars(text, text + sizeof text, v).ptr;
-    return {text, end};
-}
-
 /// What a net takes from a layer.
 std::uint64_t Usable(const DxfLayerSummary& layer) {
     return layer.m_nLine + layer.m_nPolyline + layer.m_nArc + layer.m_nCircle;
 }
 
+constexpr const char* kLayerHeads[] = {"图层", "直线", "多段线", "圆弧", "圆", "其它", "状态"};
+
+/// Its cells under the heads.
 std::string Described(const DxfLayerSummary& layer) {
-    std::string text = PlainText(layer.m_strName) + "  (";
-    const auto add = [&](std::uint64_t count, const char* what) {
-        if (count) text += (text.back() == '(' ? "" : ", ") + std::string(what) + " " + std::to_string(count);
-    };
-    add(layer.m_nLine, "直线");
-    add(layer.m_nPolyline, "多段线");
-    add(layer.m_nArc, "圆弧");
-    add(layer.m_nCircle, "圆");
-    add(layer.m_nOther, "其它");
-    if (text.back() == '(') text += "空";
-    return text + (layer.m_bFrozen ? ", 冻结)" : layer.m_bOff ? ", 关闭)" : ")");
+    std::string text = PlainText(layer.m_strName);
+    std::replace(text.begin(), text.end(), '\t', ' ');
+    for (const std::uint64_t count : {layer.m_nLine, layer.m_nPolyline, layer.m_nArc, layer.m_nCircle, layer.m_nOther}) {
+        text += '\t';
+        if (count) text += std::to_string(count);
+    }
+    return text.append(1, '\t').append(layer.m_bFrozen ? "冻结" : layer.m_bOff ? "关闭" : "");
 }
 
 // In names of layers, capitals. Numbers and measures of axes are none.
@@ -122,10 +102,42 @@ struct Choice {
     bool plates = true;
 };
 
+/// The unit of the drawing and the scale that it stands for: one follows the other, whichever is changed.
+class UnitFields {
+public:
+    explicit UnitFields(const DxfHeader& header) {
+        const std::size_t unit = UnitOfHeader(header.m_nInsUnits);
+        m_known = unit < DrawingUnits().size();
+        m_unit = std::to_string(m_known ? unit : 0);
+        m_scale = NumberText(m_known ? DrawingUnits()[unit].millimetres : 1);
+    }
+    void AddTo(DialogForm& form) const {
+        std::vector<std::string> names;
+        for (const DrawingUnit& unit : DrawingUnits()) names.push_back(unit.name);
+        names.push_back("自定");
+        form.m_fields.push_back({DialogField::Kind::kChoice, "unit", m_known ? "图纸单位" : "图纸单位 (图中未说明)", m_unit, names});
+        form.m_fields.push_back({DialogField::Kind::kNumber, "scale", "比例 (乘到毫米)", m_scale, {}});
+    }
+    void Follow(DialogForm& form) {
+        const std::string unit = form.Value("unit"), scale = form.Value("scale");
+        if (unit != m_unit) {
+            for (std::size_t i = 0; i < DrawingUnits().size(); ++i)
+                if (unit == std::to_string(i)) form.SetValue("scale", NumberText(DrawingUnits()[i].millimetres));
+        } else if (double value = 0; scale != m_scale && ReadScale(scale, value)) {
+            form.SetValue("unit", std::to_string(UnitOfScale(value)));
+        }
+        m_unit = form.Value("unit");
+        m_scale = form.Value("scale");
+    }
+
+private:
+    std::string m_unit, m_scale;  // as they stood
+    bool m_known = false;         // the drawing tells
+};
+
 /// Shows the dialog; false for a cancel.
 bool AskLayers(CEditFrame& frame, const std::string& path, const DXF& drawing,
                const std::vector<DxfLayerSummary>& rows, Choice& choice) {
-    const Unit* const unit = UnitOf(drawing.GetHeader().m_nInsUnits);
     CDxfWnd preview;  // what will not come is faint
     preview.SetDrawing(&drawing);
     preview.SetHiddenDimmed(true);
@@ -135,26 +147,33 @@ bool AskLayers(CEditFrame& frame, const std::string& path, const DXF& drawing,
     std::vector<std::string> described;
     for (const DxfLayerSummary& row : rows) described.push_back(Described(row));
     const bool fresh = !frame.Document().IsModified() && frame.Document().Path().empty();
-    form.m_fields = {
-        {DialogField::Kind::kTicks, "layers", "图层", ProposedTicks(rows), described},
-        {DialogField::Kind::kNumber, "scale", "比例", unit ? Shown(unit->millimetres) : "1", {}},
-        {DialogField::Kind::kNote,
-         "unit",
-         "",
-         std::string("图纸单位: ") + (unit ? unit->name : "未说明") + ", 比例乘到毫米",
-         {}},
-        {DialogField::Kind::kChoice, "target", "放到", fresh ? "0" : "1", {"新模型", "当前模型"}},
-        {DialogField::Kind::kCheck, "plates", "形成板", "1", {}},
-    };
+    form.m_fields = {{DialogField::Kind::kTicks, "layers", "", ProposedTicks(rows), described}};
+    form.m_fields.back().m_heads = {std::begin(kLayerHeads), std::end(kLayerHeads)};
+    UnitFields unit(drawing.GetHeader());
+    unit.AddTo(form);
+    form.m_fields.push_back({DialogField::Kind::kNote, "size", "输入后大小", "", {}});
+    form.m_fields.push_back({DialogField::Kind::kWarning, "warning", "", "", {}});
+    form.m_fields.push_back({DialogField::Kind::kChoice, "target", "放到", fresh ? "0" : "1", {"新模型", "当前模型"}});
+    form.m_fields.push_back({DialogField::Kind::kCheck, "plates", "形成板", "1", {}});
     form.m_preview = &preview;
+    form.m_previewWidth = 460;
+    form.m_previewHeight = 400;
+    const DrawingSizes sizes(drawing, rows);
+    const double tolerance = g_cTvoProfile.m_nNetTolerance;
     form.m_check = [&](DialogForm& f) -> std::string {
+        unit.Follow(f);
         const auto layers = Ticked(drawing, rows, f.Value("layers"));
-        const std::string shown = f.Value("layers");
+        // With nothing ticked yet all can be looked at, and the unit judged.
+        const std::string shown = layers.empty() ? std::string(rows.size(), '1') : f.Value("layers");
         for (std::size_t i = 0; i < rows.size(); ++i)
             preview.SetLayerShown(CString(rows[i].m_strName), i < shown.size() && shown[i] == '1');
         double scale = 0;
+        const bool scaled = ReadScale(f.Value("scale"), scale);
+        const DrawingSizes::Size size = scaled ? sizes.Of(shown, scale, tolerance) : DrawingSizes::Size();
+        f.SetValue("size", SizeText(size) + (layers.empty() && scaled ? " (全部图层)" : ""));
+        f.SetValue("warning", SizeWarning(size, tolerance));
         if (layers.empty()) return "请勾选图层";
-        return ReadScale(f.Value("scale"), scale) ? "" : "比例应是 1e-9 到 1e9 的数";
+        return scaled ? "" : "比例应是 1e-9 到 1e9 的数";
     };
     CWindowSystem* const system = CWindowSystem::Current();
     if (!system || system->RunDialog(form) != 0) return false;

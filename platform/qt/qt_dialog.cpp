@@ -105,6 +105,8 @@ Line TicksLine(const DialogField& field, const Changed& changed) {
     }
     QHeaderView& header = *list->header();
     header.setStretchLastSection(false);
+    for (int column = 1; column < list->columnCount(); ++column)
+        list->headerItem()->setTextAlignment(column, Qt::AlignRight | Qt::AlignVCenter);
     int width = 0;
     for (int column = 0; column < list->columnCount(); ++column) {
         list->resizeColumnToContents(column);
