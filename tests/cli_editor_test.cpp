@@ -309,6 +309,15 @@ TEST(Editor, OffersWhatACrashHasLeft) {
     const auto refused = Played("editor 900 600 " + file + "\njournal\nwindows\nclose\n");
     EXPECT_EQ(Last(refused, "windows")["title"], "kept.tvo - TvoBase");
     EXPECT_EQ(Last(refused, "close")["closed"], true);
+
+    Played("editor 900 600 " + file + "\njournal\n" + edit);  // and the file replaced twice since
+    ASSERT_EQ(RunTvo({"run"}, "node 1 1\nsave " + file + "\nnode 9000 9000\nsave " + file + "\n").status, 0);
+    const std::string back = DumpAfter("editor 900 600 " + file + "\nanswer recover 0\njournal\nwindows\n");
+    EXPECT_TRUE(back.ends_with(edited)) << back;
+    EXPECT_NE(back.find("请另存"), std::string::npos) << back;
+    EXPECT_NE(back.find("未命名* - TvoBase"), std::string::npos) << back;
+    const auto others = Played("editor 900 600 " + file + "\njournal\nstat\nwindows\n");
+    EXPECT_EQ(Last(others, "stat")["nodes"], 2) << "the other's file stands, and nothing is offered twice";
     ::unsetenv("XDG_STATE_HOME");
 }
 

@@ -52,7 +52,7 @@ public:
     static constexpr const char* kRecentPath = "Recent";  // their group in the settings: File1, File2, ...
 
 private:
-    void BeginJournal(bool unsaved);
+    void BeginJournal(bool unsaved, const std::string& broughtBack = {});
     bool Recover(const JournalLeftover& leftover);
     bool OfferOf(const std::string& path);
     void OfferLeftovers();

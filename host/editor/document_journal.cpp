@@ -38,8 +38,8 @@ bool IsOffered(const JournalLeftover& leftover) {
 
 }  // namespace
 
-void EditorDocument::BeginJournal(bool unsaved) {
-    if (m_keeping) m_journal.Begin(m_frame.DataBase(), kHost, m_path, unsaved);
+void EditorDocument::BeginJournal(bool unsaved, const std::string& broughtBack) {
+    if (m_keeping) m_journal.Begin(m_frame.DataBase(), kHost, m_path, unsaved, broughtBack);
 }
 
 void EditorDocument::FlushJournal() {
@@ -73,15 +73,16 @@ bool EditorDocument::Recover(const JournalLeftover& leftover) {
     m_frame.LeaveModel();
     try {
         const RecoveredModel recovered = RecoverJournal(leftover.path, m_frame.DataBase(), kHost);
-        m_path = leftover.modelPath;
+        // A file that somebody else has written in between stays theirs: saving will ask for a name.
+        m_path = recovered.replaced ? "" : leftover.modelPath;
         if (!m_path.empty()) Remember(m_path);
-        BeginJournal(!recovered.alreadySaved);
-        // Only when the new one has it all, and has it on the disk.
-        if (m_journal.Stands() && m_journal.Path() != leftover.path) DiscardLeftover(leftover);
+        BeginJournal(!recovered.alreadySaved, leftover.path);
         m_frame.ModelReplaced();
         m_frame.Tell(
             "已恢复“" + Name() + "”: " + std::to_string(recovered.steps) + " 步" +
             (recovered.lost ? ", 日志损坏, 其后 " + std::to_string(recovered.lost) + " 步丢失" : ""));
+        if (recovered.replaced)
+            m_frame.Warn(leftover.modelPath + " 在此期间已被别的程序改过; 恢复的模型没有文件名, 请另存");
         return true;
     } catch (const DataFailure& failure) {
         m_frame.Warn("无法恢复 " + leftover.path + ": " + ReasonInChinese(failure.what(), leftover.path));
@@ -132,6 +133,6 @@ void EditorDocument::OfferLeftovers() {
             Recover(left[chosen]);
             return;
         }
-        DiscardLeftover(left[chosen]);
+        DiscardJournal(left[chosen].path);
     }
 }

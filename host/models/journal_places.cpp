@@ -52,6 +52,8 @@ std::string JournalInState(const std::string& modelPath) {
     return folder + "/" + fs::path(modelPath).filename().string() + checksum + std::string(kEnding);
 }
 
+std::string BaseBeside(const std::string& journalPath) { return journalPath + "-base"; }
+
 std::string NewJournalInState() {
     const std::string folder = StateFolder();
     std::error_code error;

@@ -15,6 +15,8 @@ std::string StateFolder();
 std::string JournalBeside(const std::string& modelPath);
 /// In the state folder, for a model whose own folder can't be written. Empty without such a folder.
 std::string JournalInState(const std::string& modelPath);
+/// JOURNAL-base, beside the journal: another name of the model file that its steps stand on.
+std::string BaseBeside(const std::string& journalPath);
 /// In the state folder, for a model without a name: one that no file has yet. The folder is made.
 std::string NewJournalInState();
 /// Every journal in the state folder, in the order of their names.

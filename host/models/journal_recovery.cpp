@@ -41,14 +41,22 @@ bool NeedsBase(const JournalContent& content) {
                                                      [](const JournalStep& step) { return step.whole; });
 }
 
+/// The file that the steps stand on; empty when it is nowhere any more.
+std::string BaseFileOf(const JournalHeader& header, const std::string& journalPath) {
+    for (const std::string& path : {header.modelPath, header.modelPath + "~", BaseBeside(journalPath)})
+        if (BaseOf(path) == header.base) return path;
+    return {};
+}
+
 /// Without a base and without a step of the whole model there is nothing that the steps could stand on.
-JournalLeftover::Base FindBase(const JournalContent& content) {
+JournalLeftover::Base FindBase(const JournalContent& content, const std::string& journalPath) {
     using enum JournalLeftover::Base;
     const JournalHeader& header = *content.header;
     const bool whole = content.steps.empty() ? content.lost == 0 : content.steps.front().whole;
     if (!header.base.file) return whole ? kStands : kMissing;
-    if (!NeedsBase(content) || BaseOf(header.modelPath) == header.base) return kStands;
-    return BaseOf(header.modelPath + "~") == header.base ? kBefore : kMissing;
+    if (!NeedsBase(content)) return kStands;
+    const std::string base = BaseFileOf(header, journalPath);
+    return base.empty() ? kMissing : base == header.modelPath ? kStands : kBefore;
 }
 
 std::string Counted(std::size_t n, const char* what) {
@@ -67,7 +75,7 @@ std::optional<JournalLeftover> ReadLeftover(const std::string& journalPath) {
     leftover.modelPath = content.header->modelPath;
     leftover.steps = content.steps.size();
     leftover.time = journal->time;
-    leftover.base = FindBase(content);
+    leftover.base = FindBase(content, journalPath);
     leftover.held = IsHeld(journalPath);
     leftover.torn = content.torn;
     leftover.lost = content.lost;
@@ -93,14 +101,17 @@ std::vector<JournalLeftover> FindLeftovers() {
     return found;
 }
 
-void DiscardLeftover(const JournalLeftover& leftover) {
+void DiscardJournal(const std::string& journalPath) {
     HeldFile file;
-    if (file.Take(leftover.path, HeldFile::Mode::kExisting) == 0) file.Remove();
+    if (file.Take(journalPath, HeldFile::Mode::kExisting) != 0) return;
+    ::unlink(BaseBeside(journalPath).c_str());
+    file.Remove();
 }
 
 std::string RecoveredModel::Text() const {
     std::string text = Counted(steps, "step") + " brought back";
     if (alreadySaved) text += "; the model file holds them already";
+    if (replaced) text += "; the model file has been replaced since, they stand on the one before";
     if (lost > 0)
         text += "; the journal is damaged, " + Counted(lost, "step") + " behind that " +
                 (lost == 1 ? "is" : "are") + " lost";
@@ -119,13 +130,13 @@ RecoveredModel RecoverJournal(const std::string& journalPath, CGridDataBase& db,
     const JournalContent& content = journal->content;
     if (!content.header) fail("this is no journal, or its head is damaged");
     const std::string& modelPath = content.header->modelPath;
-    const JournalLeftover::Base standing = FindBase(content);
+    const JournalLeftover::Base standing = FindBase(content, journalPath);
     if (standing == JournalLeftover::Base::kMissing)
         fail(modelPath.empty() ? "its first step is damaged"
                                : modelPath + ", on which it stands, is another file now");
     const bool before = standing == JournalLeftover::Base::kBefore;
     std::optional<ModelFile> base;
-    if (NeedsBase(content)) base = ReadModelFile(before ? modelPath + "~" : modelPath);
+    if (NeedsBase(content)) base = ReadModelFile(BaseFileOf(*content.header, journalPath));
 
     const std::string bytes = ReplaySteps(base ? &*base : nullptr, content.steps);
     const ModelFile file = TakeApart(bytes);
@@ -136,6 +147,7 @@ RecoveredModel RecoverJournal(const std::string& journalPath, CGridDataBase& db,
     recovered.faults = file.faults.size() + static_cast<std::size_t>(plan.faultCount);
     recovered.built = BuildModel(plan, file.header, db, host);
     recovered.alreadySaved = before && ReadFileBytes(modelPath, error) == bytes && error == 0;
+    recovered.replaced = before && !recovered.alreadySaved;
     db.GetContain().SetModifiedFlag(recovered.alreadySaved || recovered.steps == 0 ? 0 : 1);
     return recovered;
 }

@@ -15,8 +15,9 @@ class ModelHost;
 struct JournalLeftover {
     enum class Base {
         kStands,   // the model file is as it was, or none is needed
-        kBefore,   // the model file is another now, but NAME~ is the old one: the crash came while saving, or
-                   // just after
+        kBefore,   // the model file is another now, but the old one is there as NAME~ or under the name that
+                   // the journal gave it: the crash came while saving, or just after, or somebody else has
+                   // replaced the file
         kMissing,  // there is no such file any more: nothing can be recovered
     };
     std::string path;       // of the journal
@@ -40,7 +41,7 @@ std::optional<JournalLeftover> FindLeftover(const std::string& modelPath);
 std::vector<JournalLeftover> FindLeftovers();
 
 /// Takes a journal away that nobody wants back. Never one that is held.
-void DiscardLeftover(const JournalLeftover& leftover);
+void DiscardJournal(const std::string& journalPath);
 
 struct RecoveredModel {
     BuiltModel built;
@@ -48,6 +49,7 @@ struct RecoveredModel {
     std::size_t lost = 0;       // whole ones behind a damage, which could not
     std::size_t faults = 0;     // things in it that can't be used
     bool alreadySaved = false;  // the model file holds just this: nothing was lost in the crash
+    bool replaced = false;      // the model file is another one now: this should not take its place unasked
 
     /// "12 steps brought back; the journal is damaged, 3 steps behind that are lost" and the like.
     std::string Text() const;
@@ -56,5 +58,5 @@ struct RecoveredModel {
 /// Puts the model as it was after the last whole step in the place of the one that stands in the data base.
 /// It counts as modified then, unless it is already saved. Throws DataFailure when the base is missing or the
 /// journal can't be read; the model in the data base stands then. The journal stays until ModelJournal::Begin
-/// (with `unsaved`) or DiscardLeftover.
+/// (with `unsaved`) or DiscardJournal.
 RecoveredModel RecoverJournal(const std::string& journalPath, CGridDataBase& db, const ModelHost& host);

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "host/models/journal_places.h"
+#include "host/models/journal_recovery.h"
 #include "host/models/memory_stream.h"
 #include "host/models/model_assembler.h"
 #include "host/models/model_content.h"
@@ -26,11 +27,30 @@ std::string DataOf(CGridDataBase& db, const ModelHost& host) {
     return std::string(stream.Bytes());
 }
 
+/// A journal whose first step was cut in the middle holds nothing. A file that is no journal is somebody's.
+bool IsWorthKeeping(const std::string& path) {
+    const auto leftover = ReadLeftover(path);
+    return !leftover || leftover->steps + leftover->lost > 0;
+}
+
+/// Under the first name that is free, with what it stands on: what a crash has left is nobody's to throw away.
+void KeepAside(const std::string& path) {
+    std::string kept = path + "~";
+    for (int i = 2; ::link(path.c_str(), kept.c_str()) != 0 && errno == EEXIST && i < 1000; ++i)
+        kept = path + "~" + std::to_string(i);
+    (void)::link(BaseBeside(path).c_str(), BaseBeside(kept).c_str());
+}
+
 }  // namespace
 
 ModelJournal::~ModelJournal() {
     StopWatching();
-    if (m_told.steps == 0) m_file.Remove();
+    if (m_told.steps == 0) RemoveFile();
+}
+
+void ModelJournal::RemoveFile() {
+    if (m_file.IsOpen()) ::unlink(BaseBeside(m_file.Path()).c_str());
+    m_file.Remove();
 }
 
 void ModelJournal::StopWatching() {
@@ -41,12 +61,13 @@ void ModelJournal::StopWatching() {
 // ---- the life of a model ------------------------------------------------------------------------------
 
 void ModelJournal::Begin(CGridDataBase& db, const ModelHost& host, const std::string& modelPath,
-                         bool unsaved) {
+                         bool unsaved, const std::string& broughtBack) {
     StopWatching();
     m_db = &db;
     m_host = &host;
     m_known = {};
     m_modelPath = modelPath.empty() ? "" : PlainPath(modelPath);
+    m_broughtBack = broughtBack;
     Place(unsaved);
     db.GetContain().SetWatcher(this);
 }
@@ -60,7 +81,7 @@ void ModelJournal::OnSaved(const std::string& modelPath) {
 void ModelJournal::Close() {
     StopWatching();
     m_touched.clear();
-    m_file.Remove();
+    RemoveFile();
     m_told = {};
 }
 
@@ -93,6 +114,8 @@ void ModelJournal::Place(bool unsaved) {
         }
         if (error == 0) {
             m_failing = false;
+            if (const std::string old = std::exchange(m_broughtBack, {}); !old.empty() && old != m_file.Path())
+                DiscardJournal(old);
             return;
         }
         if (first == 0) first = error;
@@ -116,25 +139,24 @@ int ModelJournal::PlaceAt(const std::string& path, bool unsaved) {
     int error = next.Take(path + ".new", HeldFile::Mode::kMakeEmpty);
     const JournalHeader header{unsaved ? JournalBase{} : BaseOf(m_modelPath), m_modelPath, 0};
     std::string bytes = JournalHeaderBytes(header);
-    const bool leftByAnother = before.Length() > bytes.size();
+    const bool kept = before.Length() > bytes.size() && path != m_broughtBack && IsWorthKeeping(path);
     Told told = m_told;
     told.steps = 0;
     told.counters.clear();
     if (unsaved) bytes += Describe(Scope::kWhole, told);
     if (error == 0) error = next.Append(bytes, m_sync);
-    if (error == 0 && leftByAnother) {
-        // Kept under the first name that is free: what an earlier crash has left is nobody's to throw away.
-        std::string kept = path + "~";
-        for (int i = 2; ::link(path.c_str(), kept.c_str()) != 0 && errno == EEXIST && i < 1000; ++i)
-            kept = path + "~" + std::to_string(i);
-    }
+    if (error == 0 && kept) KeepAside(path);
     if (error == 0) error = next.RenameTo(path, m_sync);
     if (error != 0) {
         next.Remove();
         if (before.Length() == 0) before.Remove();
         return error;
     }
-    if (!ours) m_file.Remove();
+    // The file as it is now under one more name: should somebody replace it, the steps have their base still.
+    // The file system may not have such names; then there is none.
+    ::unlink(BaseBeside(path).c_str());
+    if (header.base.file) (void)!::link(m_modelPath.c_str(), BaseBeside(path).c_str());
+    if (!ours) RemoveFile();
     m_file = std::move(next);
     m_told = std::move(told);
     m_baseless = !unsaved && !header.base.file;

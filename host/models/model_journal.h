@@ -46,8 +46,10 @@ public:
     /// Begins for a model that was opened from, saved to, or is to have the file; "" for one without a name.
     /// Take `unsaved` when the model is not what the file holds, as after a recovery: it is then written
     /// whole at once. The journal before goes once the new one stands. One that a crash has left at the place
-    /// is kept as NAME~.
-    void Begin(CGridDataBase& db, const ModelHost& host, const std::string& modelPath, bool unsaved = false);
+    /// is kept as NAME~, unless it is `broughtBack`, from which this model was recovered: that one goes once the
+    /// new one has all of it on the disk, wherever it lies.
+    void Begin(CGridDataBase& db, const ModelHost& host, const std::string& modelPath, bool unsaved = false,
+               const std::string& broughtBack = {});
     /// Writes what has changed. Costs next to nothing when nothing has.
     void Flush();
     /// The model has just been saved in that file: it is the new base.
@@ -84,6 +86,7 @@ private:
     };
 
     void StopWatching();
+    void RemoveFile();
     void Place(bool unsaved);
     int PlaceAt(const std::string& path, bool unsaved);
     bool Due() const;
@@ -97,6 +100,7 @@ private:
     CGridDataBase* m_db = nullptr;      // borrowed
     const ModelHost* m_host = nullptr;  // borrowed
     std::string m_modelPath;            // empty: without a name
+    std::string m_broughtBack;          // a journal that is to go when this one stands
     HeldFile m_file;
     std::vector<std::uint32_t> m_touched;  // identities of what has changed since the last step
     bool m_emptied = false;                // the store was emptied since
