@@ -170,9 +170,10 @@ TEST_F(Kill, AtEachOperationOnTheDisk) {
     for (std::size_t at = 1; at <= m_operations.size(); ++at) {
         const std::string& operation = m_operations[at - 1];
         const bool writes = operation.starts_with("write"), renames = operation.starts_with("rename");
+        const bool syncs = operation.starts_with("fsync") || operation.starts_with("fdatasync");
         if (IsStep(operation, "write") || !(writes || renames)) points.push_back({at, "before"});
         if (writes) points.push_back({at, "half"});
-        if (renames || operation.starts_with("fdatasync")) points.push_back({at, "power"});
+        if (renames || syncs) points.push_back({at, "power"});
     }
     const std::set<std::string> rest{"house.tvo", "house.tvo~", "other.tvo", "other.tvo~"};
     int steps = 0, saves = 0;

@@ -11,11 +11,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <array>
 #include <atomic>
 #include <cstdarg>
 #include <cstdlib>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -29,14 +29,31 @@ std::string Setting(const char* name) {
     return value ? value : "";
 }
 
-/// Of the files that are open: how much of each a sync has confirmed.
-std::array<off_t, 256> g_synced;
-std::atomic<int> g_count = 0;
+using Open = int(const char*, int, ...);
 
-off_t LengthOf(int file) {
+struct stat StatusOf(int file) {
     struct stat status {};
-    return ::fstat(file, &status) == 0 ? status.st_size : 0;
+    (void)::fstat(file, &status);
+    return status;
 }
+
+/// A file that was opened to be written.
+struct Written {
+    int file = -1;     // one of our own, so that it outlives the program's, and its lock doesn't
+    off_t synced = 0;  // how much of it a sync has confirmed
+};
+std::vector<Written>& AllWritten() {
+    static std::vector<Written> all;
+    return all;
+}
+Written* WrittenLike(int file) {
+    const auto status = StatusOf(file);
+    for (Written& written : AllWritten())
+        if (const auto own = StatusOf(written.file); own.st_ino == status.st_ino && own.st_dev == status.st_dev) return &written;
+    return nullptr;
+}
+
+std::atomic<int> g_count = 0;
 
 /// Below the folder; empty for a file elsewhere.
 std::string NameIn(const std::string& path) {
@@ -51,8 +68,7 @@ std::string NameOf(int file) {
 }
 
 void Log(const std::string& line) {
-    static const int log = Real<int(const char*, int, ...)>("open")(
-        Setting("TVO_KILL_LOG").c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0666);
+    static const int log = Real<Open>("open")(Setting("TVO_KILL_LOG").c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0666);
     static auto* const write = Real<ssize_t(int, const void*, std::size_t)>("write");
     const std::string whole = line + "\n";
     if (log >= 0) (void)!write(log, whole.data(), whole.size());
@@ -60,9 +76,8 @@ void Log(const std::string& line) {
 
 [[noreturn]] void Die(const std::string& operation) {
     if (Setting("TVO_KILL_HOW") == "power")
-        for (std::size_t file = 3; file < g_synced.size(); ++file)
-            if (!NameOf(static_cast<int>(file)).empty() && LengthOf(static_cast<int>(file)) > g_synced[file])
-                (void)!::truncate(("/proc/self/fd/" + std::to_string(file)).c_str(), g_synced[file]);
+        for (const Written& written : AllWritten())
+            if (StatusOf(written.file).st_size > written.synced) (void)!Real<int(int, off_t)>("ftruncate")(written.file, written.synced);
     Log("died before " + operation);
     for (;;) ::kill(::getpid(), SIGKILL);
 }
@@ -85,7 +100,7 @@ int Sync(const char* call, int file) {
     const std::string name = NameOf(file);
     return Counted(!name.empty(), std::string(call) + " " + name, [&] {
         // The disk isn't waited for: a process that dies takes nothing with it, and what power would is known here.
-        if (static_cast<std::size_t>(file) < g_synced.size()) g_synced[static_cast<std::size_t>(file)] = LengthOf(file);
+        if (Written* const written = WrittenLike(file)) written->synced = StatusOf(file).st_size;
         return 0;
     });
 }
@@ -101,9 +116,9 @@ int open(const char* path, int flags, ...) {
     va_end(arguments);
     const std::string name = NameIn(path);
     return Counted(!name.empty() && (flags & O_CREAT), "open " + name, [&] {
-        const int file = Real<int(const char*, int, ...)>("open")(path, flags, mode);
-        if (file >= 0 && static_cast<std::size_t>(file) < g_synced.size())
-            g_synced[static_cast<std::size_t>(file)] = LengthOf(file);
+        const int file = Real<Open>("open")(path, flags, mode);
+        if (file >= 0 && !name.empty() && (flags & O_CREAT) && !WrittenLike(file))
+            AllWritten().push_back({Real<Open>("open")(path, O_RDWR | O_CLOEXEC), StatusOf(file).st_size});
         return file;
     });
 }
