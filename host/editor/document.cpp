@@ -11,6 +11,7 @@
 
 #include "host/editor/edit_frame.h"
 #include "host/editor/import_dialog.h"
+#include "host/editor/reason_text.h"
 #include "host/editor/sample_net.h"
 #include "host/failure.h"
 #include "host/models/model_build.h"
@@ -36,23 +37,6 @@ std::string FileName(const std::string& path) { return fs::path(path).filename()
 bool EndsWithNoCase(const std::string& text, const char* ending) {
     const std::size_t length = std::strlen(ending);
     return text.size() >= length && CString(text.substr(text.size() - length)).CompareNoCase(ending) == 0;
-}
-
-struct SystemReason {
-    int error;
-    const char* chinese;
-};
-constexpr SystemReason kReasons[] = {
-    {ENOENT, "文件或文件夹不存在"}, {EACCES, "没有权限"},         {EPERM, "没有权限"},
-    {EISDIR, "这是一个文件夹"},     {ENOTDIR, "路径不对"},        {ENOSPC, "磁盘已满"},
-    {EROFS, "磁盘是只读的"},        {ENAMETOOLONG, "文件名太长"}, {ELOOP, "链接成环"},
-    {EDQUOT, "超出磁盘配额"},       {EIO, "读写磁盘出错"},
-};
-
-const char* ReasonOf(int error) {
-    for (const SystemReason& reason : kReasons)
-        if (reason.error == error) return reason.chinese;
-    return std::strerror(error);
 }
 
 int RunForm(DialogForm& form) {
@@ -94,16 +78,6 @@ std::string WhyUnreadable(const std::string& path) {
     if (!file) return ReasonOf(errno);
     std::fclose(file);
     return {};
-}
-
-std::string ReasonInChinese(const std::string& message, const std::string& path) {
-    std::string reason = message;
-    if (const std::size_t at = message.find(path + ": "); at != std::string::npos)
-        reason = message.substr(at + path.size() + 2);
-    if (reason == "not a regular file") return "不是普通文件";
-    for (const SystemReason& known : kReasons)
-        if (reason == std::strerror(known.error)) return known.chinese;
-    return reason;
 }
 
 // ---- state ------------------------------------------------------------------------------------------------
@@ -194,8 +168,7 @@ bool EditorDocument::OpenModelFile(const std::string& path) {
     try {
         remarks = Remarks(OpenModel(path, m_frame.DataBase(), TvoModelHost()));
     } catch (const DataFailure& failure) {
-        m_frame.Warn("无法打开 " + path + ": 不是模型文件或已损坏 (" + ReasonInChinese(failure.what(), path) +
-                     ")");
+        m_frame.Warn("无法打开 " + path + ": 不是模型文件或已损坏 (" + ReasonInChinese(failure.what(), path) + ")");
         return false;
     }
     m_path = AbsolutePath(path);

@@ -72,5 +72,3 @@ private:
 bool IsDrawingName(const std::string& path);
 /// The reason why a file can't be read, in Chinese; empty when it can.
 std::string WhyUnreadable(const std::string& path);
-/// The reason at the end of a failure's message, in Chinese where it is one of the system's.
-std::string ReasonInChinese(const std::string& message, const std::string& path);

@@ -5,6 +5,7 @@
 
 #include "host/editor/document.h"
 #include "host/editor/edit_frame.h"
+#include "host/editor/reason_text.h"
 #include "host/failure.h"
 #include "host/models/journal_recovery.h"
 #include "host/tvo_model_host.h"

@@ -7,6 +7,7 @@
 #include "host/edit_commands.h"
 #include "host/editor/command_table.h"
 #include "host/editor/document.h"
+#include "host/editor/reason_text.h"
 #include "host/editor/setting_dialogs.h"
 #include "host/editor/plate_paint.h"
 #include "host/editor/session_recorder.h"
@@ -65,7 +66,7 @@ void CEditFrame::Guarded(const std::function<void()>& work) {
     } catch (const std::bad_alloc&) {
         Warn("内存不足, 命令没有完成");
     } catch (const std::exception& failure) {
-        Warn(std::string("命令没有完成: ") + failure.what());
+        Warn("命令没有完成: " + MessageInChinese(failure.what()));
     }
 }
 

@@ -11,6 +11,7 @@
 #include "fields/chang.h"
 #include "fields/field_mesh.h"
 #include "fields/gj_chang.h"
+#include "host/editor/reason_text.h"
 #include "host/editor/spacing_text.h"
 #include "host/failure.h"
 #include "host/field_edit.h"
@@ -257,8 +258,9 @@ void OpenField(CTvoHostDataBase& db, CTvoViewMgr& view) {
         if (read.values > 1) chang->m_nValue = AskValue(std::min(read.values, int{CChang::kValues}));
         if (chang->m_nValue < 0) return;
     } catch (const DataFailure& failure) {
-        system->ShowMessage(std::string("不能打开场: ") + failure.what());
-        Tell(view, std::string("*不能打开场: ") + failure.what() + "*");
+        const std::string text = "不能打开场 " + *path + ": " + ReasonInChinese(failure.what(), *path);
+        system->ShowMessage(text);
+        Tell(view, "*" + text + "*");
         return;
     }
     const FieldTally tally = TallyField(*chang);

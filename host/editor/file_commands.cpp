@@ -7,6 +7,7 @@
 #include "host/editor/edit_frame.h"
 #include "host/editor/editor_command.h"
 #include "host/editor/print_command.h"
+#include "host/editor/reason_text.h"
 #include "model/dxf_export.h"
 #include "model/paths.h"
 #include "platform/dialog.h"

@@ -15,6 +15,7 @@
 #include "host/editor/document.h"
 #include "host/editor/drawing_size.h"
 #include "host/editor/edit_frame.h"
+#include "host/editor/reason_text.h"
 #include "host/editor/spacing_text.h"
 #include "host/editor/tool_table.h"
 #include "host/import_job.h"

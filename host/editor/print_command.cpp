@@ -9,6 +9,7 @@
 
 #include "host/editor/document.h"
 #include "host/editor/edit_frame.h"
+#include "host/editor/reason_text.h"
 #include "host/failure.h"
 #include "host/print/pdf.h"
 #include "host/print/printers.h"

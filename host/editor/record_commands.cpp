@@ -1,6 +1,7 @@
 // The editor's command that writes a session down.
 #include "host/editor/edit_frame.h"
 #include "host/editor/editor_command.h"
+#include "host/editor/reason_text.h"
 #include "host/editor/session_recorder.h"
 #include "platform/window_system.h"
 
@@ -12,7 +13,7 @@ void Record(CEditFrame& frame) {
         const std::string path = running->Path(), failure = running->Failure();
         frame.StopRecording();
         if (failure.empty()) frame.Tell("记录结束: " + path);
-        else frame.Warn("记录没有写全: " + failure);
+        else frame.Warn("记录没有写全: " + MessageInChinese(failure));
         return;
     }
     CWindowSystem* const system = CWindowSystem::Current();
