@@ -13,7 +13,6 @@
 
 #include "host/commands.h"
 #include "host/editor/document.h"
-#include "host/editor/document.h"
 #include "host/editor/edit_frame.h"
 #include "host/failure.h"
 #include "host/glyphs/freetype_glyph_source.h"
@@ -79,21 +78,26 @@ public:
         std::printf("opened after %.0f ms\n", ProcessAge());
         std::fflush(stdout);
     }
-    void Move(long long microseconds) { m_moves.push_back(microseconds); }
+    void Mouse(bool move, long long microseconds) { (move ? m_moves : m_buttons).push_back(microseconds); }
     void Tell() {
-        if (m_moves.empty()) return;
-        std::sort(m_moves.begin(), m_moves.end());
-        const auto at = [&](double share) {
-            return static_cast<double>(
-                       m_moves[static_cast<std::size_t>(share * static_cast<double>(m_moves.size() - 1))]) /
-                   1e3;
-        };
-        std::printf("%zu mouse moves shown within ms: median %.2f, 99 of 100 %.2f, all %.2f\n",
-                    m_moves.size(), at(0.5), at(0.99), at(1));
+        Tell("mouse moves", m_moves);
+        Tell("presses and releases", m_buttons);
     }
 
 private:
-    std::vector<long long> m_moves;
+    static void Tell(const char* what, std::vector<long long>& took) {
+        if (took.empty()) return;
+        std::sort(took.begin(), took.end());
+        const auto at = [&](double share) {
+            return static_cast<double>(
+                       took[static_cast<std::size_t>(share * static_cast<double>(took.size() - 1))]) /
+                   1e3;
+        };
+        std::printf("%zu %s shown within ms: median %.2f, 99 of 100 %.2f, all %.2f\n", took.size(), what,
+                    at(0.5), at(0.99), at(1));
+    }
+
+    std::vector<long long> m_moves, m_buttons;
 };
 
 CRect PlaceOf(const std::string& size) {
@@ -128,7 +132,7 @@ int RunEditor(const EditOptions& options) {
     };
     if (options.measure) {
         window.m_firstPicture = [&] { measure.FirstPicture(); };
-        window.m_moveShown = [&](long long microseconds) { measure.Move(microseconds); };
+        window.m_mouseShown = [&](bool move, long long microseconds) { measure.Mouse(move, microseconds); };
     }
     g_cTvoProfile.m_strRegPath = "TvoBase\\";
     g_cTvoProfile.m_strRegSubKey = "View";

@@ -30,25 +30,20 @@ public:
         if (isWindow()) setWindowTitle(QStringLiteral("tvo"));
     }
 
-    /// Takes over what differs from the picture that shows.
-    void Take(const CSurface& picture) {
+    /// Takes over what differs from the picture that shows; false when nothing does.
+    bool Take(const CSurface& picture) {
         const int width = picture.Width(), height = picture.Height();
         m_density = picture.Density();
         if (m_image.width() != width || m_image.height() != height) {
             m_image = QImage(width, height, QImage::Format_RGB32);
             m_image.fill(palette().color(QPalette::Window));
         }
-        QRect changed;
-        for (int y = 0; y < height; ++y) {
-            const QRect part = TakeRow(picture.Row(y), y, width);
-            if (part.isValid()) changed = changed.united(part);
-        }
-        if (!changed.isValid()) return;
+        QRegion changed;
+        for (int top = 0; top < height; top += kTile) changed += TakeTiles(picture, top);
+        if (changed.isEmpty()) return false;
         m_scaled = QImage();
-        const int last = m_density - 1;
-        update(QRect(QPoint(changed.left() / m_density, changed.top() / m_density),
-                     QPoint((changed.right() + last) / m_density, (changed.bottom() + last) / m_density))
-                   .adjusted(-last, -last, last, last));
+        update(changed);
+        return true;
     }
 
     /// Pixels of the picture for a unit of the window, along each side: as many as the screen has, or, where
@@ -154,14 +149,43 @@ private:
         return kind == WindowKind::kFrame ? Qt::Window : kind == WindowKind::kTool ? Qt::Dialog : Qt::Widget;
     }
 
-    QRect TakeRow(const std::uint32_t* from, int y, int width) {
+    // The lines of a crosshair cross all of the window and change little of it: what comes to the screen is
+    // gathered by squares of this side.
+    static constexpr int kTile = 64;
+
+    /// Takes over a row of squares; those that differed, in units of the window.
+    QRegion TakeTiles(const CSurface& picture, int top) {
+        const int width = picture.Width(), bottom = std::min(top + kTile, picture.Height());
+        QRegion changed;
+        for (int left = 0; left < width; left += kTile) {
+            const int count = std::min(kTile, width - left);
+            bool differs = false;
+            for (int y = top; y < bottom; ++y) {
+                const std::uint32_t* const from = picture.Row(y) + left;
+                auto* const to = reinterpret_cast<std::uint32_t*>(m_image.scanLine(y)) + left;
+                // Of a length that the compiler knows it does many pixels at once.
+                if (count == kTile ? TakePixels(from, to, kTile) : TakePixels(from, to, count)) differs = true;
+            }
+            if (differs) changed += UnitsOf(QRect(left, top, count, bottom - top));
+        }
+        return changed;
+    }
+
+    // All differences are gathered before they are looked at: no way out amid the pixels.
+    static inline bool TakePixels(const std::uint32_t* from, std::uint32_t* to, int count) {
         constexpr std::uint32_t kOpaque = 0xFF000000u;
-        auto* const to = reinterpret_cast<std::uint32_t*>(m_image.scanLine(y));
-        int left = 0, right = width;
-        while (left < right && to[left] == (from[left] | kOpaque)) ++left;
-        while (right > left && to[right - 1] == (from[right - 1] | kOpaque)) --right;
-        for (int x = left; x < right; ++x) to[x] = from[x] | kOpaque;
-        return {left, y, right - left, 1};
+        std::uint32_t differ = 0;
+        for (int x = 0; x < count; ++x) differ |= to[x] ^ (from[x] | kOpaque);
+        if (!differ) return false;
+        for (int x = 0; x < count; ++x) to[x] = from[x] | kOpaque;
+        return true;
+    }
+
+    QRect UnitsOf(const QRect& pixels) const {
+        const int last = m_density - 1;
+        return QRect(QPoint(pixels.left() / m_density, pixels.top() / m_density),
+                     QPoint((pixels.right() + last) / m_density, (pixels.bottom() + last) / m_density))
+            .adjusted(-last, -last, last, last);
     }
 
     // On another screen, or when the desktop changes it. Not while it is being painted.
@@ -217,7 +241,7 @@ public:
 
     void Present(const CSurface& picture) override {
         if (!m_widget) return;
-        Canvas().Take(picture);
+        if (Canvas().Take(picture)) m_system.Input().Drawn();
         ShowAtFirst();
     }
 

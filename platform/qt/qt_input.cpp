@@ -112,8 +112,7 @@ void QtInput::Mouse(QtPeer& peer, const QMouseEvent& event) {
             if (!QtPeer::Of(widget)) return;
         }
         m_down = message == button.release ? m_down & ~button.bit : m_down | button.bit;
-        m_system.DeliverMouse(peer.Window(), message, ModifierBits(event.modifiers()),
-                              PixelOf(event.position()));
+        Deliver(peer, message, ModifierBits(event.modifiers()), place, std::chrono::steady_clock::now());
     }
     if (QtPeer* const stands = QtPeer::Of(widget)) stands->AskForCursor();
 }
@@ -162,19 +161,36 @@ void QtInput::Flush() {
     m_waiting.reset();
     QtPeer* const peer = QtPeer::Of(move.widget);
     if (!peer) return;
-    if (!m_unpainted) m_unpainted = move.since;
     m_lastWindow = &peer->Window();
     m_lastPlace = move.at;
-    m_system.DeliverMouse(peer->Window(), WM_MOUSEMOVE, move.keys, move.at);
+    Deliver(*peer, WM_MOUSEMOVE, move.keys, move.at, move.since);
     if (QtPeer* const stands = QtPeer::Of(move.widget)) stands->AskForCursor();
+}
+
+// ---- how long it takes ------------------------------------------------------------------------------------
+
+// An event that changes nothing, as a move on the way to a point that is snapped to, has nothing to be shown. A
+// press or release that comes before the picture of a move counts for itself.
+void QtInput::Deliver(QtPeer& peer, UINT message, UINT keys, CPoint at,
+                      std::chrono::steady_clock::time_point since) {
+    const auto before = m_unpainted;
+    const bool move = message == WM_MOUSEMOVE;
+    if (!before || !move) m_unpainted = {move, since};
+    m_drawn = false;
+    m_system.DeliverMouse(peer.Window(), message, keys, at);
+    if (!m_drawn && m_unpainted) m_unpainted = before;
 }
 
 void QtInput::Painted() {
     if (!m_unpainted) return;
-    const auto took = std::chrono::steady_clock::now() - *std::exchange(m_unpainted, std::nullopt);
-    if (m_system.Options().m_moveShown)
-        m_system.Options().m_moveShown(std::chrono::duration_cast<std::chrono::microseconds>(took).count());
+    const Unpainted shown = *std::exchange(m_unpainted, std::nullopt);
+    const auto took = std::chrono::steady_clock::now() - shown.since;
+    if (m_system.Options().m_mouseShown)
+        m_system.Options().m_mouseShown(
+            shown.move, std::chrono::duration_cast<std::chrono::microseconds>(took).count());
 }
+
+// ---- the wheel --------------------------------------------------------------------------------------------
 
 // Wheels of high resolution turn by parts of a step: these add up. Each whole step is an event of its own,
 // since each zooms once.

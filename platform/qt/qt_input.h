@@ -35,11 +35,12 @@ public:
     void Flush();  // hands over the move that waits
     /// The pointer was taken there by the program; the window system's own report of that is dropped.
     void Warped(QPoint global) { m_warped = global; }
-    void Painted();  // what the last move drew is on the screen
+    void Drawn() { m_drawn = true; }  // a picture has changed, and is on its way to the screen
+    void Painted();                   // what the last event drew is on the screen
 
 private:
+    void Deliver(QtPeer& peer, UINT message, UINT keys, CPoint at, std::chrono::steady_clock::time_point since);
     void Move(QtPeer& peer, const QMouseEvent& event);
-    void Press(QtPeer& peer, UINT message, UINT keys, CPoint at);
     void ReleaseLost(QtPeer& peer, const QMouseEvent& event);
 
     struct Waiting {
@@ -57,6 +58,12 @@ private:
     UINT m_down = 0;   // buttons that the window system takes for pressed, MK_ bits
     int m_turned = 0;  // of the wheel, less than a step
     QPointer<QWidget> m_wheelOver;
-    std::optional<std::chrono::steady_clock::time_point>
-        m_unpainted;  // when the move came whose picture is under way
+
+    /// When an event came whose picture is under way.
+    struct Unpainted {
+        bool move;  // else a press or a release
+        std::chrono::steady_clock::time_point since;
+    };
+    std::optional<Unpainted> m_unpainted;
+    bool m_drawn = false;  // since the last event was handed over
 };

@@ -17,8 +17,8 @@ struct TvoQtOptions {
     bool m_scripted = false;
     /// Told once, when the first picture of a window stands on the screen.
     std::function<void()> m_firstPicture;
-    /// Told after each mouse move that has been shown: how long that took, in microseconds.
-    std::function<void(long long)> m_moveShown;
+    /// Told after each mouse move, press or release that has been shown: how long that took, in microseconds.
+    std::function<void(bool move, long long microseconds)> m_mouseShown;
 };
 
 /// Makes the window system the current one. The count and the arguments must live as long as it does; what Qt
