@@ -6,6 +6,12 @@
 #include "platform/canvas/dc.h"
 #include "platform/canvas/system_metrics.h"
 
+namespace {
+
+constexpr int kGrip = 4;  // pixels that take a bar, at least
+
+}  // namespace
+
 CSplitterWndEx::~CSplitterWndEx() { DestroyWindow(); }
 
 BOOL CSplitterWndEx::CreateStatic(CWnd* parent, int rows, int) {
@@ -52,7 +58,7 @@ int CSplitterWndEx::HitTest(CPoint p) const {
     if (m_nMode == 0) return 0;
     for (std::size_t i = 0; i + 1 < m_panes.size(); ++i) {
         const int from = m_panes[i].m_from + m_panes[i].m_size;
-        if (m_panes[i].m_size > 0 && m_panes[i + 1].m_size > 0 && Along(p) >= from && Along(p) < from + m_nBar)
+        if (m_panes[i].m_size > 0 && m_panes[i + 1].m_size > 0 && Along(p) >= from && Along(p) < from + std::max(m_nBar, kGrip))
             return static_cast<int>(i) + 1;
     }
     return 0;

@@ -22,8 +22,10 @@ public:
     /// 0: the bars stand still.
     void SetMode(int mode) { m_nMode = mode; }
     int GetMode() const { return m_nMode; }
-    /// The bar under a point: 1 for the first; 0 when there is none, or it can't be dragged.
+    /// The bar under a point: 1 for the first; 0 when there is none, or it can't be dragged. A thin bar is taken by the
+    /// edge of the pane behind it, too: a pixel alone is hard to meet.
     int HitTest(CPoint p) const;
+    bool Grips(const CPoint& p) const override { return HitTest(p) != 0; }
     void OnDraw(CDC* dc) override;
 
     /// Called while a bar is dragged, after the layout: the index of the pane in front of it and that pane's new size.

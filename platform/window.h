@@ -80,6 +80,8 @@ public:
     void ShowLater() { m_unshown = true; }  // something was drawn on the picture
 
     // --- input
+    /// Whether the mouse is this window's at a point of its client area, though a window that lies in it covers that.
+    virtual bool Grips(const CPoint&) const { return false; }
     void SetFocus();
     void SetCapture();  // mouse events go to this window till the capture is released or no button is down
     /// Takes the pointer to a pixel of the client area, or outside of it. The move comes back as a message,

@@ -164,15 +164,24 @@ void CWindowSystem::Deliver(CWnd& window, UINT message, WPARAM w, LPARAM l) {
     Drain();
 }
 
+CWnd& CWindowSystem::MouseTarget(CWnd& window, CPoint& client) const {
+    const auto in = [&](CWnd& other) {
+        CPoint p = client;
+        window.ClientToScreen(p);
+        other.ScreenToClient(p);
+        return p;
+    };
+    CWnd* target = &window;
+    if (m_capture) target = m_capture;
+    else if (CWnd* const parent = window.GetParent(); parent && parent->Grips(in(*parent))) target = parent;
+    if (target != &window) client = in(*target);
+    return *target;
+}
+
 void CWindowSystem::DeliverMouse(CWnd& window, UINT message, UINT keys, CPoint client) {
     if (m_watcher) m_watcher->OnMouse(window, message, keys, client);
     if (!CatchUp(window)) return;  // it may take or release the capture
-    CWnd* target = &window;
-    if (m_capture && m_capture != target) {
-        target->ClientToScreen(client);
-        m_capture->ScreenToClient(client);
-        target = m_capture;
-    }
+    CWnd* const target = &MouseTarget(window, client);
     if (const UINT button = ButtonOf(message))
         m_buttons = IsPress(message) ? m_buttons | button : m_buttons & ~button;
     m_shift = keys & MK_SHIFT;

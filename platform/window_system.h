@@ -95,6 +95,9 @@ public:
     /// Handles one event of a window, then drains. Mouse events go to the window that has the capture.
     void Deliver(CWnd& window, UINT message, WPARAM w, LPARAM l);
     void DeliverMouse(CWnd& window, UINT message, UINT keys, CPoint client);
+    /// The window that takes a mouse event at a point of this one's client area: the one that has the capture, or a
+    /// parent that grips there. The point becomes one of its own.
+    CWnd& MouseTarget(CWnd& window, CPoint& client) const;
     void DeliverWheel(CWnd& window, UINT keys, int delta, CPoint screen);
     /// The key goes to the window; `text` is what it types there (empty: nothing).
     void DeliverKey(CWnd& window, UINT key, bool shift, bool control, const std::string& text);

@@ -389,7 +389,11 @@ TEST_F(Shell, BarsAreDragged) {
     EXPECT_EQ(View().GetClientRect(), CRect(0, 0, 700, 500));
     m_frame->MoveWindow({0, 0, 1010, 865});
     EXPECT_EQ(View().GetClientRect(), CRect(0, 0, 800, 600)) << "menu and prompt keep what they were given";
-    drag(inner, {800, 100}, {-300, 100});
+    drag(Menu(), {3, 100}, {-97, 100});
+    EXPECT_EQ(View().GetClientRect().Width(), 800) << "the menu is not the bar";
+    drag(Menu(), {2, 100}, {-98, 100});
+    EXPECT_EQ(View().GetClientRect().Width(), 700) << "but for its edge, since the bar is a pixel alone";
+    drag(inner, {700, 100}, {-300, 100});
     EXPECT_EQ(View().GetClientRect().Width(), 10);
     drag(outer, {400, 300}, {400, 100});
     EXPECT_EQ(View().GetClientRect().Height(), 600) << "taken beside the bar";

@@ -1,12 +1,15 @@
 // The widgets that show pictures of the library's: views, panes, bars, and the windows that hold them.
+#include <QApplication>
 #include <QCloseEvent>
 #include <QDragEnterEvent>
 #include <QDropEvent>
+#include <QEnterEvent>
 #include <QImage>
 #include <QInputMethodEvent>
 #include <QMimeData>
 #include <QPaintEvent>
 #include <QPainter>
+#include <QRegion>
 #include <QUrl>
 #include <algorithm>
 #include <utility>
@@ -102,28 +105,9 @@ protected:
                 peer->System().Input().Key(*peer, key, TypedText(key));
                 return true;
             }
-            case QEvent::Enter:
-                peer->AskForCursor();
-                break;
-            case QEvent::Leave:
-                peer->System().Deliver(peer->Window(), WM_MOUSELEAVE, 0, 0);
-                break;
-            case QEvent::FocusIn:
-                peer->System().SetFocus(peer->Window());
-                break;
-            case QEvent::ActivationChange:
-                if (isWindow()) peer->System().Deliver(peer->Window(), WM_ACTIVATE, isActiveWindow(), 0);
-                break;
-            case QEvent::Resize:
-                if (isWindow()) peer->UserResized();
-                break;
-            case QEvent::Move:
-                if (isWindow()) peer->UserMoved();
-                break;
             case QEvent::Close:
                 event->ignore();  // the window itself decides
-                peer->System().Input().Flush();
-                peer->System().DeliverClose(peer->Window());
+                Close(*peer);
                 return true;
             case QEvent::DragEnter:
             case QEvent::DragMove:
@@ -138,15 +122,53 @@ protected:
                 system.Shown();
                 return done;
             }
-            default:
-                break;
+            default: {
+                const QPointer<QtCanvas> stands = this;
+                Tell(*peer, *event);
+                return stands ? QWidget::event(event) : true;
+            }
         }
-        return QWidget::event(event);
     }
 
 private:
     static Qt::WindowFlags FlagsOf(WindowKind kind) {
         return kind == WindowKind::kFrame ? Qt::Window : kind == WindowKind::kTool ? Qt::Dialog : Qt::Widget;
+    }
+
+    /// What the window learns of and the toolkit handles. The window may go by it.
+    void Tell(QtPeer& peer, const QEvent& event) {
+        CQtWindowSystem& system = peer.System();
+        switch (event.type()) {
+            case QEvent::Enter: {
+                const QPointF at = static_cast<const QEnterEvent&>(event).position();
+                peer.AskForCursor(PixelOf(at));
+                break;
+            }
+            case QEvent::Leave:
+                system.Deliver(peer.Window(), WM_MOUSELEAVE, 0, 0);
+                break;
+            case QEvent::FocusIn:
+                system.SetFocus(peer.Window());
+                break;
+            case QEvent::ActivationChange:
+                if (isWindow()) system.Deliver(peer.Window(), WM_ACTIVATE, isActiveWindow(), 0);
+                break;
+            case QEvent::Resize:
+                if (isWindow()) peer.UserResized();
+                break;
+            case QEvent::Move:
+                if (isWindow()) peer.UserMoved();
+                break;
+            default:
+                break;
+        }
+    }
+
+    void Close(QtPeer& peer) {
+        const QPointer<QtCanvas> stands = this;
+        peer.System().Input().Flush();
+        if (!stands) return;
+        if (QtPeer* const left = QtPeer::Of(this)) left->System().DeliverClose(left->Window());
     }
 
     // The lines of a crosshair cross all of the window and change little of it: what comes to the screen is
@@ -164,7 +186,8 @@ private:
                 const std::uint32_t* const from = picture.Row(y) + left;
                 auto* const to = reinterpret_cast<std::uint32_t*>(m_image.scanLine(y)) + left;
                 // Of a length that the compiler knows it does many pixels at once.
-                if (count == kTile ? TakePixels(from, to, kTile) : TakePixels(from, to, count)) differs = true;
+                if (count == kTile ? TakePixels(from, to, kTile) : TakePixels(from, to, count))
+                    differs = true;
             }
             if (differs) changed += UnitsOf(QRect(left, top, count, bottom - top));
         }
@@ -207,23 +230,30 @@ private:
         return files;
     }
 
-    static void Weigh(QDragMoveEvent& event) {
-        if (FilesOf(*event.mimeData()).empty()) event.ignore();
+    /// A dialog asks about what stands: no other file comes in between.
+    bool IsBlocked() const {
+        const QWidget* const modal = QApplication::activeModalWidget();
+        return modal && modal != this && !modal->isAncestorOf(this);
+    }
+
+    void Weigh(QDragMoveEvent& event) const {
+        if (IsBlocked() || FilesOf(*event.mimeData()).empty()) event.ignore();
         else event.acceptProposedAction();
     }
 
     void Drop(QtPeer& peer, QDropEvent& event) {
         const auto files = FilesOf(*event.mimeData());
-        if (files.empty()) return;
+        if (files.empty() || IsBlocked()) return event.ignore();
         event.acceptProposedAction();
-        CQtWindowSystem& system = peer.System();
-        system.Input().Flush();
+        const QPointer<QtCanvas> stands = this;
+        peer.System().Input().Flush();
+        if (!stands) return;
         // The other program waits for the drop's end: a dialog that asks about the file must not hold it.
         QMetaObject::invokeMethod(
             this,
             [this, files] {
-                if (QtPeer* const stands = QtPeer::Of(this))
-                    stands->System().DeliverDrop(stands->Window(), files);
+                QtPeer* const left = QtPeer::Of(this);
+                if (left && !IsBlocked()) left->System().DeliverDrop(left->Window(), files);
             },
             Qt::QueuedConnection);
     }

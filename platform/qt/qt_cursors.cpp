@@ -1,9 +1,11 @@
 #include "platform/qt/qt_cursors.h"
 
+#include <QLineF>
 #include <QPainter>
 #include <QPainterPath>
 #include <QPixmap>
 #include <cmath>
+#include <initializer_list>
 #include <map>
 #include <utility>
 
@@ -22,9 +24,11 @@ struct Picture {
     QPointF hot{15.5, 15.5};
 };
 
-void Line(QPainterPath& path, qreal x1, qreal y1, qreal x2, qreal y2) {
-    path.moveTo(x1, y1);
-    path.lineTo(x2, y2);
+void Lines(QPainterPath& path, std::initializer_list<QLineF> lines) {
+    for (const QLineF& line : lines) {
+        path.moveTo(line.p1());
+        path.lineTo(line.p2());
+    }
 }
 
 void Head(QPainterPath& path, QPointF tip, qreal degrees) {
@@ -43,10 +47,10 @@ void Head(QPainterPath& path, QPointF tip, qreal degrees) {
 Picture Locate() {
     Picture p;
     p.lines.addEllipse(QPointF(15.5, 15.5), 6, 6);
-    Line(p.lines, 15.5, 4.5, 15.5, 12.5);
-    Line(p.lines, 15.5, 18.5, 15.5, 26.5);
-    Line(p.lines, 4.5, 15.5, 12.5, 15.5);
-    Line(p.lines, 18.5, 15.5, 26.5, 15.5);
+    Lines(p.lines, {{15.5, 4.5, 15.5, 12.5},
+                    {15.5, 18.5, 15.5, 26.5},
+                    {4.5, 15.5, 12.5, 15.5},
+                    {18.5, 15.5, 26.5, 15.5}});
     return p;
 }
 
@@ -55,10 +59,8 @@ Picture Zoom() {
     Picture p;
     p.hot = {12.5, 12.5};
     p.lines.addEllipse(p.hot, 7, 7);
-    Line(p.lines, 18, 18, 25.5, 25.5);
-    Line(p.lines, 19, 18, 26, 25);
-    Line(p.lines, 12.5, 9.5, 12.5, 15.5);
-    Line(p.lines, 9.5, 12.5, 15.5, 12.5);
+    Lines(p.lines,
+          {{18, 18, 25.5, 25.5}, {19, 18, 26, 25}, {12.5, 9.5, 12.5, 15.5}, {9.5, 12.5, 15.5, 12.5}});
     return p;
 }
 
@@ -66,8 +68,7 @@ Picture Zoom() {
 Picture Window() {
     Picture p;
     p.hot = {10.5, 10.5};
-    Line(p.lines, 10.5, 3.5, 10.5, 17.5);
-    Line(p.lines, 3.5, 10.5, 17.5, 10.5);
+    Lines(p.lines, {{10.5, 3.5, 10.5, 17.5}, {3.5, 10.5, 17.5, 10.5}});
     p.lines.addRect(QRectF(15.5, 16.5, 12, 9));
     return p;
 }
@@ -88,8 +89,7 @@ Picture Rotate() {
 // Arrows to the four sides.
 Picture Pan() {
     Picture p;
-    Line(p.lines, 15.5, 7, 15.5, 24);
-    Line(p.lines, 7, 15.5, 24, 15.5);
+    Lines(p.lines, {{15.5, 7, 15.5, 24}, {7, 15.5, 24, 15.5}});
     Head(p.solid, {15.5, 3.5}, 270);
     Head(p.solid, {15.5, 27.5}, 90);
     Head(p.solid, {3.5, 15.5}, 180);

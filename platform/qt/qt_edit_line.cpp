@@ -1,9 +1,12 @@
 // The line of text: a line edit of the toolkit, with its caret, its clipboard and the input methods of the
 // desktop.
+#include <QGuiApplication>
+#include <QInputMethod>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QWheelEvent>
+#include <utility>
 
 #include "platform/qt/qt_peer.h"
 
@@ -31,6 +34,12 @@ public:
         setTextMargins(0, 0, 0, 0);
         setAcceptDrops(false);  // files go to the window below
         QObject::connect(this, &QLineEdit::textEdited, [this] { MakeOneLine(); });
+    }
+
+    /// Another text; what is being composed goes.
+    void Replace(const QString& text) {
+        if (std::exchange(m_composing, false)) QGuiApplication::inputMethod()->reset();
+        setText(text);
     }
 
     /// One character at the caret, in the place of what is selected; 8 takes one away.
@@ -110,7 +119,7 @@ public:
 
     std::string Text() const override { return m_widget ? FromQt(Line().text()) : std::string(); }
     void SetText(const std::string& text) override {
-        if (m_widget && Text() != text) Line().setText(ToQt(text));
+        if (m_widget && Text() != text) Line().Replace(ToQt(text));
     }
     void TypeCharacter(UINT code) override {
         if (m_widget) Line().Type(code);

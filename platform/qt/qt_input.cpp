@@ -8,10 +8,6 @@
 
 namespace {
 
-CPoint PixelOf(QPointF at) {
-    return {static_cast<int>(std::floor(at.x())), static_cast<int>(std::floor(at.y()))};
-}
-
 struct ButtonMessages {
     Qt::MouseButton button;
     UINT bit, press, twice, release;
@@ -23,6 +19,10 @@ constexpr ButtonMessages kButtons[] = {
 };
 
 }  // namespace
+
+CPoint PixelOf(QPointF at) {
+    return {static_cast<int>(std::floor(at.x())), static_cast<int>(std::floor(at.y()))};
+}
 
 // ---- keys -------------------------------------------------------------------------------------------------
 
@@ -105,7 +105,8 @@ void QtInput::Mouse(QtPeer& peer, const QMouseEvent& event) {
                                                                            : button.press;
         // A pointer that came here while a dialog had it, or by no move of its own, is here for the view too.
         const CPoint place = PixelOf(event.position());
-        if (message != button.release && !warped && (m_lastWindow != &peer.Window() || place != m_lastPlace)) {
+        if (message != button.release && !warped &&
+            (m_lastWindow != &peer.Window() || place != m_lastPlace)) {
             m_lastWindow = &peer.Window();
             m_lastPlace = place;
             m_system.DeliverMouse(peer.Window(), WM_MOUSEMOVE, ModifierBits(event.modifiers()), place);
@@ -114,7 +115,7 @@ void QtInput::Mouse(QtPeer& peer, const QMouseEvent& event) {
         m_down = message == button.release ? m_down & ~button.bit : m_down | button.bit;
         Deliver(peer, message, ModifierBits(event.modifiers()), place, std::chrono::steady_clock::now());
     }
-    if (QtPeer* const stands = QtPeer::Of(widget)) stands->AskForCursor();
+    if (QtPeer* const stands = QtPeer::Of(widget)) stands->AskForCursor(PixelOf(event.position()));
 }
 
 // A dialog that opens at a press gets the release: it would be down for ever.
@@ -139,20 +140,30 @@ void QtInput::Move(QtPeer& peer, const QMouseEvent& event) {
         }
     }
     const auto now = std::chrono::steady_clock::now();
-    if (m_waiting && m_waiting->widget != peer.Widget()) Flush();
     const QPointer<QWidget> widget = peer.Widget();
+    if (m_waiting && m_waiting->widget != widget) Flush();
+    if (!QtPeer::Of(widget)) return;
     ReleaseLost(peer, event);
     if (!QtPeer::Of(widget)) return;
     m_waiting = {widget, ModifierBits(event.modifiers()), PixelOf(event.position()),
                  m_waiting ? m_waiting->since : now};
+    FlushLater();
+}
+
+void QtInput::FlushLater() {
     if (std::exchange(m_flushQueued, true)) return;
     QMetaObject::invokeMethod(
-        qApp,
+        &m_queue,
         [this] {
             m_flushQueued = false;
-            Flush();
+            if (!m_held) Flush();
         },
         Qt::QueuedConnection);
+}
+
+void QtInput::Hold(bool hold) {
+    m_held = hold;
+    if (!hold && m_waiting) FlushLater();
 }
 
 void QtInput::Flush() {
@@ -164,13 +175,13 @@ void QtInput::Flush() {
     m_lastWindow = &peer->Window();
     m_lastPlace = move.at;
     Deliver(*peer, WM_MOUSEMOVE, move.keys, move.at, move.since);
-    if (QtPeer* const stands = QtPeer::Of(move.widget)) stands->AskForCursor();
+    if (QtPeer* const stands = QtPeer::Of(move.widget)) stands->AskForCursor(move.at);
 }
 
 // ---- how long it takes ------------------------------------------------------------------------------------
 
-// An event that changes nothing, as a move on the way to a point that is snapped to, has nothing to be shown. A
-// press or release that comes before the picture of a move counts for itself.
+// An event that changes nothing, as a move on the way to a point that is snapped to, has nothing to be shown.
+// A press or release that comes before the picture of a move counts for itself.
 void QtInput::Deliver(QtPeer& peer, UINT message, UINT keys, CPoint at,
                       std::chrono::steady_clock::time_point since) {
     const auto before = m_unpainted;
@@ -186,8 +197,8 @@ void QtInput::Painted() {
     const Unpainted shown = *std::exchange(m_unpainted, std::nullopt);
     const auto took = std::chrono::steady_clock::now() - shown.since;
     if (m_system.Options().m_mouseShown)
-        m_system.Options().m_mouseShown(
-            shown.move, std::chrono::duration_cast<std::chrono::microseconds>(took).count());
+        m_system.Options().m_mouseShown(shown.move,
+                                        std::chrono::duration_cast<std::chrono::microseconds>(took).count());
 }
 
 // ---- the wheel --------------------------------------------------------------------------------------------

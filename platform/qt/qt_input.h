@@ -1,6 +1,7 @@
 // Qt's input events as those of the window system.
 #pragma once
 #include <QKeyEvent>
+#include <QObject>
 #include <QPoint>
 #include <QPointer>
 #include <QWidget>
@@ -20,6 +21,7 @@ class QtPeer;
 /// The virtual key of a Qt key; 0 for one that has none.
 UINT VirtualKey(int qtKey);
 UINT ModifierBits(Qt::KeyboardModifiers modifiers);  // MK_SHIFT, MK_CONTROL
+CPoint PixelOf(QPointF at);                          // the pixel that a place lies in
 /// What a key types, in UTF-8: printable characters, "\b" for backspace; empty for all else.
 std::string TypedText(const QKeyEvent& event);
 
@@ -32,15 +34,18 @@ public:
     void Mouse(QtPeer& peer, const QMouseEvent& event);
     void Wheel(QtPeer& peer, const QWheelEvent& event);
     void Key(QtPeer& peer, const QKeyEvent& event, const std::string& text);
-    void Flush();  // hands over the move that waits
+    void Flush();          // hands over the move that waits
+    void Hold(bool hold);  // till it is let go again no move is handed over but by Flush
     /// The pointer was taken there by the program; the window system's own report of that is dropped.
     void Warped(QPoint global) { m_warped = global; }
     void Drawn() { m_drawn = true; }  // a picture has changed, and is on its way to the screen
     void Painted();                   // what the last event drew is on the screen
 
 private:
-    void Deliver(QtPeer& peer, UINT message, UINT keys, CPoint at, std::chrono::steady_clock::time_point since);
+    void Deliver(QtPeer& peer, UINT message, UINT keys, CPoint at,
+                 std::chrono::steady_clock::time_point since);
     void Move(QtPeer& peer, const QMouseEvent& event);
+    void FlushLater();
     void ReleaseLost(QtPeer& peer, const QMouseEvent& event);
 
     struct Waiting {
@@ -51,7 +56,9 @@ private:
     };
     CQtWindowSystem& m_system;
     std::optional<Waiting> m_waiting;
+    QObject m_queue;  // what is queued for it ends with this
     bool m_flushQueued = false;
+    bool m_held = false;
     std::optional<QPoint> m_warped;
     const CWnd* m_lastWindow = nullptr;  // where the pointer was last told to be; only compared
     CPoint m_lastPlace;

@@ -1,5 +1,6 @@
 #include "platform/qt/qt_peer.h"
 
+#include <QDialog>
 #include <QGuiApplication>
 #include <QScreen>
 #include <QTextDocument>
@@ -24,8 +25,16 @@ QtPeer::QtPeer(CQtWindowSystem& system, CWnd& window, CWnd* parent, WindowKind k
     if (kind == WindowKind::kFrame) system.FrameCame();
 }
 
+// A dialog that is asking above the window ends unanswered: it stands on the stack of whoever runs it, and
+// must not go with the widget.
 QtPeer::~QtPeer() {
+    for (const auto& [id, timer] : m_timers)
+        if (timer) timer->stop();
     if (m_widget) {
+        for (QDialog* const dialog : m_widget->findChildren<QDialog*>()) {
+            dialog->reject();
+            dialog->setParent(nullptr);
+        }
         m_widget->setProperty(kPeerProperty, QVariant());
         m_widget->hide();
         m_widget->deleteLater();
@@ -70,12 +79,26 @@ void QtPeer::Move(const CRect& place) {
     const CSize before = Client();
     m_place = place;
     m_place.NormalizeRect();
+    if (m_kind == WindowKind::kFrame && m_waitsForPicture) m_place = OnScreen(m_place);
     const CSize now = Client();
     if (m_widget) {
         const QPoint at = QPoint(m_place.left, m_place.top) + (IsTopLevel() ? ParentOrigin() : QPoint());
         m_widget->setGeometry(at.x(), at.y(), now.cx, now.cy);
     }
     if (now.cx != before.cx || now.cy != before.cy) m_window.Resized();
+}
+
+// The window's title and border come on top, as large as they usually are.
+CRect QtPeer::OnScreen(CRect place) const {
+    constexpr int kBorder = 4, kTitle = 32;
+    const QScreen* const screen = QGuiApplication::primaryScreen();
+    if (!screen || m_system.Options().m_scripted) return place;
+    const QRect free = screen->availableGeometry().adjusted(kBorder, kTitle, -kBorder, -kBorder);
+    const int width = std::min(place.Width(), std::max(free.width(), 1));
+    const int height = std::min(place.Height(), std::max(free.height(), 1));
+    const int left = std::clamp(place.left, free.left(), free.left() + std::max(free.width() - width, 0));
+    const int top = std::clamp(place.top, free.top(), free.top() + std::max(free.height() - height, 0));
+    return {left, top, left + width, top + height};
 }
 
 void QtPeer::UserResized() {
@@ -117,7 +140,9 @@ void QtPeer::Cursor(HCURSOR cursor) {
     else m_widget->unsetCursor();
 }
 
-void QtPeer::AskForCursor() { Cursor(m_window.SendMessage(WM_SETCURSOR) ? GetCursor() : 0); }
+void QtPeer::AskForCursor(CPoint client) {
+    Cursor(m_system.MouseTarget(m_window, client).SendMessage(WM_SETCURSOR) ? GetCursor() : 0);
+}
 
 // Where there is no screen the pointer would stop at its edge, and report that it is there.
 void QtPeer::WarpPointer(CPoint client) {
@@ -150,15 +175,18 @@ void QtPeer::SetText(const std::string& text) {
 
 void QtPeer::StartTimer(unsigned id, int milliseconds) {
     auto& timer = m_timers[id];
+    if (!m_widget) return;
     if (!timer) {
-        timer = std::make_unique<QTimer>();
-        QObject::connect(timer.get(), &QTimer::timeout,
-                         [this, id] { m_system.Deliver(m_window, WM_TIMER, id, 0); });
+        timer = new QTimer(m_widget);
+        QObject::connect(timer, &QTimer::timeout, m_widget, [widget = m_widget.data(), id] {
+            if (QtPeer* const peer = QtPeer::Of(widget))
+                peer->System().Deliver(peer->Window(), WM_TIMER, id, 0);
+        });
     }
     timer->start(std::max(milliseconds, 1));
 }
 
 void QtPeer::StopTimer(unsigned id) {
     const auto found = m_timers.find(id);
-    if (found != m_timers.end()) found->second->stop();  // not deleted: it may be firing
+    if (found != m_timers.end() && found->second) found->second->stop();  // not deleted: it may be firing
 }

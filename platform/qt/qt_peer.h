@@ -17,7 +17,7 @@ inline QString ToQt(const std::string& text) {
 inline std::string FromQt(const QString& text) { return text.toStdString(); }
 
 /// Owns the widget of a window. The widget goes later than the peer does: the peer may go in the midst of an
-/// event of it.
+/// event of it, or while a dialog runs in one, so that even the widget may have gone when the event is done.
 class QtPeer : public CWindowPeer {
 public:
     QtPeer(CQtWindowSystem& system, CWnd& window, CWnd* parent, WindowKind kind, QWidget* widget);
@@ -35,9 +35,9 @@ public:
 
     void StartTimer(unsigned id, int milliseconds);
     void StopTimer(unsigned id);
-    void AskForCursor();  // has the window say which one shows now
-    void ShowAtFirst();   // a window of its own comes to the screen with its first picture
-    void UserResized();   // a window of its own has another size
+    void AskForCursor(CPoint client);  // has the window that takes the mouse there say which one shows now
+    void ShowAtFirst();                // a window of its own comes to the screen with its first picture
+    void UserResized();                // a window of its own has another size
     void UserMoved();
     virtual void Recolour() { m_window.Invalidate(); }  // the palette is another now
 
@@ -56,7 +56,9 @@ protected:
 private:
     QPoint ParentOrigin() const;
 
-    std::map<unsigned, std::unique_ptr<QTimer>> m_timers;
+    CRect OnScreen(CRect place) const;  // of a first window, where it can be seen whole
+
+    std::map<unsigned, QPointer<QTimer>> m_timers;  // the widget's: one may be firing when this goes
     HCURSOR m_cursor = 0;
     bool m_waitsForPicture = false;
 };

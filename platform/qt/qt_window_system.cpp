@@ -24,6 +24,15 @@ namespace {
 
 QtPeer& PeerOf(CWnd& window) { return *static_cast<QtPeer*>(window.Peer()); }
 
+/// Those that stand; one that goes by a visit is passed over.
+template <class F>
+void ForEachPeer(F visit) {
+    std::vector<QPointer<QWidget>> widgets;
+    for (QWidget* const widget : QApplication::allWidgets()) widgets.emplace_back(widget);
+    for (const auto& widget : widgets)
+        if (QtPeer* const peer = QtPeer::Of(widget)) visit(*peer);
+}
+
 /// Ends the loop when the program is told to go. While it stands the signals only write to a pipe.
 class SignalDoor {
 public:
@@ -112,15 +121,12 @@ CQtWindowSystem::CQtWindowSystem(int* argc, char** argv, const TvoQtOptions& opt
 // The windows go while the system is whole: their peers tell it.
 CQtWindowSystem::~CQtWindowSystem() {
     ShowBusy(false);
-    std::vector<QPointer<QWidget>> widgets;
-    for (QWidget* const widget : QApplication::allWidgets()) widgets.emplace_back(widget);
-    for (const auto& widget : widgets)
-        if (QtPeer* const peer = QtPeer::Of(widget)) peer->Window().DestroyWindow();
+    ForEachPeer([](QtPeer& peer) { peer.Window().DestroyWindow(); });
 }
 
 std::unique_ptr<CWindowPeer> CQtWindowSystem::MakePeer(CWnd& window, WindowKind kind, CWnd* parent) {
     QWidget* const in = parent                      ? PeerOf(*parent).Widget()
-                        : kind == WindowKind::kTool ? TopWindow()
+                        : kind == WindowKind::kTool ? Frame()
                                                     : m_embed.data();
     switch (kind) {
         case WindowKind::kEditLine:
@@ -137,6 +143,15 @@ QWidget* CQtWindowSystem::TopWindow() const {
     if (QWidget* const active = QApplication::activeWindow()) return active;
     for (QWidget* const widget : QApplication::topLevelWidgets())
         if (QtPeer::Of(widget) && widget->isVisible()) return widget;
+    return nullptr;
+}
+
+// Not a dialog, which goes while the tool stays.
+QWidget* CQtWindowSystem::Frame() const {
+    for (QWidget* const widget : QApplication::topLevelWidgets()) {
+        QtPeer* const peer = QtPeer::Of(widget);
+        if (peer && peer->Window().Kind() == WindowKind::kFrame) return widget;
+    }
     return nullptr;
 }
 
@@ -157,7 +172,11 @@ void CQtWindowSystem::Wake() {
         Qt::QueuedConnection);
 }
 
-void CQtWindowSystem::ShowNow() { QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents); }
+void CQtWindowSystem::ShowNow() {
+    m_input.Hold(true);
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    m_input.Hold(false);
+}
 
 int CQtWindowSystem::RunLoop() {
     if (m_frames == 0) return 0;
@@ -197,15 +216,14 @@ void CQtWindowSystem::ShowBusy(bool busy) {
     else QGuiApplication::restoreOverrideCursor();
 }
 
-bool CQtWindowSystem::Hook::eventFilter(QObject*, QEvent* event) {
-    if (event->type() == QEvent::ApplicationPaletteChange) m_system.PaletteChanged();
+bool CQtWindowSystem::Hook::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == qApp && event->type() == QEvent::ApplicationPaletteChange) m_system.PaletteChanged();
     return false;
 }
 
 void CQtWindowSystem::PaletteChanged() {
     UsePalette(QGuiApplication::palette().color(QPalette::Window).lightness() < 128);
-    for (QWidget* const widget : QApplication::allWidgets())
-        if (QtPeer* const peer = QtPeer::Of(widget)) peer->Recolour();
+    ForEachPeer([](QtPeer& peer) { peer.Recolour(); });
 }
 
 std::optional<std::string> CQtWindowSystem::ReadSetting(const std::string& path, const std::string& name) {

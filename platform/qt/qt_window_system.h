@@ -53,6 +53,7 @@ public:
     /// A parentless child window that is made next lies in this widget.
     void EmbedIn(QWidget* widget) { m_embed = widget; }
     QWidget* TopWindow() const;  // the one that dialogs belong to; may be null
+    QWidget* Frame() const;      // the one that tools stay above; may be null
     void FrameCame() { ++m_frames; }
     void FrameWent();  // with the last one the loop ends
     void PaletteChanged();

@@ -1,0 +1,165 @@
+// Windows of the toolkit that go in the midst of their own events, and keys while an input method composes.
+#include <dlfcn.h>
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QEventLoop>
+#include <QInputMethodEvent>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QMouseEvent>
+#include <QPointer>
+#include <QTimer>
+#include <cstdlib>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "platform/qt/qt_module.h"
+#include "platform/window_system.h"
+
+// What these libraries keep to the end of the process is theirs.
+extern "C" const char* __lsan_default_suppressions();
+extern "C" const char* __lsan_default_suppressions() {
+    return "leak:libfontconfig\nleak:libQt6\nleak:libdbus\nleak:libglib\n";
+}
+
+namespace {
+
+/// The window system of the module, on a screen that nobody sees; one for the process.
+class QtWindows : public ::testing::Environment {
+public:
+    void SetUp() override {
+        ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
+        void* const module = ::dlopen(TVO_QT_MODULE, RTLD_NOW | RTLD_LOCAL);
+        ASSERT_TRUE(module) << ::dlerror();
+        auto* const make = reinterpret_cast<TvoMakeWindowSystem*>(::dlsym(module, kTvoMakeWindowSystem));
+        ASSERT_TRUE(make);
+        m_system.reset(make(&m_count, m_arguments, nullptr));
+    }
+    void TearDown() override { m_system.reset(); }
+
+private:
+    char m_name[4] = "tvo";
+    char* m_arguments[2] = {m_name, nullptr};
+    int m_count = 1;
+    std::unique_ptr<CWindowSystem> m_system;
+};
+const auto* const g_windows = ::testing::AddGlobalTestEnvironment(new QtWindows);
+
+class Probe : public CWnd {
+public:
+    ~Probe() override { DestroyWindow(); }
+    std::function<void()> m_happens = [] {};
+
+protected:
+    void OnTimer(unsigned) override { m_happens(); }
+    void OnLButtonDown(UINT, CPoint) override { m_happens(); }
+    void OnMouseLeave() override { m_happens(); }
+    void OnClose() override { m_happens(); }
+};
+
+QWidget* WidgetOf(const char* title) {
+    for (QWidget* const widget : QApplication::topLevelWidgets())
+        if (widget->windowTitle() == QLatin1String(title)) return widget;
+    return nullptr;
+}
+
+/// Has the toolkit work till something is so; false if it never is.
+bool Comes(const std::function<bool()>& so) {
+    QEventLoop loop;
+    QTimer look;
+    int turns = 0;
+    QObject::connect(&look, &QTimer::timeout, [&] {
+        if (so() || ++turns > 5000) loop.quit();
+    });
+    look.start(1);
+    loop.exec();
+    return so();
+}
+
+void Send(QWidget& widget, QEvent&& event) { QCoreApplication::sendEvent(&widget, &event); }
+
+void Key(QWidget& widget, int key, const char* text) {
+    Send(widget, QKeyEvent(QEvent::KeyPress, key, Qt::NoModifier, QString::fromLatin1(text)));
+}
+
+}  // namespace
+
+TEST(QtWindows, GoInTheMidstOfTheirOwnEvents) {
+    const struct {
+        const char* name;
+        std::function<void(Probe&, QWidget&)> event;
+    } events[] = {
+        {"a timer", [](Probe& window, QWidget&) { window.SetTimer(1, 1); }},
+        {"a press",
+         [](Probe&, QWidget& widget) {
+             Send(widget, QMouseEvent(QEvent::MouseButtonPress, QPointF(5, 5), QPointF(5, 5), Qt::LeftButton,
+                                      Qt::LeftButton, Qt::NoModifier));
+         }},
+        {"the pointer leaves", [](Probe&, QWidget& widget) { Send(widget, QEvent(QEvent::Leave)); }},
+        {"it is closed", [](Probe&, QWidget& widget) { widget.close(); }},
+    };
+    CWindowSystem& system = *CWindowSystem::Current();
+    for (const bool asks : {false, true}) {
+        for (const auto& row : events) {
+            SCOPED_TRACE(std::string(row.name) + (asks ? ", while a dialog asks in it" : ""));
+            Probe window;
+            ASSERT_TRUE(window.Create(nullptr, CRect(0, 0, 200, 100), WindowKind::kTool));
+            window.SetWindowText("probe");
+            const QPointer<QWidget> widget = WidgetOf("probe");
+            ASSERT_TRUE(widget);
+            int button = -2;
+            bool happened = false;
+            window.m_happens = [&] {
+                if (std::exchange(happened, true)) return;
+                if (!asks) return window.DestroyWindow();
+                QTimer::singleShot(1, [&] { window.DestroyWindow(); });
+                DialogForm form;
+                button = system.RunDialog(form);
+            };
+            QTimer::singleShot(0,
+                               [&] { row.event(window, *widget); });  // from within the loop, as all events
+            EXPECT_TRUE(Comes([&] { return !widget; }));
+            EXPECT_EQ(button, asks ? -1 : -2);
+        }
+    }
+}
+
+TEST(QtWindows, KeysActOnlyWhenNothingIsComposed) {
+    class Line : public CEdit {
+    public:
+        std::string m_keys;
+
+    protected:
+        void OnKeyDown(UINT key, LPARAM) override { m_keys += std::to_string(key) + " "; }
+    };
+    const auto compose = [](QWidget& line, const char16_t* letters, const char16_t* done) {
+        QInputMethodEvent event(QString::fromUtf16(letters), {});
+        event.setCommitString(QString::fromUtf16(done));
+        QCoreApplication::sendEvent(&line, &event);
+    };
+    Probe window;
+    Line edit;
+    window.Create(nullptr, CRect(0, 0, 200, 100), WindowKind::kTool);
+    window.SetWindowText("probe");
+    edit.Create(&window, CRect(0, 0, 200, 20), WindowKind::kEditLine);
+    auto* const line = WidgetOf("probe")->findChild<QLineEdit*>();
+    ASSERT_TRUE(line);
+    const auto keys = [&] {
+        Key(*line, Qt::Key_Space, " ");
+        Key(*line, Qt::Key_Return, "\r");
+        Key(*line, Qt::Key_Escape, "\x1b");
+        return std::exchange(edit.m_keys, {});
+    };
+    compose(*line, u"zhixian", u"");
+    EXPECT_EQ(keys(), "") << "letters are being composed";
+    compose(*line, u"", u"直线");
+    EXPECT_STREQ(edit.GetWindowText().GetString(), " 直线")
+        << "a blank that the input method lets pass is text";
+    EXPECT_EQ(keys(), "32 13 27 ") << "they have become text";
+    compose(*line, u"zhi", u"");
+    edit.SetWindowText("圆");
+    EXPECT_EQ(keys(), "32 13 27 ") << "the program has set another text";
+    edit.DestroyWindow();
+}
