@@ -40,11 +40,12 @@ until_true "a display" test -s display
 export DISPLAY=:$(tr -d '\n' <display)
 
 
+around=()  # a program that runs the editor, such as env with what it sets
 # start_editor TITLE ARGUMENTS...: opens it and gives its window the keys
 start_editor() {
     local title=$1
     shift
-    "$tvo" edit --size 1000x760 "$@" >editor.txt 2>&1 &
+    "${around[@]}" "$tvo" edit --size 1000x760 "$@" >editor.txt 2>&1 &
     editor=$!
     children+=($editor)
     until_true "the window" xdotool search --onlyvisible --name "$title"
