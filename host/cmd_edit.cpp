@@ -124,11 +124,12 @@ int RunEditor(const EditOptions& options) {
     Measure measure;
     TvoQtOptions window;
     window.m_readSetting = [&](const std::string& path, const std::string& name) {
+        if (path == EditorDocument::kRecentPath) settings.Refresh();  // other windows open files too
         return settings.Read(path, name);
     };
     window.m_writeSetting = [&](const std::string& path, const std::string& name, const std::string& value) {
         settings.Write(path, name, value);
-        if (path == EditorDocument::kRecentPath) settings.Save();  // a crash shall not cost it
+        if (path == EditorDocument::kRecentPath && name == "File1") settings.Save();  // a crash shall not cost it
     };
     if (options.measure) {
         window.m_firstPicture = [&] { measure.FirstPicture(); };

@@ -97,6 +97,35 @@ TEST_F(Settings, RubbishIsSetAsideAndNeverACrash) {
     EXPECT_EQ(nowhere.TakeMessages().size(), 1u);
 }
 
+TEST_F(Settings, SessionsThatShareTheFileTakeNothingFromOneAnother) {
+    Write("a\\one = 1\na\\two = 1\na\\three = 1\n");
+    {
+        SettingsFile first(File()), second(File());
+        first.Write("a", "one", "first");
+        first.Write("a", "three", "first");
+        first.Save();
+        EXPECT_EQ(second.Read("a", "one"), "1");
+        second.Write("a", "two", "second");
+        second.Write("a", "three", "1");  // it is that: nothing has been changed here
+        second.Refresh();
+        EXPECT_EQ(second.Read("a", "one"), "first");
+        EXPECT_EQ(second.Read("a", "two"), "second");
+        first.Write("a", "one", "again");
+    }  // the second goes first
+    const SettingsFile after(File());
+    EXPECT_EQ(after.Read("a", "one"), "again");
+    EXPECT_EQ(after.Read("a", "two"), "second");
+    EXPECT_EQ(after.Read("a", "three"), "first");
+
+    SettingsFile late(File());
+    Write("rubbish\na\\four = 4\n");
+    late.Write("a", "one", "late");
+    late.Save();
+    EXPECT_EQ(late.TakeMessages().size(), 1u);
+    EXPECT_EQ(SettingsFile(File()).Read("a", "four"), "4");
+    EXPECT_EQ(SettingsFile(File()).Read("a", "one"), "late");
+}
+
 TEST_F(Settings, RandomBytesAreHarmless) {
     std::mt19937 rng(12);
     for (int round = 0; round < 500; ++round) {

@@ -242,6 +242,6 @@ void EditorDocument::Remember(const std::string& path) {
     std::erase(files, path);
     files.insert(files.begin(), path);
     files.resize(kMostRecent);
-    for (std::size_t i = 0; i < kMostRecent; ++i)
-        system->WriteSetting(kRecentPath, "File" + std::to_string(i + 1), files[i]);
+    for (std::size_t i = kMostRecent; i > 0; --i)  // File1 last: with that the settings are saved
+        system->WriteSetting(kRecentPath, "File" + std::to_string(i), files[i - 1]);
 }

@@ -1,6 +1,12 @@
 #include "host/settings/settings_file.h"
 
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <algorithm>
+#include <cerrno>
 #include <cstdlib>
 #include <filesystem>
 #include <new>
@@ -54,6 +60,23 @@ std::optional<std::string> Unescaped(std::string_view text) {
     return out;
 }
 
+/// Of several sessions that end together each waits for the one before, up to a second.
+class FolderLock {
+public:
+    explicit FolderLock(const std::string& folder) : m_file(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
+        for (int i = 0; m_file >= 0 && i < 100 && ::flock(m_file, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK; ++i)
+            ::usleep(10'000);
+    }
+    ~FolderLock() {
+        if (m_file >= 0) ::close(m_file);
+    }
+    FolderLock(const FolderLock&) = delete;
+    FolderLock& operator=(const FolderLock&) = delete;
+
+private:
+    int m_file;
+};
+
 }  // namespace
 
 std::string SettingsFile::DefaultPath() {
@@ -68,7 +91,30 @@ SettingsFile::SettingsFile(std::string path) : m_path(std::move(path)) {
     if (!m_path.empty()) Load();
 }
 
+/// Every save gives the name to another file.
+bool SettingsFile::ChangedByOthers() {
+    struct stat status {};
+    std::array<std::int64_t, 4> stamp{};
+    if (::stat(m_path.c_str(), &status) == 0)
+        stamp = {static_cast<std::int64_t>(status.st_ino), status.st_size, status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
+    return std::exchange(m_stamp, stamp) != stamp;
+}
+
+void SettingsFile::Refresh() {
+    std::error_code error;
+    if (m_path.empty() || !ChangedByOthers() || !fs::exists(m_path, error)) return;
+    auto ours = std::exchange(m_values, {});
+    Load();
+    if (m_values.empty()) {  // nothing that can be used
+        m_values = std::move(ours);
+        m_rewrite = !m_values.empty();
+        return;
+    }
+    for (const Key& key : m_written) m_values[key] = ours[key];
+}
+
 void SettingsFile::Load() {
+    ChangedByOthers();
     std::error_code error;
     const fs::file_status status = fs::status(m_path, error);
     if (status.type() == fs::file_type::not_found) return;
@@ -116,7 +162,7 @@ void SettingsFile::SetAside(const std::string& reason) {
     }
     fs::rename(m_path, aside, error);
     Tell("设置文件 " + m_path + " 有问题: " + reason + (error ? "; 也无法改名保留" : "; 已改名为 " + aside));
-    m_changed = !m_values.empty();
+    m_rewrite = !m_values.empty();
 }
 
 std::optional<std::string> SettingsFile::Read(const std::string& path, const std::string& name) const {
@@ -126,23 +172,31 @@ std::optional<std::string> SettingsFile::Read(const std::string& path, const std
 }
 
 void SettingsFile::Write(const std::string& path, const std::string& name, const std::string& value) {
-    std::string& held = m_values[{path, name}];
-    m_changed |= held != value;
-    held = value;
+    const auto [at, isNew] = m_values.try_emplace({path, name}, value);
+    if (isNew || at->second != value) m_written.insert(at->first);
+    at->second = value;
+}
+
+std::string SettingsFile::Text() const {
+    std::string text(kFirstLine);
+    for (const auto& [key, value] : m_values)
+        text += Escaped(key.first, "=") + "\\" + Escaped(key.second, "=\\") + " = " + Escaped(value, "") + "\n";
+    return text;
 }
 
 void SettingsFile::Save() {
-    if (!m_changed || m_path.empty()) return;
+    if ((m_written.empty() && !m_rewrite) || m_path.empty()) return;
     try {
-        std::string text(kFirstLine);
-        for (const auto& [key, value] : m_values)
-            text += Escaped(key.first, "=") + "\\" + Escaped(key.second, "=\\") + " = " + Escaped(value, "") + "\n";
         std::error_code ignored;
         fs::create_directories(fs::path(m_path).parent_path(), ignored);
+        const FolderLock oneAtATime(FolderOf(m_path));  // from here to the end: nobody saves in between
+        Refresh();
         DurableFile file(m_path);
-        file.Write(text);
+        file.Write(Text());
         file.Commit();
-        m_changed = false;
+        ChangedByOthers();  // by this one
+        m_written.clear();
+        m_rewrite = false;
         m_told = false;
     } catch (const std::exception& failure) {
         if (!std::exchange(m_told, true)) Tell(std::string("设置没有保存: ") + failure.what());
