@@ -283,6 +283,19 @@ TEST(Editor, ExportsADrawing) {
     EXPECT_EQ(Of(lines, "message").size(), 1u);
 }
 
+TEST(Editor, AsksBeforeAFileThatAnotherHasWrittenIsReplaced) {
+    const ScratchFolder folder;
+    ASSERT_EQ(RunTvo({"run"}, "line 0 0 6000 0\nsave a.tvo\n", folder.Path()).status, 0);
+    const std::string mine = "editor 900 600 a.tvo\ntype Line 0,5000 6000,5000 \nsave a.tvo\ntype Line 0,9000 6000,9000 \n";
+    const auto title = [&](const std::string& rest) {
+        return Last(Played(mine + rest + "type Save \nwindows\n", folder.Path()), "windows")["title"];
+    };
+    EXPECT_EQ(title(""), "a.tvo* - TvoBase") << "nobody has said yes";
+    EXPECT_EQ(title("answer changed 0\n"), "a.tvo - TvoBase");
+    EXPECT_EQ(title("answer changed 1\npath b.tvo\n"), "b.tvo - TvoBase");
+    EXPECT_EQ(title("answer changed 0\ntype Save \ntype Line 0,7000 6000,7000 \n"), "a.tvo - TvoBase") << "asked once";
+}
+
 // A script that ends without closing the editor leaves what a crash leaves.
 TEST(Editor, OffersWhatACrashHasLeft) {
     const ScratchFolder folder;

@@ -171,8 +171,7 @@ bool EditorDocument::OpenModelFile(const std::string& path) {
         m_frame.Warn("无法打开 " + path + ": 不是模型文件或已损坏 (" + ReasonInChinese(failure.what(), path) + ")");
         return false;
     }
-    m_path = AbsolutePath(path);
-    Remember(m_path);
+    TakeFile(AbsolutePath(path));
     BeginJournal(false);
     m_frame.ModelReplaced();
     m_frame.Tell("已打开 " + m_path);
@@ -182,7 +181,17 @@ bool EditorDocument::OpenModelFile(const std::string& path) {
 
 // ---- saving -----------------------------------------------------------------------------------------------
 
-bool EditorDocument::Save() { return m_path.empty() ? SaveAs() : SaveTo(m_path); }
+bool EditorDocument::Save() {
+    if (m_path.empty()) return SaveAs();
+    const FileStamp now = StampOf(m_path);
+    if (m_stamp != FileStamp{} && now != FileStamp{} && now != m_stamp) {
+        DialogForm form = Question("changed", "“" + Name() + "”已被别的程序改过; 替换时那个文件留作 " + Name() + "~",
+                                   {"替换", "另存", "取消"});
+        const int button = RunForm(form);
+        if (button != 0) return button == 1 && SaveAs();
+    }
+    return SaveTo(m_path);
+}
 
 // A path that only the ending made is one that nobody has been asked about.
 bool EditorDocument::SaveAs() {
@@ -209,8 +218,7 @@ bool EditorDocument::SaveAs() {
 bool EditorDocument::SaveTo(const std::string& path) {
     try {
         const SavedModel saved = SaveModel(path, m_frame.DataBase(), TvoModelHost());
-        m_path = path;
-        Remember(path);
+        TakeFile(path);
         if (m_keeping) m_journal.OnSaved(path);
         m_frame.Tell("已保存 " + path);
         if (saved.leftOut)
@@ -235,7 +243,10 @@ std::vector<std::string> EditorDocument::Recent() {
     return files;
 }
 
-void EditorDocument::Remember(const std::string& path) {
+/// The model is what this file holds, or shall hold; it leads the list of recent ones.
+void EditorDocument::TakeFile(const std::string& path) {
+    m_path = path;
+    m_stamp = StampOf(path);
     CWindowSystem* const system = CWindowSystem::Current();
     if (!system) return;
     std::vector<std::string> files = Recent();

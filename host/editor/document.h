@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "host/models/file_system.h"
 #include "host/models/model_journal.h"
 
 class CEditFrame;
@@ -29,7 +30,8 @@ public:
     bool StartEmpty();
     void AskOpen();
     void AskRecent();
-    bool Save();  // false: not saved
+    /// Asks first when somebody else has written the file in between. False: not saved.
+    bool Save();
     bool SaveAs();
     /// Before the model goes: asks whether to save it if that is needed. False: it stays.
     bool MayLeave();
@@ -42,7 +44,7 @@ public:
     void ShowSample();                   // a small building without a file
 
     /// Saving goes there from here on, or asks if it is empty; for sessions that are played.
-    void TakeName(const std::string& path) { m_path = path; }
+    void TakeName(const std::string& path) { m_path = path, m_stamp = {}; }
     const std::string& Path() const { return m_path; }  // empty: it has no file yet
     bool IsModified() const;
     std::string Title() const;  // "NAME[*] - TvoBase"
@@ -59,11 +61,12 @@ private:
     bool CanRead(const std::string& path);
     bool OpenModelFile(const std::string& path);
     bool SaveTo(const std::string& path);
-    void Remember(const std::string& path);
+    void TakeFile(const std::string& path);
     std::string Name() const;
 
     CEditFrame& m_frame;  // borrowed, owns this
     std::string m_path;   // absolute
+    FileStamp m_stamp{};  // of the file as this session knows it; zero: it doesn't
     ModelJournal m_journal;
     bool m_keeping = false;  // a journal
 };

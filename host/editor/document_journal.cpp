@@ -49,7 +49,7 @@ void EditorDocument::FlushJournal() {
     const auto trouble = m_journal.TakeTrouble();
     if (!trouble) return;
     if (trouble->kind == JournalTrouble::kHeldByAnother)
-        m_frame.Warn("“" + Name() + "”正在另一个窗口中编辑; 两边都保存时, 后保存的会替换先保存的");
+        m_frame.Warn("“" + Name() + "”正在另一个窗口中编辑; 两边都保存时, 后保存的一边会先询问");
     else
         m_frame.Warn("恢复日志写不进 " + trouble->path + ": " +
                      ReasonInChinese(trouble->reason, trouble->path));
@@ -75,8 +75,8 @@ bool EditorDocument::Recover(const JournalLeftover& leftover) {
     try {
         const RecoveredModel recovered = RecoverJournal(leftover.path, m_frame.DataBase(), kHost);
         // A file that somebody else has written in between stays theirs: saving will ask for a name.
-        m_path = recovered.replaced ? "" : leftover.modelPath;
-        if (!m_path.empty()) Remember(m_path);
+        m_path.clear();
+        if (!recovered.replaced && !leftover.modelPath.empty()) TakeFile(leftover.modelPath);
         BeginJournal(!recovered.alreadySaved, leftover.path);
         m_frame.ModelReplaced();
         m_frame.Tell(

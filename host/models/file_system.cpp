@@ -51,3 +51,9 @@ std::string ReadFileBytes(const std::string& path, int& error, std::time_t* time
     if (file >= 0) ::close(file);
     return bytes;
 }
+
+FileStamp StampOf(const std::string& path) {
+    struct stat status {};
+    if (::stat(path.c_str(), &status) != 0) return {};
+    return {static_cast<std::int64_t>(status.st_ino), status.st_size, status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
+}

@@ -2,7 +2,6 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -93,10 +92,7 @@ SettingsFile::SettingsFile(std::string path) : m_path(std::move(path)) {
 
 /// Every save gives the name to another file.
 bool SettingsFile::ChangedByOthers() {
-    struct stat status {};
-    std::array<std::int64_t, 4> stamp{};
-    if (::stat(m_path.c_str(), &status) == 0)
-        stamp = {static_cast<std::int64_t>(status.st_ino), status.st_size, status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
+    const FileStamp stamp = StampOf(m_path);
     return std::exchange(m_stamp, stamp) != stamp;
 }
 

@@ -1,7 +1,5 @@
 // The user's settings in a text file.
 #pragma once
-#include <array>
-#include <cstdint>
 #include <map>
 #include <optional>
 #include <set>
@@ -9,6 +7,8 @@
 #include <string_view>
 #include <utility>
 #include <vector>
+
+#include "host/models/file_system.h"
 
 /// Settings by the path of their group and their name, as CWindowSystem's ReadSetting and WriteSetting want them. A line of
 /// the file is `path\name = value`, UTF-8; bytes that a line can't hold stand as %HH. It is replaced whole.
@@ -53,7 +53,7 @@ private:
     std::map<Key, std::string> m_values;
     std::set<Key> m_written;  // what is to be saved
     std::vector<std::string> m_messages;
-    std::array<std::int64_t, 4> m_stamp{};  // of the file as it was read or saved last
+    FileStamp m_stamp{};      // of the file as it was read or saved last
     bool m_rewrite = false;  // it was set aside and its readable lines are to be saved
     bool m_told = false;     // that it can't be written
 };
