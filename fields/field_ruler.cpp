@@ -1,6 +1,7 @@
 #include "fields/field_ruler.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
 
 #include "fields/chang.h"
@@ -8,19 +9,46 @@
 #include "platform/canvas/dc.h"
 #include "platform/number_text.h"
 
+namespace {
+
+constexpr int kLeastDecimals = 2, kMostDecimals = 6;
+constexpr double kLongest = 1e9;  // of values that are written out
+
+/// Decimals that tell a tenth of the distance between two labels; more than the most for powers of ten.
+int DecimalsFor(double distance, double largest) {
+    if (largest >= kLongest) return kMostDecimals + 1;
+    if (!(distance > 0)) return kLeastDecimals;
+    const double decimals = 1 - std::floor(std::log10(distance) + 1e-6);  // ranges are of floats
+    return static_cast<int>(std::clamp(decimals, 1.0 * kLeastDecimals, kMostDecimals + 1.0));
+}
+
+std::string LabelText(double value, int decimals) {
+    if (decimals > kMostDecimals) {
+        char text[32];
+        return {text, std::to_chars(text, text + sizeof text, value == 0 ? 0.0 : value,
+                                    std::chars_format::scientific, 3)
+                          .ptr};
+    }
+    const std::string text = FixedReal(value, decimals);
+    return text.find_first_not_of("-0.") == text.npos ? FixedReal(0, decimals) : text;  // no "-0.00"
+}
+
+}  // namespace
+
 std::vector<RulerBand> RulerBands(CChang& field) {
     float minimum, maximum;
     const bool any = field.GetMinMaxZ(minimum, maximum) != 0;
     const double min = static_cast<double>(minimum), max = static_cast<double>(maximum);
     const double step = (max - min) / kRulerBands, scale = static_cast<double>(field.m_fValueScale);
+    const int decimals =
+        DecimalsFor(std::fabs(2 * step * scale), std::max(std::fabs(min), std::fabs(max)) * std::fabs(scale));
     std::vector<RulerBand> bands;
     for (int i = 0; i <= kRulerBands; ++i) {
         const double middle = max - step * std::min(i + 0.5, static_cast<double>(kRulerBands));
         const double edge = i == kRulerBands ? min : max - step * i;
         const bool labelled = any && i % 2 == 0 && (max > min || i == 0);
         bands.push_back({COLORREF{field.GetIndexColor(static_cast<float>(middle))},
-                         labelled ? FixedReal(edge * scale, 2) : ""});
-        if (bands.back().label == "-0.00") bands.back().label = "0.00";
+                         labelled ? LabelText(edge * scale, decimals) : ""});
     }
     return bands;
 }

@@ -64,7 +64,8 @@ bool Spawn(char* const* arguments, bool wait, pid_t& pid, const Streams& streams
 
 std::vector<char*> Words(const std::vector<std::string>& arguments) {
     std::vector<char*> words;
-    for (const std::string& word : arguments) words.push_back(const_cast<char*>(word.c_str()));  // not written to
+    for (const std::string& word : arguments)
+        words.push_back(const_cast<char*>(word.c_str()));  // not written to
     words.push_back(nullptr);
     return words;
 }
@@ -137,7 +138,8 @@ ProcessOutput ReadProcess(const std::vector<std::string>& arguments, int millise
             }
             break;
         }
-        // Descriptors of -1 are passed over. With both at their end the program itself is looked at now and then.
+        // Descriptors of -1 are passed over. With both at their end the program itself is looked at now and
+        // then.
         pollfd ends[2] = {{out.m_read, POLLIN, 0}, {errors.m_read, POLLIN, 0}};
         const bool open = out.m_read >= 0 || errors.m_read >= 0;
         ::poll(ends, 2, static_cast<int>(std::min<long long>(left, open ? 1000 : 5)));

@@ -1,9 +1,10 @@
 // What the import's dialog tells of a drawing's size before anything is taken.
+#include "host/editor/drawing_size.h"
+
 #include <gtest/gtest.h>
 
 #include <string>
 
-#include "host/editor/drawing_size.h"
 #include "platform/dxf/dxf.h"
 
 namespace {
@@ -15,9 +16,11 @@ std::string Entity(const char* kind, const char* layer, const std::string& group
 }  // namespace
 
 TEST(DrawingSize, IsToldAndDoubted) {
-    // On A a line of 4 by 3 and an arc over a quarter, 3 high from (4, 0): 1.41 from end to end. On B a circle.
+    // On A a line of 4 by 3 and an arc over a quarter, 3 high from (4, 0): 1.41 from end to end. On B a
+    // circle.
     DXF drawing;
-    drawing.Read_Bytes_To_Mem("0\nSECTION\n2\nENTITIES\n" + Entity("LINE", "A", "10\n0\n20\n0\n11\n4\n21\n3\n") +
+    drawing.Read_Bytes_To_Mem("0\nSECTION\n2\nENTITIES\n" +
+                              Entity("LINE", "A", "10\n0\n20\n0\n11\n4\n21\n3\n") +
                               Entity("ARC", "a", "10\n4\n20\n2\n40\n1\n50\n0\n51\n90\n") +
                               Entity("CIRCLE", "B", "10\n50\n20\n50\n40\n10\n") + "0\nENDSEC\n0\nEOF\n");
     const auto layers = SummarizeLayers(drawing);
@@ -31,9 +34,11 @@ TEST(DrawingSize, IsToldAndDoubted) {
         {"metres", "10", 1000, "5.00 × 3.00 米", ""},
         {"metres, both layers", "11", 1000, "60.0 × 60.0 米", ""},
         {"taken for millimetres", "11", 1, "0.0600 × 0.0600 米",
-         "注意: 整个图形不到 1 米; 4 段线中有 4 段不长于容差 50 毫米, 不会输入。请检查图纸单位和勾选的图层。"},
+         "注意: 整个图形不到 1 米; 4 段线中有 4 段不长于容差 50 毫米, "
+         "不会输入。请检查图纸单位和勾选的图层。"},
         {"large enough, but half of it short", "10", 30, "0.15 × 0.0900 米",
-         "注意: 整个图形不到 1 米; 2 段线中有 1 段不长于容差 50 毫米, 不会输入。请检查图纸单位和勾选的图层。"},
+         "注意: 整个图形不到 1 米; 2 段线中有 1 段不长于容差 50 毫米, "
+         "不会输入。请检查图纸单位和勾选的图层。"},
         {"taken for kilometres", "10", 1e6 * 2, "10000 × 6000 米",
          "注意: 整个图形超过 5 公里。请检查图纸单位和勾选的图层。"},
         {"nothing ticked", "00", 1, "", ""},

@@ -10,6 +10,7 @@
 
 #include "fields/chang.h"
 #include "fields/chang_range.h"
+#include "fields/field_ruler.h"
 #include "fields/gj_chang.h"
 #include "file_fixtures.h"
 #include "geometry/fcoor.h"
@@ -260,6 +261,34 @@ TEST_F(FieldComponent, WithAViewItIsShownAtOnce) {
     frame.m_pView = nullptr;
     m_db.DestroyData();
     m_db.Initialize();
+}
+
+TEST(FieldRuler, LabelsTellTheirSteps) {
+    const struct {
+        float least, most, scale;
+        const char* labels;  // the first three and the last
+    } rows[] = {
+        {0, 100, 1, "100.00 90.00 80.00 0.00"},
+        {0, 1, 1, "1.00 0.90 0.80 0.00"},
+        {0, 0.016f, 1, "0.0160 0.0144 0.0128 0.0000"},
+        {0, 0.016f, -1000, "-16.00 -14.40 -12.80 0.00"},
+        {-0.5f, 0.5f, 1, "0.50 0.40 0.30 -0.50"},
+        {0, 2e-9f, 1, "2.000e-09 1.800e-09 1.600e-09 0.000e+00"},
+        {7, 7, 1, "7.00   "},
+        {0, 1, 3e38f, "3.000e+38 2.700e+38 2.400e+38 0.000e+00"},
+    };
+    for (const auto& row : rows) {
+        CChang field;
+        field.m_arrNode.Add({1, 0, 0, {row.least}});
+        field.m_arrNode.Add({2, 1, 0, {row.most}});
+        field.m_arrNode.Add({3, 0, 1, {row.most}});
+        field.m_arrTri.Add({{1, 2, 3}});
+        field.m_fValueScale = row.scale;
+        const auto bands = RulerBands(field);
+        std::string labels = bands.back().label;
+        for (const int i : {4, 2, 0}) labels.insert(0, bands[static_cast<std::size_t>(i)].label + " ");
+        EXPECT_EQ(labels, row.labels);
+    }
 }
 
 TEST(ChangRange, ComesBackFromItsFile) {

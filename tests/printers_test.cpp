@@ -1,11 +1,13 @@
-// Printers are asked for and sent to by the programs of the print system: here by scripts that stand in for them.
+// Printers are asked for and sent to by the programs of the print system: here by scripts that stand in for
+// them.
+#include "host/print/printers.h"
+
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
 #include <cstdlib>
 #include <string>
 
-#include "host/print/printers.h"
 #include "platform/window_system.h"
 #include "tvo_process.h"
 
@@ -45,7 +47,8 @@ TEST(Printers, AreFoundOrItIsSaidWhyNot) {
     } rows[] = {
         {"names alone", "[ $1 = -e ] && echo HP_1 && echo 绘图仪", "HP_1 绘图仪 "},
         {"an older system, in the user's language",
-         "[ $1 = -a ] || exit 1; echo 'HP 自从 2026年11月 开始接受请求'; echo 'HP again'; echo; echo 'A1 accepting requests'",
+         "[ $1 = -a ] || exit 1; echo 'HP 自从 2026年11月 开始接受请求'; echo 'HP again'; echo; echo 'A1 "
+         "accepting requests'",
          "HP A1 "},
         {"none", "echo 'lpstat: No destinations added.' >&2; exit 1", "系统中没有打印机"},
         {"none, and it is no failure", "exit 0", "系统中没有打印机"},
@@ -68,8 +71,8 @@ TEST(Printers, AreSentAFileAsItIsNamed) {
     const struct {
         const char *name, *lp, *job, *wrong, *details;
     } rows[] = {
-        {"taken", "printf '%s|' \"$@\" > \"${0%/*}/sent\"; echo \"request id is $2-12 (1 file(s))\"", "HP-12", "",
-         "request id is HP-12 (1 file(s))"},
+        {"taken", "printf '%s|' \"$@\" > \"${0%/*}/sent\"; echo \"request id is $2-12 (1 file(s))\"", "HP-12",
+         "", "request id is HP-12 (1 file(s))"},
         {"refused", "echo 'lp: no such printer' >&2; exit 1", "", "打印系统没有接受", "lp: no such printer"},
         {"no program", "", "", "系统中没有打印程序 (lp)", ""},
     };

@@ -1,4 +1,6 @@
 // What readers say in English reaches the editor's user in Chinese.
+#include "host/editor/reason_text.h"
+
 #include <gtest/gtest.h>
 
 #include <cerrno>
@@ -10,7 +12,6 @@
 #include <string>
 
 #include "fields/chang.h"
-#include "host/editor/reason_text.h"
 #include "host/failure.h"
 #include "host/fields/field_file.h"
 #include "host/models/model_plan.h"
@@ -41,7 +42,8 @@ TEST(ReasonText, EachRow) {
     const struct {
         const char *message, *chinese;
     } rows[] = {
-        {"cannot open /a b/c.tvo: nodes section at byte 96: its checksum does not hold", "节点段, 第 96 字节: 校验和不符"},
+        {"cannot open /a b/c.tvo: nodes section at byte 96: its checksum does not hold",
+         "节点段, 第 96 字节: 校验和不符"},
         {"cannot open /a b/c.tvo: header at byte 0: it tells of 12 other components, and there are 3",
          "文件头, 第 0 字节: 记有 12 个其它构件, 实有 3 个"},
         {"cannot open /a b/c.tvo: lines section at byte 9: line 1-7 ends at node 1-9, which is not there",
@@ -88,25 +90,30 @@ TEST(ReasonText, EveryFaultOfAModel) {
 }
 
 TEST(ReasonText, DrawingsAndFields) {
-    for (const char* text : {"rubbish", "0\nSECTION\n2\nENTITIES\n0\nLINE\n8\n0\n10\n", "0\nSECTION\n2\nHEADER\n9\n$A",
-                             "0\nSECTION\n2\nBLOCKS\n0\nBLOCK\n", "0\nSECTION\n2\nTABLES\n0\nENDSEC\n", ""}) {
+    for (const char* text :
+         {"rubbish", "0\nSECTION\n2\nENTITIES\n0\nLINE\n8\n0\n10\n", "0\nSECTION\n2\nHEADER\n9\n$A",
+          "0\nSECTION\n2\nBLOCKS\n0\nBLOCK\n", "0\nSECTION\n2\nTABLES\n0\nENDSEC\n", ""}) {
         DXF drawing;
         drawing.Read_Bytes_To_Mem(text);
         EXPECT_FALSE(IsBad(ReasonInChinese(drawing.GetResult().m_strReason, "")))
             << text << ": " << drawing.GetResult().m_strReason;
     }
-    const std::string path = testing::TempDir() + "reason_text_field.txt", msh = "$MeshFormat\n2.2 0 8\n$EndMeshFormat\n";
+    const std::string path = testing::TempDir() + "reason_text_field.txt",
+                      msh = "$MeshFormat\n2.2 0 8\n$EndMeshFormat\n";
     for (const std::string& text :
-         {std::string("knot 1 2 3"), std::string("node x 1 2 3"), std::string("node 1 2"), std::string("node 99999999999 0 0 1"),
-          std::string("node 1 0 0 1 2 3 4 5 6 7 8 9 10 11"), std::string("tri 1 2 3 4"), std::string("$MeshFormat\n5 0 8"),
-          std::string("$MeshFormat\n2.2 1 8"), std::string("$Nodes\n"), msh + "x", msh + "$Nodes\n3\n1 0 0", msh + "$Nodes\n1\n1 0 0 0 0",
-          msh + "$Elements\n1\n", msh + "$Elements\n1\n1 2 x", msh + "$NodeData\n", msh + "$Nodes\n0\n$End"}) {
+         {std::string("knot 1 2 3"), std::string("node x 1 2 3"), std::string("node 1 2"),
+          std::string("node 99999999999 0 0 1"), std::string("node 1 0 0 1 2 3 4 5 6 7 8 9 10 11"),
+          std::string("tri 1 2 3 4"), std::string("$MeshFormat\n5 0 8"), std::string("$MeshFormat\n2.2 1 8"),
+          std::string("$Nodes\n"), msh + "x", msh + "$Nodes\n3\n1 0 0", msh + "$Nodes\n1\n1 0 0 0 0",
+          msh + "$Elements\n1\n", msh + "$Elements\n1\n1 2 x", msh + "$NodeData\n",
+          msh + "$Nodes\n0\n$End"}) {
         std::ofstream(path) << text;
         CChang field;
         try {
             ReadFieldFile(path, field);
         } catch (const DataFailure& failure) {
-            EXPECT_FALSE(IsBad(ReasonInChinese(failure.what(), path))) << failure.what() << " became " << ReasonInChinese(failure.what(), path);
+            EXPECT_FALSE(IsBad(ReasonInChinese(failure.what(), path)))
+                << failure.what() << " became " << ReasonInChinese(failure.what(), path);
             continue;
         }
         ADD_FAILURE() << "was read: " << text;

@@ -48,7 +48,8 @@ void ShowCheckList(CEditFrame& frame) {
     std::string found;
     for (int kind = 0; kind < kFaultKindCount; ++kind)
         if (counts[kind])
-            found += (found.empty() ? "" : ", ") + std::string(kKinds[kind]) + " " + std::to_string(counts[kind]);
+            found +=
+                (found.empty() ? "" : ", ") + std::string(kKinds[kind]) + " " + std::to_string(counts[kind]);
     frame.Tell("检查: " + found + "。点击一行到该处, Ctrl+C 复制。");
     auto list = std::make_unique<ToolTable>();
     list->Column("问题", 100);

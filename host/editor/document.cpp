@@ -222,7 +222,7 @@ bool EditorDocument::SaveTo(const std::string& path) {
         if (m_keeping) m_journal.OnSaved(path);
         m_frame.Tell("已保存 " + path);
         if (saved.leftOut)
-            m_frame.Warn(path + ": " + std::to_string(saved.leftOut) + " 个构件的类型不能保存");
+            m_frame.Warn(path + ": " + std::to_string(saved.leftOut) + " 个构件没有存入 (如场: 它来自结果文件, 不随模型保存)");
         return true;
     } catch (const DataFailure& failure) {
         m_frame.Warn("无法保存 " + path + ": " + ReasonInChinese(failure.what(), path));

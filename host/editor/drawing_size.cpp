@@ -21,7 +21,8 @@ void AddLengths(std::vector<double>& lengths, const ACAD_ENTITY& entity) {
             break;
         }
         case kAcadCircle:
-            lengths.insert(lengths.end(), 2, 2 * std::fabs(static_cast<const ACAD_CIRCLE&>(entity).m_dRadius));
+            lengths.insert(lengths.end(), 2,
+                           2 * std::fabs(static_cast<const ACAD_CIRCLE&>(entity).m_dRadius));
             break;
         case kAcadArc: {
             const auto& arc = static_cast<const ACAD_ARC&>(entity);
@@ -32,10 +33,12 @@ void AddLengths(std::vector<double>& lengths, const ACAD_ENTITY& entity) {
         case kAcadPolyline: {
             const auto corners = static_cast<const ACAD_POLYLINE&>(entity).Vertices();
             for (std::size_t i = 0; i + 1 < corners.size(); ++i)
-                lengths.push_back(std::hypot(corners[i + 1].m_x - corners[i].m_x, corners[i + 1].m_y - corners[i].m_y));
+                lengths.push_back(
+                    std::hypot(corners[i + 1].m_x - corners[i].m_x, corners[i + 1].m_y - corners[i].m_y));
             break;
         }
-        default: break;
+        default:
+            break;
     }
 }
 
@@ -47,8 +50,8 @@ std::string Metres(double millimetres) {
 }  // namespace
 
 const std::vector<DrawingUnit>& DrawingUnits() {
-    static const std::vector<DrawingUnit> units = {{4, "毫米", 1},    {5, "厘米", 10},   {14, "分米", 100},
-                                                   {6, "米", 1000},   {1, "英寸", 25.4}, {2, "英尺", 304.8},
+    static const std::vector<DrawingUnit> units = {{4, "毫米", 1},  {5, "厘米", 10},   {14, "分米", 100},
+                                                   {6, "米", 1000}, {1, "英寸", 25.4}, {2, "英尺", 304.8},
                                                    {7, "公里", 1e6}};
     return units;
 }
@@ -56,17 +59,21 @@ const std::vector<DrawingUnit>& DrawingUnits() {
 std::size_t UnitOfHeader(int insUnits) {
     const auto& units = DrawingUnits();
     return static_cast<std::size_t>(
-        std::find_if(units.begin(), units.end(), [&](const DrawingUnit& u) { return u.insUnits == insUnits; }) - units.begin());
+        std::find_if(units.begin(), units.end(),
+                     [&](const DrawingUnit& u) { return u.insUnits == insUnits; }) -
+        units.begin());
 }
 
 std::size_t UnitOfScale(double millimetres) {
     const auto& units = DrawingUnits();
     return static_cast<std::size_t>(
-        std::find_if(units.begin(), units.end(), [&](const DrawingUnit& u) { return u.millimetres == millimetres; }) -
+        std::find_if(units.begin(), units.end(),
+                     [&](const DrawingUnit& u) { return u.millimetres == millimetres; }) -
         units.begin());
 }
 
-DrawingSizes::DrawingSizes(const DXF& drawing, const std::vector<DxfLayerSummary>& layers) : m_layers(layers.size()) {
+DrawingSizes::DrawingSizes(const DXF& drawing, const std::vector<DxfLayerSummary>& layers)
+    : m_layers(layers.size()) {
     // Names that differ in ASCII case only are one row of the summary.
     const auto small = [](const std::string& name) {
         CString folded(name);
@@ -80,7 +87,8 @@ DrawingSizes::DrawingSizes(const DXF& drawing, const std::vector<DxfLayerSummary
     }
     std::map<const DxfLayer*, std::size_t> rowOf;  // only looked up
     for (const DxfLayer& layer : drawing.GetLayers())
-        if (const auto found = rows.find(small(layer.m_strName)); found != rows.end()) rowOf[&layer] = found->second;
+        if (const auto found = rows.find(small(layer.m_strName)); found != rows.end())
+            rowOf[&layer] = found->second;
     for (const ACAD_ENTITY* const entity : drawing.GetEntities())
         if (const auto row = rowOf.find(entity->m_pLayer); row != rowOf.end())
             AddLengths(m_layers[row->second].lengths, *entity);
@@ -95,7 +103,8 @@ DrawingSizes::Size DrawingSizes::Of(const std::string& ticks, double scale, doub
         const Layer& layer = m_layers[i];
         size.pieces += layer.lengths.size();
         size.tooShort += static_cast<std::size_t>(
-            std::upper_bound(layer.lengths.begin(), layer.lengths.end(), tolerance / scale) - layer.lengths.begin());
+            std::upper_bound(layer.lengths.begin(), layer.lengths.end(), tolerance / scale) -
+            layer.lengths.begin());
         if (layer.extent.m_bEmpty) continue;
         all.Add(layer.extent.m_dMinX, layer.extent.m_dMinY);
         all.Add(layer.extent.m_dMaxX, layer.extent.m_dMaxY);

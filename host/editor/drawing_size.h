@@ -28,8 +28,9 @@ public:
     /// What the layers that are ticked ('1') would be at a scale.
     struct Size {
         bool empty = true;
-        double width = 0, height = 0;     // millimetres
-        std::size_t pieces = 0, tooShort = 0;  // sides, arcs and half circles; of these no longer than the tolerance
+        double width = 0, height = 0;  // millimetres
+        std::size_t pieces = 0,
+                    tooShort = 0;  // sides, arcs and half circles; of these no longer than the tolerance
     };
     Size Of(const std::string& ticks, double scale, double tolerance) const;
 
@@ -42,5 +43,6 @@ private:
 };
 
 std::string SizeText(const DrawingSizes::Size& size);  // "52.3 × 34.2 米"; empty for nothing
-/// What looks wrong; empty for nothing. Under a metre or over five kilometres, or a fifth of all too short: mostly the unit.
+/// What looks wrong; empty for nothing. Under a metre or over five kilometres, or a fifth of all too short:
+/// mostly the unit.
 std::string SizeWarning(const DrawingSizes::Size& size, double tolerance);

@@ -55,8 +55,8 @@ std::string ModelName(CEditFrame& frame) {
 
 void PrintToFile(CEditFrame& frame, CWindowSystem& system, const PdfPage& page) {
     const std::filesystem::path folder = std::filesystem::path(frame.Document().Path()).parent_path();
-    const auto chosen =
-        system.AskPath({true, kPdfTitle, "PDF 文件", "*.pdf", (folder / (ModelName(frame) + ".pdf")).string()});
+    const auto chosen = system.AskPath(
+        {true, kPdfTitle, "PDF 文件", "*.pdf", (folder / (ModelName(frame) + ".pdf")).string()});
     if (!chosen || chosen->empty()) return;
     const std::string path = ConfirmFileExt(CString(*chosen), "pdf").GetString();
     try {
@@ -89,7 +89,8 @@ private:
 };
 
 /// What hinders the page's going to the printer; empty: it went.
-std::string PrintOn(CEditFrame& frame, CWindowSystem& system, const std::string& printer, const PdfPage& page) {
+std::string PrintOn(CEditFrame& frame, CWindowSystem& system, const std::string& printer,
+                    const PdfPage& page) {
     const PassingFolder folder;
     if (!folder.IsThere()) return "不能写临时文件";
     const std::string file = folder.File(ModelName(frame) + ".pdf");
@@ -140,7 +141,8 @@ void PrintModel(CEditFrame& frame) {
         {DialogField::Kind::kChoice, "part", "范围", "0", {"全部图形", "当前显示"}},
         {DialogField::Kind::kText, "scale", "比例 (充满 或 1:n)", kFit, {}}};
     if (!printers.none.empty())
-        form.m_fields.push_back({DialogField::Kind::kNote, "none", "", printers.none + ", 可以打印成 PDF 文件", {}});
+        form.m_fields.push_back(
+            {DialogField::Kind::kNote, "none", "", printers.none + ", 可以打印成 PDF 文件", {}});
     std::size_t target = 0;
     form.m_check = [&](DialogForm& f) -> std::string {
         for (target = 0; target < targets.size() && f.Value("to") != std::to_string(target);) ++target;

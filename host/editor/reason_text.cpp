@@ -25,8 +25,8 @@ constexpr SystemReason kReasons[] = {
 };
 constexpr int kLargestError = 200;
 
-/// A phrase with holes: * is taken over as it stands, @ is a name, # a reason, phrases themselves. %1 and so on say where
-/// they go.
+/// A phrase with holes: * is taken over as it stands, @ is a name, # a reason, phrases themselves. %1 and so
+/// on say where they go.
 struct Phrase {
     const char* english;
     const char* chinese;
@@ -174,7 +174,8 @@ std::string Part(std::string_view text, bool reason) {
     return own ? std::string(1, ' ').append(text) : std::string("内容");
 }
 
-/// Fits a phrase to a text; what fills its holes, nothing if it doesn't fit. A hole ends where what follows it first stands.
+/// Fits a phrase to a text; what fills its holes, nothing if it doesn't fit. A hole ends where what follows
+/// it first stands.
 std::optional<std::vector<std::string>> Fit(std::string_view phrase, std::string_view text) {
     std::vector<std::string> holes;
     while (!phrase.empty()) {
@@ -204,7 +205,8 @@ std::optional<std::string> Translated(std::string_view text) {
         if (!holes) continue;
         std::string chinese = phrase.chinese;
         for (std::size_t i = holes->size(); i > 0; --i)
-            if (const std::size_t at = chinese.find(std::string(1, '%').append(std::to_string(i))); at != chinese.npos)
+            if (const std::size_t at = chinese.find(std::string(1, '%').append(std::to_string(i)));
+                at != chinese.npos)
                 chinese.replace(at, 2, (*holes)[i - 1]);
         return chinese;
     }

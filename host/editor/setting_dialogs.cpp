@@ -174,8 +174,7 @@ void AskSnapSwitches(CTvoViewMgr& view) {
     for (const SnapType& type : kTypes) form.m_fields.back().m_choices.push_back(type.label);
     form.m_fields.push_back({Kind::kFrame, "symbol", "靶标设置", "", {}});
     form.m_fields.push_back({Kind::kPreview, "preview", "", "", {}});
-    form.m_fields.push_back(
-        {Kind::kSlider, "size", "靶标大小(像素)", std::to_string(size), {}, least, most});
+    form.m_fields.push_back({Kind::kSlider, "size", "靶标大小(像素)", std::to_string(size), {}, least, most});
     SymbolView preview;
     form.m_preview = &preview;
     form.m_previewWidth = 280;
@@ -243,7 +242,8 @@ std::vector<std::pair<std::string, std::string>> SnapSettings(const CTvoViewMgr&
 
 void KeepSnapSettings(const CTvoViewMgr& view) {
     if (CWindowSystem* system = CWindowSystem::Current())
-        for (const auto& [name, value] : SnapSettings(view)) system->WriteSetting(kSnapSettingsPath, name, value);
+        for (const auto& [name, value] : SnapSettings(view))
+            system->WriteSetting(kSnapSettingsPath, name, value);
 }
 
 void ReadSnapSettings(CTvoViewMgr& view) {

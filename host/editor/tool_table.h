@@ -13,7 +13,9 @@ public:
     ToolTable() { m_bSelectRows = true; }
     ~ToolTable() override { DestroyWindow(); }
 
-    void Column(const std::string& head, int width, bool right = false) { AddColumn(CString(head), width, false, right); }
+    void Column(const std::string& head, int width, bool right = false) {
+        AddColumn(CString(head), width, false, right);
+    }
     void Fill(const std::vector<std::vector<std::string>>& rows) {
         std::vector<Row> texts;
         for (const auto& row : rows) texts.emplace_back(row.begin(), row.end());

@@ -29,7 +29,8 @@ PrinterList FindPrinters(CWindowSystem& system) {
         const ProcessOutput answer = system.CallProgram({"lpstat", which}, kListTime);
         if (!answer.m_started) return {{}, "系统中没有打印程序 (lpstat)"};
         if (answer.m_timedOut) return {{}, "打印系统没有回应"};
-        if (PrinterList list{FirstWords(answer.m_text), {}}; answer.m_status == 0 && !list.names.empty()) return list;
+        if (PrinterList list{FirstWords(answer.m_text), {}}; answer.m_status == 0 && !list.names.empty())
+            return list;
     }
     return {{}, "系统中没有打印机"};
 }

@@ -11,7 +11,8 @@ struct PrinterList {
     std::string none;                // why there are none, for people; empty when there are some
 };
 
-/// Asks the print system (`lpstat`). It may take seconds, and comes back without an answer where the system gives none.
+/// Asks the print system (`lpstat`). It may take seconds, and comes back without an answer where the system
+/// gives none.
 PrinterList FindPrinters(CWindowSystem& system);
 
 /// How a job was taken.

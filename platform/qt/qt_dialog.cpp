@@ -397,12 +397,12 @@ private:
     CQtWindowSystem& m_system;
     DialogForm& m_form;
     PreviewHolder m_holder;
-    QWidget* m_place = nullptr;  // for the preview; null without one
-    bool m_placed = false;       // it stands among the fields
-    bool m_framed = false;       // a frame is being filled
+    QWidget* m_place = nullptr;     // for the preview; null without one
+    bool m_placed = false;          // it stands among the fields
+    bool m_framed = false;          // a frame is being filled
     QHBoxLayout* m_pair = nullptr;  // a row of it with room for another box
-    QLabel* m_wrong = nullptr;   // what is wrong with the values
-    std::vector<Line> m_lines;   // as the fields
+    QLabel* m_wrong = nullptr;      // what is wrong with the values
+    std::vector<Line> m_lines;      // as the fields
     std::vector<QPushButton*> m_buttons;
     bool m_writing = false;  // changes are our own
     int m_button = -1;

@@ -5,6 +5,7 @@
 
 #include <QClipboard>
 #include <QFileDialog>
+#include <QFileIconProvider>
 #include <QLibraryInfo>
 #include <QMessageBox>
 #include <QScreen>
@@ -75,6 +76,14 @@ QString SuffixOf(const PathRequest& request) {
     const QString first = ToQt(request.m_pattern).section(u' ', 0, 0);
     return first.startsWith(QStringLiteral("*.")) ? first.mid(2) : QString();
 }
+
+/// The kinds of files in words of the user's, which Qt's translation leaves English.
+class FileKinds : public QFileIconProvider {
+public:
+    QString type(const QFileInfo& info) const override {
+        return info.isDir() ? QStringLiteral("文件夹") : info.suffix().toUpper() + QStringLiteral(" 文件");
+    }
+};
 
 }  // namespace
 
@@ -273,7 +282,10 @@ int CQtWindowSystem::DoDialog(DialogForm& form) {
 
 std::optional<std::string> CQtWindowSystem::DoAskPath(const PathRequest& request) {
     if (m_options.m_scripted) return CWindowSystem::DoAskPath(request);
+    FileKinds kinds;  // the dialog borrows it
     QFileDialog dialog(TopWindow(), ToQt(request.m_title), QString(), FilterOf(request));
+    dialog.setIconProvider(&kinds);
+    dialog.resize(780, 520);  // room for dates
     dialog.setAcceptMode(request.m_save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
     dialog.setFileMode(request.m_save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
     if (request.m_save) dialog.setDefaultSuffix(SuffixOf(request));
