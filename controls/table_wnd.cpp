@@ -35,6 +35,7 @@ void CTableWnd::SetColumnWidth(int column, int width) {
 void CTableWnd::Refresh() {
     const int rows = GetRowCount();
     if (m_nRow >= rows || m_nColumn >= ColumnCount()) m_nRow = m_nColumn = m_nAnchorRow = m_nAnchorColumn = -1;
+    m_nAnchorRow = std::min(m_nAnchorRow, rows - 1);
     m_block.m_nBottom = std::min(m_block.m_nBottom, rows - 1);
     if (m_nRow < 0) m_block = {};
     if (m_nEditRow >= rows) EndEdit(false);

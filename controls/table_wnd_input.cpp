@@ -56,6 +56,10 @@ void CTableWnd::OnKeyDown(UINT key, LPARAM) {
 // What is typed takes the place of the text.
 void CTableWnd::OnChar(UINT code) {
     if (code < 32 || code == 127 || ::IsKeyDown(VK_CONTROL) || m_nRow < 0) return;
+    if (IsEditing()) {  // further characters of the key that began it
+        m_edit.SendMessage(WM_CHAR, code);
+        return;
+    }
     if (!StartEdit(m_nRow, m_nColumn)) return;
     m_edit.SetWindowText("");
     m_edit.SendMessage(WM_CHAR, code);

@@ -54,7 +54,7 @@ void OpenJJS(const char* file, int fullPath) {
     const CString extension = name.Right(kExtension);
     CString path = fullPath ? name : IncludeTrailingSlash(G_strWorkPath) + name;
     path.Replace("\\", "/");  // as it was found
-    if (path[0] == '-') path = "./" + path;  // not an option of the program's
+    if (path[0] != '/') path = "./" + path;  // neither an option of the program's nor a name with a scheme
     const bool text = extension.CompareNoCase(".OUT") == 0 || extension.CompareNoCase(".TXT") == 0;
     std::vector<std::string> words = Program(text ? "TextEditor" : "Viewer");
     words.push_back(path.GetString());  // one argument, whatever blanks it has

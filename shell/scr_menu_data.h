@@ -8,6 +8,7 @@ class CScrMenuView;
 
 /// The module whose pictures a number means. There is one set here, whatever it is.
 using HINSTANCE = void*;
+inline HINSTANCE g_hInstance = nullptr;
 
 enum : int { SCRMENU_BRANCH = 0, SCRMENU_COMMAND = 1, SCRMENU_SEPARATOR = 2 };  // m_nType
 

@@ -124,8 +124,7 @@ void CScrMenuView::GetCurrentState(unsigned& id, int& expanded) const {
 
 void CScrMenuView::CloseClicked() {
     if (m_nLastExpand == -1 || m_cClicked.m_nCmdID == -1 || !m_pFrame) return;
-    CScrMenuItem clicked = m_cClicked;
-    m_pFrame->OnExpandNode(&clicked, 0);
+    m_pFrame->OnExpandNode(&m_cClicked, 0);
 }
 
 void CScrMenuView::OnLButtonDown(UINT, CPoint p) {
@@ -166,8 +165,7 @@ void CScrMenuView::Choose(CScrMenuItem item, bool open, bool byClick) {
         if (item.m_nCmdID == kNoRepaint) return;
     } else {
         m_cClicked = item;
-        CScrMenuItem told = item;
-        if (m_pFrame) m_pFrame->OnExpandNode(&told, open);
+        if (m_pFrame) m_pFrame->OnExpandNode(&m_cClicked, open);
         if (byClick) m_nLastExpand = open;
         Build(item, open);
     }
@@ -196,10 +194,11 @@ void CScrMenuView::OnRButtonDown(UINT, CPoint) {
 
 // The hot look is drawn, never stored: whatever is repainted is cold.
 void CScrMenuView::ShowHot(bool hot) {
-    const int row = GetIndexByCmdID(m_cHot.m_nCmdID);
-    if (row < 0 || !IsWindow()) return;
+    const bool stands = m_nHotRow >= 0 && m_nHotRow < m_aShown.GetSize() && m_aShown[m_nHotRow].m_nCmdID == m_cHot.m_nCmdID;
+    if (!stands) m_nHotRow = GetIndexByCmdID(m_cHot.m_nCmdID);  // the rows are others now
+    if (m_nHotRow < 0 || !IsWindow()) return;
     CClientDC dc(this);
-    DrawRow(&dc, row, hot);
+    DrawRow(&dc, m_nHotRow, hot);
 }
 
 void CScrMenuView::OnMouseMove(UINT, CPoint p) {
@@ -207,15 +206,18 @@ void CScrMenuView::OnMouseMove(UINT, CPoint p) {
     const CScrMenuItem* const hit = HitTest(p.x, p.y, rect);
     CString tip = hit ? hit->m_strTip : CString();
     SetTip(tip.Trim());
-    if (!hit || hit->m_nCmdID == m_cHot.m_nCmdID) return;
+    const int row = hit ? static_cast<int>(hit - &m_aShown[0]) : -1;
+    if (row < 0 || (row == m_nHotRow && hit->m_nCmdID == m_cHot.m_nCmdID)) return;
     ShowHot(false);
     m_cHot = *hit;
+    m_nHotRow = row;
     ShowHot(true);
 }
 
 void CScrMenuView::OnMouseLeave() {
     ShowHot(false);
     m_cHot = CScrMenuItem();
+    m_nHotRow = -1;
 }
 
 BOOL CScrMenuView::OnMouseWheel(UINT keys, int delta, CPoint screen) {

@@ -67,6 +67,7 @@ private:
     static int HeightOf(const CScrMenuItem& item);
     void RepaintAfterClick();
 
+    int m_nHotRow = -1;      // of m_cHot, as long as it is there: several rows may have one identity
     int m_nBranch = 0;       // the branch that the rows were made for; 0: the root's level
     bool m_bBranchOpen = false;
 };

@@ -1,5 +1,9 @@
 #include "shell/session_log.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include "model/dates.h"
 #include "model/paths.h"
 #include "platform/gbk.h"
@@ -7,6 +11,17 @@
 namespace {
 
 int g_bSessionLog = 0;
+
+/// To append to; null for what is no plain file: a pipe would hold the program up.
+std::FILE* OpenRegular(const char* path) {
+    const int file = ::open(path, O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NONBLOCK, 0666);
+    struct stat about {};
+    if (file < 0 || ::fstat(file, &about) != 0 || !S_ISREG(about.st_mode)) {
+        if (file >= 0) ::close(file);
+        return nullptr;
+    }
+    return ::fdopen(file, "a");
+}
 
 }  // namespace
 
@@ -18,7 +33,7 @@ void CSessionLog::Open() {
     force_directory(G_strWorkPath);
     CString path = G_strWorkPath + "QeSession.log";
     path.Replace("\\", "/");  // as the folder has been made
-    m_file = std::fopen(path, "ae");
+    m_file = OpenRegular(path);
     Put("New session started at " + GetCurTime2() + "\n");
 }
 
@@ -29,7 +44,7 @@ CSessionLog::~CSessionLog() {
 }
 
 void CSessionLog::Write(CString text) {
-    if (!m_file || text.Find("qe_inter_cmd_") >= 0) return;
+    if (!m_file || !g_bSessionLog || text.Find("qe_inter_cmd_") >= 0) return;
     for (const char* end : {"\r\n", "\n", "\r"}) text.Replace(end, " ");
     Put("[" + GetCurTime2() + "] " + text + "\n");
 }

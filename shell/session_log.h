@@ -4,7 +4,8 @@
 
 #include "platform/string.h"
 
-/// Switches the log on (1) or off for the frames that are built from now on.
+/// Switches the log on (1) or off. On it has to be before a frame is built; off, the lines of a frame that stands are left
+/// out.
 void WriteQeTvoSessionLog(int on);
 int IsSessionLogOn();
 

@@ -25,17 +25,21 @@ CTvoFrameBase::CTvoFrameBase() {
     if (IsSessionLogOn()) m_log.Open();
 }
 
-// What goes on while panes die finds no frame any more.
 CTvoFrameBase::~CTvoFrameBase() {
-    m_bClosing = 1;
-    if (m_pOwnView) m_pOwnView->m_pFrame = nullptr;
-    m_cStatusBar.m_pView = nullptr;
+    BeginClosing();
     DestroyWindow();
     m_pView = nullptr;
     m_pOwnView.reset();
     m_pMenu.reset();
     m_pPrompt.reset();
     if (g_pFrame == this) g_pFrame = nullptr;
+}
+
+// What goes on while panes die finds no frame any more.
+void CTvoFrameBase::BeginClosing() {
+    m_bClosing = 1;
+    if (m_pOwnView) m_pOwnView->m_pFrame = nullptr;
+    m_cStatusBar.m_pView = nullptr;
 }
 
 void CTvoFrameBase::OnDestroy() { m_bClosing = 1; }
@@ -74,6 +78,7 @@ void CTvoFrameBase::OnCreateClient(CTvoDataBase* db) {
     g_cCmdMap.AddBasicCommands();
     g_cScrnMenuData.AddBasicScrnMenu();
     m_pOwnView.reset(GetGraphicView());
+    if (!m_pOwnView) m_pOwnView = std::make_unique<CTvoViewMgr>();
     m_pMenu = std::make_unique<CScrMenuView>();
     m_pPrompt = std::make_unique<CPromptView>();
     m_pView = m_pOwnView.get();
@@ -88,11 +93,11 @@ void CTvoFrameBase::OnCreateClient(CTvoDataBase* db) {
     m_outer.AddPane(*m_pPrompt);
     m_inner.AddPane(*m_pView);
     m_inner.AddPane(*m_pMenu);
+    m_bPanesStand = true;
     // What was dragged stays so at the next size.
     m_outer.m_onDragged = [this](int, int size) { m_nPromptHeight = GetClientRect().Height() - kBelowRow - size; };
     m_inner.m_onDragged = [this](int, int size) { m_nScrnMenuWidth = GetClientRect().Width() - size; };
     m_outer.SetMode(m_bShowPrompt);
-    m_cStatusBar.m_pView = m_pView;
     SyncStsToStatusBar();
 }
 
@@ -119,7 +124,7 @@ void CTvoFrameBase::Layout() {
 
 // Sizes of the view are reckoned from the whole window: bars at the edges take from the prompt.
 void CTvoFrameBase::OnSize(int width, int height) {
-    if (!m_pView || !m_pPrompt) return;
+    if (!m_bPanesStand) return;  // a view may ask for a layout while it is made
     const int column = std::max(0, m_bShowScrnMenu ? width - m_nScrnMenuWidth : width);
     const int row = std::max(0, (m_bShowPrompt ? height - m_nPromptHeight : height) - kBelowRow);
     const int top = m_cToolBar.IsWindow() ? CTvoToolBar::kHeight : 0;

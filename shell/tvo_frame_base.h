@@ -46,9 +46,9 @@ public:
     /// The seven basic commands. A host overrides it, and calls it for what it doesn't know.
     virtual void InvokeCommand(int id, int arg);
     virtual void AfterCommandComplete(int /*id*/) {}
-    /// A branch of the screen menu is about to open (1) or has been closed (0).
+    /// A branch of the screen menu opens (1) or closes (0). The item is the frame's for the call.
     virtual void OnExpandNode(CScrMenuItem*, int) {}
-    /// The graphic view, new; the frame owns it.
+    /// The graphic view, new; the frame owns it. Null: the library's own.
     virtual CTvoViewMgr* GetGraphicView();
     virtual void RepeatCommand();
     virtual void RegisterCommandRange(int base);  // once is enough
@@ -123,7 +123,8 @@ public:
     int m_nScrnMenuWidth = 110;       // pixels; dragging changes it
     int m_nPromptHeight = 155;        // likewise
     int m_bClosing = 0;
-    CTvoViewMgr* m_pView = nullptr;   // borrowed, or the one of m_pOwnView
+    /// The one of m_pOwnView, or borrowed: then who lent it takes it away, and m_pFrame from it, before either dies.
+    CTvoViewMgr* m_pView = nullptr;
     CTvoStatusBar m_cStatusBar;
     CTvoToolBar m_cToolBar;
     int m_nTick = 0;                  // signs shown so far
@@ -132,6 +133,8 @@ public:
     CFrameSink* m_pSink = nullptr;    // hears progress and prompts; borrowed, may be null
 
 protected:
+    /// First of all in a destructor, so that nothing speaks to a frame that is half gone.
+    void BeginClosing();
     void OnSize(int width, int height) override;
     void OnDestroy() override;
     void OnClose() override;
@@ -158,6 +161,7 @@ private:
     std::unique_ptr<CScrMenuView> m_pMenu;
     std::unique_ptr<CPromptView> m_pPrompt;
     CSessionLog m_log;
+    bool m_bPanesStand = false;
     unsigned m_nTickedDisplay = 0;  // the prompt's count of displays when the sign was put there
 };
 

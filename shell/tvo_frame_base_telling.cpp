@@ -93,7 +93,10 @@ void CTvoFrameBase::SetMouseMousePromptText(float x, float y) {
     if (const char* text = GetMMP_Text(x, y)) SetMouseMovePrompt(text);
 }
 
-void CTvoFrameBase::SyncStsToStatusBar() { m_cStatusBar.SyncStsFromView(); }
+void CTvoFrameBase::SyncStsToStatusBar() {
+    m_cStatusBar.m_pView = m_pView;
+    m_cStatusBar.SyncStsFromView();
+}
 
 void CTvoFrameBase::ShowProgress(int percent) {
     if (m_pSink) m_pSink->OnProgress(percent);

@@ -62,8 +62,8 @@ TEST_F(Table, CellsAreEditedInPlace) {
     Key(VK_RETURN);
     EXPECT_FALSE(table.IsEditing());
     EXPECT_EQ(table.GetRow(), 2) << "Enter goes on to the next row";
-    Key(0, "新");  // typing takes the text's place
-    EXPECT_EQ(table.GetEdit().GetWindowText(), CString("新"));
+    Key(0, "新轴");  // typing takes the text's place
+    EXPECT_EQ(table.GetEdit().GetWindowText(), CString("新轴"));
     Key(VK_ESCAPE);
     Key(VK_F2);
     Key(0, "!");
@@ -102,6 +102,22 @@ TEST_F(Table, BlocksGoThroughTheClipboard) {
     table.m_bSelectRows = true;
     Click({100, 30});
     EXPECT_EQ(table.BlockText(), CString("r0\t0\tok"));
+}
+
+TEST_F(Table, ABlockEndsWhereTheRowsDo) {
+    struct : CTableWnd {
+        int GetRowCount() const override { return m_rows; }
+        CString GetText(int row, int) const override { return row < m_rows ? CString("x") : CString("beyond"); }
+        int m_rows = 5;
+    } host;
+    host.AddColumn("a", 50);
+    host.Create(nullptr, {0, 0, 200, 200}, WindowKind::kTool);
+    host.SelectCell(4, 0);
+    host.SelectCell(1, 0, true);
+    host.m_rows = 3;
+    host.Refresh();
+    host.SelectCell(2, 0, true);
+    EXPECT_EQ(host.BlockText(), CString("x"));
 }
 
 TEST_F(Table, ScrollsWithinItsRows) {

@@ -546,6 +546,15 @@ std::unique_ptr<CSurface> Painted(const CChang& field, const ReliefView& view) {
     return surface;
 }
 
+TEST(FieldInSpace, ValuesAreSharesOfTheRulersRange) {
+    const auto field = Strip(2, 2, [](int x, int) { return x == 0 ? 0.0f : 10.0f; });
+    field->m_arrNode.Add({field->m_arrNode.GetSize() + 1, 0, 0, {40}});  // a node that no triangle has
+    const FieldRelief relief(*field);
+    float most = 0;
+    for (const FieldRelief::Point& p : relief.Points()) most = std::max(most, p.t);
+    EXPECT_EQ(most, 0.25f);
+}
+
 TEST(FieldInSpace, EachPixelShowsTheNearestTriangle) {
     // The oracle looks along a pixel's line of sight through all triangles, by plain vectors in double.
     std::mt19937 dice(8);

@@ -1,5 +1,6 @@
 // The frame around the view: screen menu, status bar, tool bar, layout, session log, other programs.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <filesystem>
 #include <fstream>
@@ -482,6 +483,9 @@ TEST_F(Shell, SessionLogInGbk) {
         Frame frame;
         frame.AppendPromptText("直线\r\n圆");
         frame.AppendPromptText("qe_inter_cmd_ 7");
+        WriteQeTvoSessionLog(0);
+        frame.AppendPromptText("unheard");
+        WriteQeTvoSessionLog(1);
     }
     const std::string text = GbkToUtf8(FileBytes(folder.m_path / "new" / "QeSession.log"));
     std::string shape;  // digits of the times left out
@@ -490,8 +494,28 @@ TEST_F(Shell, SessionLogInGbk) {
     EXPECT_EQ(shape, "New session started at -- ::\n[-- ::] 直线 圆\nSession ended at -- ::\n");
     G_strWorkPath = CString((folder.m_path / "new" / "QeSession.log").string() + "/");  // a file where a folder should be
     { Frame().AppendPromptText("x"); }
+    G_strWorkPath = CString(folder.m_path.string() + "/");  // a pipe that nobody reads
+    ASSERT_EQ(::mkfifo((folder.m_path / "QeSession.log").c_str(), 0600), 0);
+    { Frame().AppendPromptText("x"); }
     WriteQeTvoSessionLog(0);
     G_strWorkPath = oldPath;
+}
+
+/// A view that asks for a layout before its frame has all panes.
+TEST_F(Shell, AViewMayShowPanesWhileItIsMade) {
+    struct Hasty : CTvoViewMgr {
+        int OnCreate() override {
+            m_pFrame->ShowScrnMenu(0);
+            return CTvoViewMgr::OnCreate();
+        }
+    };
+    struct HastyFrame : CTvoFrameBase {
+        CTvoViewMgr* GetGraphicView() override { return new Hasty; }
+    } frame;
+    CGridDataBase db;
+    frame.Create(nullptr, {0, 0, 800, 600}, WindowKind::kFrame);
+    frame.CreatePanes(&db);
+    EXPECT_EQ(frame.GetDtView()->GetClientRect().Width(), 800);
 }
 
 // ---- other programs ---------------------------------------------------------------------------------------

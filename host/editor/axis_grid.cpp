@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "host/host_data_base.h"
+#include "platform/saturate.h"
 
 namespace {
 
@@ -171,7 +172,8 @@ AxisGrid ReadAxisGrid(bool arc, const AxisGridTexts& texts, double tolerance, st
                                  : SpacingRule{"开间", tolerance + 1, kLongestSpacing, kMostAxes};
     grid.across = ReadSpacings(texts.across, bays);
     grid.deep = ReadSpacings(texts.deep, {"进深", tolerance + 1, kLongestSpacing, kMostAxes});
-    grid.insert = static_cast<int>(TypedNumber(texts.insert).value_or(0));
+    const int insertions = static_cast<int>(InsertionNames(arc).size());
+    grid.insert = SaturatedInt(TypedNumber(texts.insert).value_or(0));
     grid.inner = TypedNumber(texts.inner).value_or(0);
     grid.turn = TypedNumber(texts.turn).value_or(0);
 
@@ -180,6 +182,10 @@ AxisGrid ReadAxisGrid(bool arc, const AxisGridTexts& texts, double tolerance, st
         if (wrong.empty()) wrong = next;
     };
     check(grid.deep.wrong);
+    if (grid.insert < 0 || grid.insert >= insertions) {
+        check("插入点: 没有第 " + std::to_string(grid.insert) + " 个");
+        grid.insert = 0;
+    }
     if (arc) check(CheckNumber(texts.inner, "内半径", 0, kLongestSpacing));
     check(CheckNumber(texts.turn, "转角", -kFullTurn, kFullTurn));
     if (!wrong.empty()) return grid;
@@ -193,20 +199,23 @@ AxisGrid ReadAxisGrid(bool arc, const AxisGridTexts& texts, double tolerance, st
     return grid;
 }
 
-int PlaceAxisGrid(CTvoHostDataBase& db, const AxisGrid& grid, AxisPoint at) {
-    if (!(std::fabs(at.x) <= kFarthest && std::fabs(at.y) <= kFarthest)) return 0;
+std::optional<int> PlaceAxisGrid(CTvoHostDataBase& db, const AxisGrid& grid, AxisPoint at) {
+    if (!(std::fabs(at.x) <= kFarthest && std::fabs(at.y) <= kFarthest)) return {};
     const AxisPlacing place(grid, at);
     const auto point = [&](AxisPoint p) {
         const AxisPoint placed = place(p);
         return CFPoint(static_cast<float>(placed.x), static_cast<float>(placed.y), 0);
     };
     const std::vector<AxisPiece> pieces = grid.Pieces();
+    int made = 0;
     db.Start();
     db.DoEdit([&] {
-        // Half the sweep, negative for what runs anticlockwise.
-        for (const AxisPiece& piece : pieces)
-            db.AddNetLine(point(piece.from), point(piece.to), piece.sweep > 0,
-                          static_cast<float>(-piece.sweep / 2));
+        for (const AxisPiece& piece : pieces) {
+            // Half the sweep, negative for what runs anticlockwise.
+            const auto bulge = static_cast<float>(-piece.sweep / 2);
+            db.AddNetLine(point(piece.from), point(piece.to), piece.sweep > 0, bulge);
+            if (!db.m_bLineExisted && !db.m_bLineDegenerate) ++made;
+        }
     });
-    return static_cast<int>(pieces.size());
+    return made;
 }

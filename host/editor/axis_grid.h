@@ -1,5 +1,6 @@
 // A net of axes by spacings, straight or round.
 #pragma once
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -65,6 +66,6 @@ struct AxisGridTexts {
 /// Reads them; what is wrong goes to `wrong`, empty for nothing.
 AxisGrid ReadAxisGrid(bool arc, const AxisGridTexts& texts, double tolerance, std::string& wrong);
 
-/// Puts the grid into the model as one undo step, plates following. Gives the number of pieces; 0 and no step
-/// for a place too far out to draw there.
-int PlaceAxisGrid(CTvoHostDataBase& db, const AxisGrid& grid, AxisPoint at);
+/// Puts the grid into the model as one undo step, plates following. Gives the number of pieces that are new;
+/// nothing and no step for a place too far out to draw there.
+std::optional<int> PlaceAxisGrid(CTvoHostDataBase& db, const AxisGrid& grid, AxisPoint at);

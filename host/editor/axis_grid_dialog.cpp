@@ -43,13 +43,13 @@ private:
     }
 
     unsigned TakePoint(const CFPoint& p) {
-        const int pieces = PlaceAxisGrid(static_cast<CTvoHostDataBase&>(*m_pDataBase), m_grid,
+        const std::optional<int> pieces = PlaceAxisGrid(static_cast<CTvoHostDataBase&>(*m_pDataBase), m_grid,
                                          {static_cast<double>(p.x), static_cast<double>(p.y)});
-        if (pieces == 0) {
+        if (!pieces) {
             AppendPromptText("*插入点太远*");
             return kAwaited;
         }
-        AppendPromptText(CString("生成轴网: " + std::to_string(pieces) + " 段轴线"));
+        AppendPromptText(CString("生成轴网: " + std::to_string(*pieces) + " 段轴线"));
         return QS_FINISH;
     }
 

@@ -13,6 +13,7 @@
 #include "host/host_data_base.h"
 #include "model/profile.h"
 #include "platform/canvas/dc.h"
+#include "platform/canvas/system_metrics.h"
 #include "platform/saturate.h"
 #include "platform/window_system.h"
 
@@ -32,8 +33,7 @@ constexpr unsigned kRestTimer = 1;
 constexpr int kRest = 200;          // ms
 constexpr int kBar = 40, kGap = 8;  // units
 constexpr int kRulerWidth = 110, kRulerHeight = 420;
-constexpr COLORREF kBarColor = RGB(236, 236, 236), kEdge = RGB(150, 150, 150), kInk = RGB(30, 30, 30),
-                   kKnob = RGB(60, 120, 200);
+constexpr COLORREF kKnob = RGB(60, 120, 200);
 
 struct PartLook {
     const char* caption;
@@ -179,31 +179,31 @@ void CChang3DView::DrawRuler(CDC& dc, const CRect& area) {
 
 void CChang3DView::DrawBar(CDC& dc) {
     const CRect client = GetClientRect();
-    dc.FillSolidRect(CRect(0, Area().bottom, client.right, client.bottom), kBarColor);
-    dc.SetTextColor(kInk);
+    const COLORREF face = GetSysColor(COLOR_BTNFACE), edge = GetSysColor(COLOR_BTNSHADOW), ink = GetSysColor(COLOR_BTNTEXT);
+    dc.FillSolidRect(CRect(0, Area().bottom, client.right, client.bottom), face);
+    dc.SetTextColor(ink);
     for (const Part part : {kExit, kRefresh, kSetMost}) {
         CRect place = Place(part);
-        const bool down = m_pressed == part;
-        dc.FillSolidRect(place, down ? RGB(205, 215, 230) : RGB(250, 250, 250));
-        dc.Draw3dRect(place, kEdge, kEdge);
+        dc.FillSolidRect(place, m_pressed == part ? edge : GetSysColor(COLOR_WINDOW));
+        dc.Draw3dRect(place, edge, edge);
         dc.SetBkMode(TRANSPARENT);
         dc.DrawText(kParts[part].caption, -1, &place, DT_CENTER | DT_VCENTER | DT_SINGLELINE);
     }
     const CRect slider = Place(kSlider);
     const int middle = (slider.top + slider.bottom) / 2,
               knob = slider.left + SaturatedInt(m_ratio / m_most * slider.Width(), 0, slider.Width());
-    dc.FillSolidRect(CRect(slider.left, middle - 2, slider.right, middle + 2), kEdge);
+    dc.FillSolidRect(CRect(slider.left, middle - 2, slider.right, middle + 2), edge);
     dc.FillSolidRect(CRect(slider.left, middle - 2, knob, middle + 2), kKnob);
     dc.FillSolidRect(CRect(knob - 4, slider.top + 3, knob + 4, slider.bottom - 3), kKnob);
     const CRect box = Place(kMost);
-    dc.FillSolidRect(box, RGB(255, 255, 255));
-    dc.Draw3dRect(box, m_typing ? kKnob : kEdge, m_typing ? kKnob : kEdge);
+    dc.FillSolidRect(box, GetSysColor(COLOR_WINDOW));
+    dc.Draw3dRect(box, m_typing ? kKnob : edge, m_typing ? kKnob : edge);
     dc.SetBkMode(TRANSPARENT);
     CRect text = Inside(box, 4);
     dc.DrawText(CString(m_typed), &text, DT_LEFT | DT_VCENTER | DT_SINGLELINE);
     if (m_typing) {
         const int caret = text.left + dc.GetTextExtent(CString(m_typed)).cx + 1;
-        dc.FillSolidRect(CRect(caret, box.top + 4, caret + 1, box.bottom - 4), kInk);
+        dc.FillSolidRect(CRect(caret, box.top + 4, caret + 1, box.bottom - 4), ink);
         dc.SetBkMode(TRANSPARENT);
     }
     CRect rest(Place(kSetMost).right + 2 * kGap, Area().bottom, client.right - kGap, client.bottom);
@@ -226,6 +226,12 @@ void CChang3DView::TakeMost() {
     Invalidate();
 }
 
+void CChang3DView::LeaveBox() {
+    m_typing = false;
+    m_typed = NumberText(m_most);
+    Invalidate();
+}
+
 void CChang3DView::Press(Part part) {
     if (part == kExit) SendMessage(WM_CLOSE);
     else if (part == kRefresh) Refresh();
@@ -238,8 +244,7 @@ void CChang3DView::SlideTo(int x) {
     Moving();
 }
 
-// ---- turning, moving, zooming
-// -------------------------------------------------------------------------------
+// ---- turning, moving, zooming -----------------------------------------------------------------------------
 
 void CChang3DView::Turn(double alpha, double beta) {
     m_alpha = std::remainder(m_alpha + alpha, 2 * kPi);
@@ -272,6 +277,7 @@ void CChang3DView::OnTimer(unsigned id) {
 }
 
 void CChang3DView::StartDrag(Drag drag, UINT, CPoint p) {
+    if (m_typing && PartAt(p) != kSetMost) LeaveBox();
     m_drag = drag;
     m_last = p;
     SetFocus();
@@ -340,10 +346,8 @@ BOOL CChang3DView::OnMouseWheel(UINT, int delta, CPoint screen) {
 void CChang3DView::OnKeyDown(UINT key, LPARAM) {
     if (m_typing) {
         if (key == VK_RETURN) TakeMost();
-        if (key != VK_ESCAPE) return;  // what is typed comes as characters
-        m_typing = false;
-        m_typed = NumberText(m_most);
-        return Invalidate();
+        if (key == VK_ESCAPE) LeaveBox();
+        return;  // what is typed comes as characters
     }
     const CPoint middle = Area().CenterPoint();
     switch (key) {

@@ -57,6 +57,7 @@ private:
     Part PartAt(CPoint p) const;
     void Press(Part part);
     void TakeMost();  // from its box
+    void LeaveBox();  // and what was typed there
     void SlideTo(int x);
     void StartDrag(Drag drag, UINT keys, CPoint p);
     void EndDrag();
@@ -68,7 +69,6 @@ private:
 
     CTvoHostDataBase& m_db;  // borrowed
     std::uint32_t m_id;      // of the field
-    std::string m_title;     // of the field
     FieldRelief m_relief;    // all of it
     FieldRelief m_thin;      // for moving; empty when all are few enough
     ReliefColors m_colors{};

@@ -22,6 +22,7 @@ CEditFrame::CEditFrame(CTvoHostDataBase& db) : m_db(db), m_document(std::make_un
 }
 
 CEditFrame::~CEditFrame() {
+    BeginClosing();
     DestroyWindow();  // while OnDestroy is still this class's
     if (CWindowSystem* system = CWindowSystem::Current()) system->m_onIdle = nullptr;
     m_recorder.reset();

@@ -18,6 +18,7 @@
 #include "host/field_look.h"
 #include "host/fields/field_file.h"
 #include "host/host_data_base.h"
+#include "platform/saturate.h"
 #include "platform/window_system.h"
 #include "shell/tvo_frame_base.h"
 #include "view/dt_work_ex.h"
@@ -147,7 +148,7 @@ public:
 private:
     int On(const char* name) const { return m_form.Value(name) == "1" ? 1 : 0; }
     int Choice(const char* name) const {
-        return static_cast<int>(TypedNumber(m_form.Value(name)).value_or(-1));
+        return SaturatedInt(TypedNumber(m_form.Value(name)).value_or(-1));
     }
     bool Among(const char* name, std::size_t count) const {
         return Choice(name) >= 0 && Choice(name) < static_cast<int>(count);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 #include "fields/chang.h"
 #include "fields/field_mesh.h"
@@ -10,12 +11,28 @@
 #include "platform/canvas/surface.h"
 #include "platform/saturate.h"
 
+namespace {
+
+/// Of all values, also of nodes without a triangle, as ruler and clouds have it.
+std::pair<double, double> RangeOf(const CFieldMesh& mesh, int nodes) {
+    double min = std::numeric_limits<double>::infinity(), max = -min;
+    for (int i = 0; i < nodes; ++i) {
+        const double value = static_cast<double>(mesh.Value(i));
+        if (!std::isfinite(value)) continue;
+        min = std::min(min, value);
+        max = std::max(max, value);
+    }
+    return {min, max};
+}
+
+}  // namespace
+
 FieldRelief::FieldRelief(const CChang& field) {
     CFieldMesh mesh(field);
     mesh.Refresh();
     std::vector<int> place(static_cast<std::size_t>(field.m_arrNode.GetSize()),
                            -1);  // of a node among the points
-    double minX = 0, maxX = 0, minY = 0, maxY = 0, min = 0, max = 0;
+    double minX = 0, maxX = 0, minY = 0, maxY = 0;
     for (const CChangTri& tri : field.m_arrTri) {
         CFieldMesh::Corners corners;
         if (!mesh.FindUsable(tri, corners)) continue;
@@ -32,12 +49,12 @@ FieldRelief::FieldRelief(const CChang& field) {
                 };
                 widen(minX, maxX, m_aPoint.back().x);
                 widen(minY, maxY, m_aPoint.back().y);
-                widen(min, max, m_aPoint.back().t);
             }
             triangle[k] = at;
         }
         m_aTriangle.push_back(triangle);
     }
+    const auto [min, max] = RangeOf(mesh, field.m_arrNode.GetSize());
     const double half =
         std::max(std::hypot(maxX - minX, maxY - minY) / 2, std::numeric_limits<double>::min());
     const double range = max - min;

@@ -23,7 +23,7 @@ std::string Quoted(std::string_view unit) {
 
 template <class Number>
 bool ReadWhole(std::string_view text, Number& value) {
-    if (text.starts_with('+')) text.remove_prefix(1);
+    if (text.starts_with('+') && !text.starts_with("+-")) text.remove_prefix(1);
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
     return !text.empty() && error == std::errc() && end == text.data() + text.size();
 }
