@@ -213,6 +213,7 @@ void CWnd::Present() {
 
 void CWnd::UpdateWindow() {
     if (m_invalid) Paint();
+    if (!m_unshown) return;  // a progress bar is told the same percentage many times
     Present();
     if (m_peer) m_peer->ShowNow();
 }

@@ -149,6 +149,12 @@ CSingleSelect::CSingleSelect(CTvoViewKernel* view, CTvoDataBase* db) : CSelectCo
     m_strPrompt = "单选, 按<TAB>键切换到其他选择方式, 鼠标右键结束选择";
 }
 
+CFRect CSingleSelect::PickBox(const CFPoint& point) const {
+    const CPoint pixel = m_pView->PixelOf(point);
+    const int left = pixel.x - CATCH_SIZE / 2, top = pixel.y - CATCH_SIZE / 2;
+    return m_pView->m_cCoor.DPtoFP(CRect(left, top, left + CATCH_SIZE, top + CATCH_SIZE));
+}
+
 unsigned CSingleSelect::OnMouseNotify(unsigned event, unsigned keys, CFPoint point) {
     return event == MN_LDOWN ? OnLeftButton(keys, point) : OnRightButton(keys, point);
 }
@@ -168,9 +174,7 @@ unsigned CSingleSelect::OnLeftButton(unsigned keys, CFPoint point) {
         if (!query()) return DTW_NONE;
         return answer & QS_POINT ? give(OH_POINT, &point) : 0;
     }
-    const CPoint pixel = m_pView->PixelOf(point);
-    const int left = pixel.x - CATCH_SIZE / 2, top = pixel.y - CATCH_SIZE / 2;
-    CFRect box = m_pView->m_cCoor.DPtoFP(CRect(left, top, left + CATCH_SIZE, top + CATCH_SIZE));
+    CFRect box = PickBox(point);
     Init();
     if (m_pOwner && !query()) return DTW_NONE;
     if (m_pOwner && (answer & QS_SELECT)) {

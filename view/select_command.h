@@ -1,5 +1,6 @@
 // The stock commands that pick components.
 #pragma once
+#include "geometry/frect.h"
 #include "platform/containers.h"
 #include "view/dt_work_ex.h"
 
@@ -23,6 +24,8 @@ public:
 
     void Init();
     void CopyMap(CSelectCommand* other);
+    /// Draws what the last action changed into the base map, so that it shows without a rebuild.
+    void ModifyBaseMap();
     void TakeFilter(std::uint8_t type, const CByteArray& types);
 
     CDtWorkEx* m_pOwner = nullptr;                      // owned
@@ -33,8 +36,6 @@ protected:
     /// Calls a hook of the owner: false if the owner has ended by it.
     template <class F>
     bool Ask(F hook);
-    /// Draws what the last action changed into the base map, so that it shows without a rebuild.
-    void ModifyBaseMap();
 
 private:
     void EndOwner(int bCancel);  // and takes itself out of work
@@ -46,6 +47,7 @@ public:
     CSingleSelect(CTvoViewKernel* view, CTvoDataBase* db);
     unsigned OnMouseNotify(unsigned event, unsigned keys, CFPoint point) override;
     void DrawCursor(CTvoViewKernel* view, CFPoint& at, CDC* dc) override;
+    CFRect PickBox(const CFPoint& point) const;  // CATCH_SIZE pixels about the point, world
 
 private:
     void DrawRectCursor(CTvoViewKernel* view, CFPoint& at, CDC* dc);

@@ -7,10 +7,11 @@
 #include "host/edit_commands.h"
 #include "host/editor/command_table.h"
 #include "host/editor/document.h"
-#include "host/editor/reason_text.h"
-#include "host/editor/setting_dialogs.h"
+#include "host/editor/edit_view.h"
 #include "host/editor/plate_paint.h"
+#include "host/editor/reason_text.h"
 #include "host/editor/session_recorder.h"
+#include "host/editor/setting_dialogs.h"
 #include "platform/number_text.h"
 #include "platform/window_system.h"
 #include "shell/scr_menu_view.h"
@@ -48,6 +49,8 @@ void CEditFrame::Open(const CRect& place, const std::string& file) {
     else if (!before.empty() && before.front() == m_document->Path()) View().ReadLastCoordinateFromReg();
     FocusToCommandLine();
 }
+
+CTvoViewMgr* CEditFrame::GetGraphicView() { return new CEditView; }
 
 // ---- commands ---------------------------------------------------------------------------------------------
 

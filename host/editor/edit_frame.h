@@ -28,6 +28,7 @@ public:
     void Open(const CRect& place, const std::string& file = {});
 
     void InvokeCommand(int id, int arg) override;
+    CTvoViewMgr* GetGraphicView() override;
     void SetSnapOption() override;  // asks for switches, what is snapped to and the symbol's size
 
     CTvoHostDataBase& DataBase() { return m_db; }
