@@ -1,5 +1,5 @@
-// The whole editor killed at each single operation on the disk and at each event of a drag: what comes back is the model
-// after the last step that was written whole.
+// The whole editor killed at each single operation on the disk and at each event of a drag: what comes back
+// is the model after the last step that was written whole.
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
@@ -30,7 +30,8 @@ std::vector<std::string> LinesOf(const std::string& text) {
     return lines;
 }
 
-/// A step goes into the journal with one write under its own name; when a journal begins, its file has another.
+/// A step goes into the journal with one write under its own name; when a journal begins, its file has
+/// another.
 bool IsStep(const std::string& operation, const char* call) {
     return operation.starts_with(std::string(call) + " .") && operation.ends_with("-journal");
 }
@@ -54,12 +55,15 @@ protected:
     }
     ~Kill() override {
         Release();
-        for (const char* name : {"XDG_STATE_HOME", "TVO_KILL_FOLDER", "TVO_KILL_LOG", "ASAN_OPTIONS", "LD_PRELOAD"}) ::unsetenv(name);
+        for (const char* name :
+             {"XDG_STATE_HOME", "TVO_KILL_FOLDER", "TVO_KILL_LOG", "ASAN_OPTIONS", "LD_PRELOAD"})
+            ::unsetenv(name);
     }
 
     /// A fresh folder with the model, and the editor on it with a hand at its input.
     void Start(KillPoint point) {
-        for (const auto& entry : std::filesystem::directory_iterator(m_folder.Path())) std::filesystem::remove_all(entry);
+        for (const auto& entry : std::filesystem::directory_iterator(m_folder.Path()))
+            std::filesystem::remove_all(entry);
         m_folder.Write("house.tvo", m_house);
         std::filesystem::remove(m_beside.File("log"));
         int in[2], out[2];
@@ -113,7 +117,8 @@ protected:
     std::vector<std::string> Operations() const { return LinesOf(ReadWholeFile(m_beside.File("log"))); }
     std::size_t Steps(const char* call = "write") const {
         const auto all = Operations();
-        return static_cast<std::size_t>(std::count_if(all.begin(), all.end(), [&](const auto& o) { return IsStep(o, call); }));
+        return static_cast<std::size_t>(
+            std::count_if(all.begin(), all.end(), [&](const auto& o) { return IsStep(o, call); }));
     }
 
     /// Plays it to the end: m_states becomes the model behind each step that went to the disk.
@@ -136,7 +141,8 @@ protected:
     /// Opens what is there as the user would after the crash, and goes on.
     std::string Recovered(const char* name) {
         const TvoRun run = RunTvo({"play"}, "editor 800 600 " + m_folder.File(name) +
-                                                "\nanswer recover 0\njournal\ndump\ntype Save \npath " + m_folder.File("other.tvo") + "\ntype SaveAs \nclose\n");
+                                                "\nanswer recover 0\njournal\ndump\ntype Save \npath " +
+                                                m_folder.File("other.tvo") + "\ntype SaveAs \nclose\n");
         EXPECT_EQ(run.err, "");
         const std::size_t end = run.out.find("{\"type\":\"close\",\"closed\":true}");
         return end == std::string::npos ? "not closed: " + run.out : run.out.substr(0, end);
@@ -152,12 +158,13 @@ protected:
 /// Steps of every kind, three saves, the last of them under another name.
 std::vector<std::string> Edits(const std::string& other) {
     std::vector<std::string> edits;
-    for (const char* line : {"Line 0,1000 0,9000 ", "Rect 0,2000 6000,6000 ", "FormPlates ", "Save ", "Line 3000,2000 3000,6000 ",
-                             "u ", "redo ", "Circle 9000,4000 @1000<0 ", "Save ", "PLine 0,9000 9000,9000 ", "9000,5000 ", "c ",
-                             "FormPlates "})
+    for (const char* line : {"Line 0,1000 0,9000 ", "Rect 0,2000 6000,6000 ", "FormPlates ", "Save ",
+                             "Line 3000,2000 3000,6000 ", "u ", "redo ", "Circle 9000,4000 @1000<0 ", "Save ",
+                             "PLine 0,9000 9000,9000 ", "9000,5000 ", "c ", "FormPlates "})
         edits.push_back(std::string("type ") + line);
     edits.push_back("path " + other);
-    for (const char* line : {"SaveAs ", "Line 1000,0 1000,9000 ", "u "}) edits.push_back(std::string("type ") + line);
+    for (const char* line : {"SaveAs ", "Line 1000,0 1000,9000 ", "u "})
+        edits.push_back(std::string("type ") + line);
     return edits;
 }
 
@@ -172,7 +179,8 @@ TEST_F(Kill, AtEachOperationOnTheDisk) {
         const std::string& operation = m_operations[at - 1];
         const auto is = [&](const char* call) { return operation.starts_with(call); };
         const bool syncs = is("fsync") || is("fdatasync");
-        if (IsStep(operation, "write") || syncs || is("link") || is("unlink .")) points.push_back({at, "before"});
+        if (IsStep(operation, "write") || syncs || is("link") || is("unlink ."))
+            points.push_back({at, "before"});
         if (is("write")) points.push_back({at, "half"});
         if (syncs || is("rename")) points.push_back({at, "power"});
     }
@@ -204,7 +212,8 @@ TEST_F(Kill, AtEachOperationOnTheDisk) {
 TEST_F(Kill, AtEachEventOfADrag) {
     std::vector<std::string> session;
     const auto drag = [&](int x, int y) {
-        for (int i = 1; i <= 4; ++i) session.push_back("move " + std::to_string(x + 11 * i) + " " + std::to_string(y + 7 * i));
+        for (int i = 1; i <= 4; ++i)
+            session.push_back("move " + std::to_string(x + 11 * i) + " " + std::to_string(y + 7 * i));
     };
     const auto click = [&](int x, int y) {
         const std::string place = std::to_string(x) + " " + std::to_string(y);
@@ -246,8 +255,10 @@ TEST_F(Kill, AtEachEventOfADrag) {
         ASSERT_LT(whole, m_states.size());
         const std::string came = Recovered("house.tvo");
         // The write may have been under way, and be told no more.
-        ASSERT_TRUE(came == m_states[whole] || (!handled && came == m_states[std::min(whole + 1, m_states.size() - 1)]))
-            << whole << " steps written, but there came\n" << came;
+        ASSERT_TRUE(came == m_states[whole] ||
+                    (!handled && came == m_states[std::min(whole + 1, m_states.size() - 1)]))
+            << whole << " steps written, but there came\n"
+            << came;
         seen.insert(came);
         ++deaths;
     }

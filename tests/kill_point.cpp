@@ -1,9 +1,8 @@
 // Loaded before a program (LD_PRELOAD), lets it die by SIGKILL at an operation on the files of a folder.
 //   TVO_KILL_FOLDER  the folder, with a slash at its end; operations elsewhere don't count
-//   TVO_KILL_LOG     a file that gets a line for each operation that was done: "write NAME", "rename NAME TO" ...
-//   TVO_KILL_ON      only operations of which the line begins so count; unset: all
-//   TVO_KILL_AT      which of them is the last, from 1; it isn't done
-//   TVO_KILL_HOW     half: half of it is done, if it is a write
+//   TVO_KILL_LOG     a file that gets a line for each operation that was done: "write NAME", "rename NAME TO"
+//   ... TVO_KILL_ON      only operations of which the line begins so count; unset: all TVO_KILL_AT      which
+//   of them is the last, from 1; it isn't done TVO_KILL_HOW     half: half of it is done, if it is a write
 //                    power: with it goes what was written and not synced
 #include <dlfcn.h>
 #include <fcntl.h>
@@ -49,7 +48,9 @@ std::vector<Written>& AllWritten() {
 Written* WrittenLike(int file) {
     const auto status = StatusOf(file);
     for (Written& written : AllWritten())
-        if (const auto own = StatusOf(written.file); own.st_ino == status.st_ino && own.st_dev == status.st_dev) return &written;
+        if (const auto own = StatusOf(written.file);
+            own.st_ino == status.st_ino && own.st_dev == status.st_dev)
+            return &written;
     return nullptr;
 }
 
@@ -68,7 +69,8 @@ std::string NameOf(int file) {
 }
 
 void Log(const std::string& line) {
-    static const int log = Real<Open>("open")(Setting("TVO_KILL_LOG").c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0666);
+    static const int log =
+        Real<Open>("open")(Setting("TVO_KILL_LOG").c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0666);
     static auto* const write = Real<ssize_t(int, const void*, std::size_t)>("write");
     const std::string whole = line + "\n";
     if (log >= 0) (void)!write(log, whole.data(), whole.size());
@@ -77,7 +79,8 @@ void Log(const std::string& line) {
 [[noreturn]] void Die(const std::string& operation) {
     if (Setting("TVO_KILL_HOW") == "power")
         for (const Written& written : AllWritten())
-            if (StatusOf(written.file).st_size > written.synced) (void)!Real<int(int, off_t)>("ftruncate")(written.file, written.synced);
+            if (StatusOf(written.file).st_size > written.synced)
+                (void)!Real<int(int, off_t)>("ftruncate")(written.file, written.synced);
     Log("died before " + operation);
     for (;;) ::kill(::getpid(), SIGKILL);
 }
@@ -99,7 +102,8 @@ auto Counted(bool counts, const std::string& operation, Work work) {
 int Sync(const char* call, int file) {
     const std::string name = NameOf(file);
     return Counted(!name.empty(), std::string(call) + " " + name, [&] {
-        // The disk isn't waited for: a process that dies takes nothing with it, and what power would is known here.
+        // The disk isn't waited for: a process that dies takes nothing with it, and what power would is known
+        // here.
         if (Written* const written = WrittenLike(file)) written->synced = StatusOf(file).st_size;
         return 0;
     });
@@ -142,7 +146,8 @@ int fdatasync(int file) { return Sync("fdatasync", file); }
 
 int ftruncate(int file, off_t length) noexcept {
     const std::string name = NameOf(file);
-    return Counted(!name.empty(), "truncate " + name, [&] { return Real<int(int, off_t)>("ftruncate")(file, length); });
+    return Counted(!name.empty(), "truncate " + name,
+                   [&] { return Real<int(int, off_t)>("ftruncate")(file, length); });
 }
 
 int rename(const char* from, const char* to) noexcept {

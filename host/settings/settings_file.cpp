@@ -10,11 +10,11 @@
 #include <filesystem>
 #include <new>
 
+#include "host/editor/reason_text.h"
 #include "host/failure.h"
 #include "host/models/durable_file.h"
 #include "host/models/file_system.h"
 #include "platform/code_page.h"
-#include "platform/whole_file.h"
 
 namespace {
 
@@ -118,7 +118,7 @@ void SettingsFile::Load() {
     if (fs::file_size(m_path, error) > kLongestFile || error) return SetAside("文件太大");
     int reason = 0;
     const std::string text = ReadFileBytes(m_path, reason);
-    if (reason != 0) return SetAside(ErrorReason(reason));
+    if (reason != 0) return SetAside(ReasonOf(reason));
     if (text.find('\0') != text.npos || !IsUtf8(text)) return SetAside("内容不是文本");
     if (const std::size_t bad = TakeLines(text)) SetAside("有 " + std::to_string(bad) + " 行读不懂, 其余照用");
 }
@@ -195,6 +195,6 @@ void SettingsFile::Save() {
         m_rewrite = false;
         m_told = false;
     } catch (const std::exception& failure) {
-        if (!std::exchange(m_told, true)) Tell(std::string("设置没有保存: ") + failure.what());
+        if (!std::exchange(m_told, true)) Tell("设置没有保存到 " + m_path + ": " + ReasonInChinese(failure.what(), m_path));
     }
 }
