@@ -35,8 +35,9 @@ const char* const kAbout =
 const char* const kRecordAbout =
     "Opens the editor as tvo edit does and writes down what is done in it: the pointer, the keys, what dialogs\n"
     "were answered, how long a drag's trial took. tvo play SCRIPT repeats it exactly, without a screen: a fault\n"
-    "is best reported so. The model that it began with goes beside as SCRIPT.start.tvo. Each line is in the file\n"
-    "before it is carried out, so that a crash is told to its last click. In the editor 记录 does the same.\n"
+    "is best reported so. What it reads is copied to the folder SCRIPT.files, which goes with the script; files of\n"
+    "more than 256 MB are only named. Each line is in the file before it is carried out, so that a crash is told to\n"
+    "its last click. In the editor 记录 does the same, also afterwards, from the start of the session.\n"
     "\n"
     "Status: as that of tvo edit.\n";
 
@@ -146,8 +147,7 @@ int RunEditor(const EditOptions& options) {
         frame.Open(place, options.file);
         for (const std::string& message : settings.TakeMessages()) frame.Tell(message);
         frame.Document().KeepJournal();
-        const bool bare = frame.Document().Path().empty() && !frame.Document().IsModified();
-        if (!options.record.empty()) frame.StartRecording(options.record, bare);
+        if (!options.record.empty()) frame.StartRecording(options.record, true);
         if (options.measure) measure.Opened();
         status = module.System().RunLoop();
     }

@@ -1,5 +1,6 @@
 // tvo play: a session at the editor's view, event by event.
 #include <CLI/CLI.hpp>
+#include <filesystem>
 #include <iostream>
 #include <memory>
 #include <string>
@@ -54,6 +55,8 @@ Command AddPlayCommand(CLI::App& app) {
                 }
                 PlaySession session(std::cout, module ? &module->System() : nullptr);
                 session.m_record = *record;
+                if (options->file != "-")
+                    session.m_folder = std::filesystem::path(options->file).parent_path().string();
                 return ReadScript(*options, [&](std::string_view line) { session.Run(line); });
             }};
 }

@@ -28,7 +28,7 @@ void OpenEditor(PlaySession& session, const Words& words) {
     const bool sized = words.size() > 2;
     const int width = sized ? static_cast<int>(ScriptInteger(words[1], "W", 0, kLargestWindow)) : 1200;
     const int height = sized ? static_cast<int>(ScriptInteger(words[2], "H", 0, kLargestWindow)) : 800;
-    session.UseEditor(width, height, words.size() > 3 ? words[3] : "");
+    session.UseEditor(width, height, words.size() > 3 ? session.FileNamed(words[3]) : "");
 }
 
 // ---- other windows ----------------------------------------------------------------------------------------
@@ -64,19 +64,22 @@ void Act(PlaySession& session, CWnd& window, const Words& words, std::size_t at)
         session.m_system.DeliverKey(window, key.key, key.shift, key.control, key.text);
     } else if (what == "type") {
         need(1, "TEXT");
-        session.m_system.DeliverKey(window, 0, false, false, words[at + 1]);
+        session.m_system.DeliverKey(window, 0, false, false, UnescapedWord(words[at + 1]));
     } else if (what == "size") {
         need(2, "W and H");
         const CRect now = window.GetWindowRect();
-        window.MoveWindow({now.left, now.top, now.left + static_cast<int>(ScriptInteger(words[at + 1], "W", 0, kLargestWindow)),
-                           now.top + static_cast<int>(ScriptInteger(words[at + 2], "H", 0, kLargestWindow))});
-        session.m_system.Drain();
+        const CSize size(static_cast<int>(ScriptInteger(words[at + 1], "W", 0, kLargestWindow)),
+                         static_cast<int>(ScriptInteger(words[at + 2], "H", 0, kLargestWindow)));
+        SizeWindow(session.m_system, window, size, {now.left, now.top, now.left + size.cx, now.top + size.cy});
+    } else if (what == "leave") {
+        need(0, "nothing");
+        session.m_system.DeliverLeave(window);
     } else if (what == "close") {
         need(0, "nothing");
         session.m_system.DeliverClose(window);
     } else {
         throw ScriptFailure{"'" + what + "' is nothing that happens in a window; move, ldown, lup, ldbl, mdown, mup, rdown, rup, "
-                                         "wheel, key, type, size and close are"};
+                                         "wheel, key, type, size, leave and close are"};
     }
 }
 
@@ -89,6 +92,13 @@ CWnd& Named(PlaySession& session, const std::string& name) {
 void ActInPane(PlaySession& session, const Words& words) { Act(session, Named(session, words[0]), words, 1); }
 void ActInWindow(PlaySession& session, const Words& words) { Act(session, Named(session, words[1]), words, 2); }
 
+void Timer(PlaySession& session, const Words& words) {
+    CWnd& window = words[1] == "frame"  ? static_cast<CWnd&>(session.Editor())
+                   : words[1] == "view" ? static_cast<CWnd&>(session.View())
+                                        : Named(session, words[1]);
+    session.m_system.DeliverTimer(window, static_cast<unsigned>(ScriptInteger(words[2], "ID", 0, 1000000)));
+}
+
 void Close(PlaySession& session, const Words&) {
     CEditFrame& frame = session.Editor();
     session.m_system.DeliverClose(frame);
@@ -98,13 +108,14 @@ void Close(PlaySession& session, const Words&) {
 void Journal(PlaySession& session, const Words&) { session.Editor().Document().KeepJournal(); }
 
 void Drop(PlaySession& session, const Words& words) {
-    session.m_system.DeliverDrop(session.Editor().View(), {words.begin() + 1, words.end()});
+    std::vector<std::string> files;
+    for (std::size_t i = 1; i < words.size(); ++i) files.push_back(session.FileNamed(words[i]));
+    session.m_system.DeliverDrop(session.Editor().View(), files);
 }
 
 // ---- answers laid ready -----------------------------------------------------------------------------------
 
 void Answer(PlaySession& session, const Words& words) {
-    session.Editor();
     DialogAnswer answer;
     answer.m_dialog = words[1];
     std::size_t i = 2;
@@ -121,12 +132,21 @@ void Answer(PlaySession& session, const Words& words) {
 }
 
 void Path(PlaySession& session, const Words& words) {
-    session.Editor();
     if (words[1] == "cancel") session.m_system.m_paths.emplace_back(std::nullopt);
-    else session.m_system.m_paths.emplace_back(words[1]);
+    else session.m_system.m_paths.emplace_back(session.FileNamed(words[1]));
 }
 
 void Clipboard(PlaySession& session, const Words& words) { session.m_system.m_clipboard = UnescapedWord(words[1]); }
+
+void Program(PlaySession& session, const Words& words) {
+    ProcessOutput output;
+    output.m_started = ScriptInteger(words[1], "0|1", 0, 1) != 0;
+    output.m_timedOut = ScriptInteger(words[2], "0|1", 0, 1) != 0;
+    output.m_status = static_cast<int>(ScriptInteger(words[3], "STATUS", -1, 255));
+    output.m_text = UnescapedWord(words[4]);
+    output.m_errors = UnescapedWord(words[5]);
+    session.m_system.m_outputs.push_back(std::move(output));
+}
 
 void Ticks(PlaySession& session, const Words& words) {
     for (std::size_t i = 1; i < words.size(); ++i)
@@ -159,13 +179,19 @@ constexpr PlayEvent kEvents[] = {
     {"menu", "WHAT ...", 2, -1, ActInPane, "in the screen menu: move, ldown, lup, rdown X Y ..."},
     {"bar", "WHAT ...", 2, -1, ActInPane, "in the status bar"},
     {"tools", "WHAT ...", 2, -1, ActInPane, "in the toolbar"},
-    {"window", "NAME WHAT ...", 2, -1, ActInWindow, "in another window, such as check or report: the same, close, size W H"},
+    {"window", "NAME WHAT ...", 2, -1, ActInWindow, "in another window, such as check or report: the same, leave, close, size W H"},
     {"answer", "DIALOG [BUTTON] NAME=VALUE ...", 1, -1, Answer,
-     "lays ready what the next dialog will be answered; BUTTON from 0, or cancel"},
-    {"path", "FILE", 1, 1, Path, "lays ready what the next question for a file will be answered; or cancel"},
-    {"clipboard", "TEXT", 1, 1, Clipboard, "what the clipboard holds"},
-    {"ticks", "N ...", 1, -1, Ticks, "by how much the clock goes on at each of its next readings"},
+     "lays ready what the next dialog will be answered; BUTTON from 0, or cancel", PlayEvent::kPrepares},
+    {"path", "FILE", 1, 1, Path, "lays ready what the next question for a file will be answered; or cancel", PlayEvent::kPrepares},
+    {"clipboard", "TEXT", 1, 1, Clipboard, "what the clipboard holds", PlayEvent::kPrepares},
+    {"program", "0|1 0|1 STATUS TEXT ERRORS", 5, 5, Program,
+     "what the next program that is called does: started, timed out, how it ended, what it wrote", PlayEvent::kPrepares},
+    {"ticks", "N ...", 1, -1, Ticks, "by how much the clock goes on at each of its next readings",
+     PlayEvent::kPrepares},
     {"advance", "MS", 1, 1, Advance, "the clock goes on; timers that are due fire"},
+    {"timer", "NAME ID", 2, 2, Timer, "a timer of a window has run down, by the window's name, frame or view"},
+    {"meanwhile", "N EVENT ...", 2, -1, nullptr,
+     "lays ready what happens while the N-th question of the next event stands", PlayEvent::kPrepares},
     {"journal", "", 0, 0, Journal, "keeps a journal from now on, as tvo edit does, and offers what a crash has left"},
     {"drop", "FILE ...", 1, -1, Drop, "files are dropped on the view"},
     {"close", "", 0, 0, Close, "the user closes the editor; prints whether it went"},
@@ -174,5 +200,12 @@ constexpr PlayEvent kEvents[] = {
 };
 
 }  // namespace
+
+void SizeWindow(CWindowSystem& system, CWnd& window, CSize size, const CRect& place) {
+    if (system.m_watcher) system.m_watcher->OnResize(window, size);
+    window.MoveWindow(place);
+    system.Drain();
+    if (system.m_watcher) system.m_watcher->OnSettled();
+}
 
 std::span<const PlayEvent> EditorPlayEvents() { return kEvents; }

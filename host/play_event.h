@@ -5,14 +5,20 @@
 #include <string>
 #include <vector>
 
+#include "platform/win_types.h"
+
+class CWindowSystem;
+class CWnd;
 class PlaySession;
 
 struct PlayEvent {
+    enum Kind { kHappens, kPrepares };  // what prepares may stand before `editor`, and belongs to the event behind it
     const char* name;
     const char* arguments;
     int least, most;  // words behind the name; most -1: any number
     void (*run)(PlaySession& session, const std::vector<std::string>& words);
     const char* help;
+    Kind kind = kHappens;
 };
 
 std::span<const PlayEvent> EditorPlayEvents();
@@ -29,6 +35,11 @@ PlayKey KeyNamed(const std::vector<std::string>& words, std::size_t first);
 /// The other way round; empty for a key that has no name.
 std::string NameOfKey(unsigned key);
 
-/// A value of several lines as one word of a script: line ends, tabs and backslashes as \n, \t and \\.
+/// The user gives a window of its own another size.
+void SizeWindow(CWindowSystem& system, CWnd& window, CSize size, const CRect& place);
+
+/// A value of several lines as one word of a script: line ends, tabs and backslashes as \n, \r, \t and \\.
 std::string EscapedWord(const std::string& text);
 std::string UnescapedWord(const std::string& word);
+/// A word as it stands in a script: escaped, and in quotes where it needs them.
+std::string ScriptWord(const std::string& text);

@@ -1,5 +1,7 @@
 // The events of a played session that only recordings need.
 #include <cmath>
+#include <filesystem>
+#include <fstream>
 
 #include "host/editor/document.h"
 #include "host/editor/edit_frame.h"
@@ -68,15 +70,72 @@ void Look(PlaySession& session, const Words& words) {
 }
 
 void Name(PlaySession& session, const Words& words) {
-    session.Editor().Document().TakeName(words.size() > 1 ? words[1] : "");
+    session.Editor().Document().TakeName(words.size() > 1 ? session.FileNamed(words[1]) : "");
     session.m_system.Drain();
 }
 
+void Palette(PlaySession& session, const Words& words) {
+    if (words[1] != "dark" && words[1] != "light") throw ScriptFailure{"a palette is dark or light, not '" + words[1] + "'"};
+    session.m_system.UsePalette(words[1] == "dark");
+}
+
+// ---- files ------------------------------------------------------------------------------------------------
+
+namespace fs = std::filesystem;
+
+// What was played before goes, if it is that.
+void Files(PlaySession& session, const Words& words) {
+    const std::string name = UnescapedWord(words[1]);
+    if (name.empty() || name.find('/') != std::string::npos || name[0] == '.')
+        throw ScriptFailure{"the folder of the files lies beside the script"};
+    const std::string stem = name.ends_with(".files") ? name.substr(0, name.size() - 6) : name;
+    const fs::path beside = session.m_folder.empty() ? fs::path(".") : fs::path(session.m_folder);
+    std::error_code error;
+    const fs::path played = fs::absolute(beside / (stem + ".played"), error).lexically_normal(), mark = played / ".played";
+    if (fs::exists(fs::symlink_status(mark, error))) fs::remove_all(played, error);
+    if (fs::exists(played, error)) throw ScriptFailure{played.string() + " is in the way: it was made by something else"};
+    if (!fs::create_directory(played, error) || !std::ofstream(mark))
+        throw ScriptFailure{"cannot make the folder " + played.string() + ", in which the session is played"};
+    session.m_copies = (beside / name).string() + "/";
+    session.m_played = played.string() + "/";
+}
+
+void File(PlaySession& session, const Words& words) {
+    const std::string to = session.FileNamed(words[1]), copy = UnescapedWord(words[2]);
+    if (session.m_played.empty() || !to.starts_with(session.m_played)) throw ScriptFailure{"file takes a file of the session"};
+    const bool large = copy.starts_with("/");  // too large for a copy, it stays where it is
+    const fs::path from = large ? fs::path(copy) : fs::path(session.m_copies + copy);
+    std::error_code error;
+    fs::remove(to, error);
+    if (large && fs::exists(from, error)) fs::create_symlink(from, to, error);
+    else fs::copy_file(from, to, error);
+    if (error) throw ScriptFailure{from.string() + ", which the session reads: " + error.message()};
+}
+
+void NoFile(PlaySession& session, const Words& words) {
+    std::error_code error;
+    const std::string path = session.FileNamed(words[1]);
+    if (!session.m_played.empty() && path.starts_with(session.m_played)) fs::remove(path, error);
+}
+
+void RecentFile(PlaySession& session, const Words& words) {
+    const auto number = ScriptInteger(words[1], "N", 1, static_cast<long long>(EditorDocument::kMostRecent));
+    session.m_system.WriteSetting(EditorDocument::kRecentPath, "File" + std::to_string(number),
+                                  words[2].empty() ? "" : session.FileNamed(words[2]));
+}
+
 constexpr PlayEvent kEvents[] = {
+    {"files", "NAME.files", 1, 1, Files,
+     "what the session reads lies there, beside the script; it is played in a folder NAME.played", PlayEvent::kPrepares},
+    {"file", "@K/FILE COPY", 2, 2, File, "a copy of those stands there now; FILE lies in the K-th folder of the session", PlayEvent::kPrepares},
+    {"nofile", "@K/FILE", 1, 1, NoFile, "and now it doesn't", PlayEvent::kPrepares},
+    {"recent", "N FILE", 2, 2, RecentFile, "the N-th of the recent files, from 1 on", PlayEvent::kPrepares},
+    {"palette", "dark|light", 1, 1, Palette, "the colours of the surroundings", PlayEvent::kPrepares},
     {"named", "FILE", 1, 1, Name, "where saving goes from here on; nothing is written yet"},
     {"unnamed", "", 0, 0, Name, "the model has no file: saving asks for one"},
-    {"setting", "PATH NAME VALUE", 3, 3, Setting, "a setting that the editor finds; may stand before editor"},
-    {"profile", "PATH NAME VALUE", 3, 3, Profile, "the same for what the profile holds"},
+    {"setting", "PATH NAME VALUE", 3, 3, Setting, "a setting that the editor finds; may stand before editor",
+     PlayEvent::kPrepares},
+    {"profile", "PATH NAME VALUE", 3, 3, Profile, "the same for what the profile holds", PlayEvent::kPrepares},
     {"at", "X Y", 2, 2, At, "the pointer is there without having moved"},
     {"hold", "[ctrl] [shift]", 0, 2, Hold, "these keys are down at the pointer's events from here on"},
     {"input", "TEXT", 1, 1, Input, "what stands in the command line, by whatever way it came there"},
@@ -92,9 +151,10 @@ std::string EscapedWord(const std::string& text) {
     std::string word;
     for (const char c : text) {
         if (c == '\n') word += "\\n";
+        else if (c == '\r') word += "\\r";
         else if (c == '\t') word += "\\t";
         else if (c == '\\') word += "\\\\";
-        else if (c != '\r' && c != '\0') word += c;
+        else if (c != '\0') word += c;
     }
     return word;
 }
@@ -103,9 +163,18 @@ std::string UnescapedWord(const std::string& word) {
     std::string text;
     for (std::size_t i = 0; i < word.size(); ++i) {
         const char next = word[i] == '\\' && i + 1 < word.size() ? word[i + 1] : '\0';
-        const char meant = next == 'n' ? '\n' : next == 't' ? '\t' : next == '\\' ? '\\' : '\0';
+        const char meant = next == 'n' ? '\n' : next == 'r' ? '\r' : next == 't' ? '\t' : next == '\\' ? '\\' : '\0';
         text += meant ? meant : word[i];
         if (meant) ++i;
     }
     return text;
+}
+
+std::string ScriptWord(const std::string& text) {
+    const std::string word = EscapedWord(text);
+    if (!word.empty() && word.find_first_of(" #\"\f\v") == std::string::npos) return word;
+    std::string quoted(1, '"');
+    for (const char c : word) quoted.append(c == '"' ? 2 : 1, c);
+    quoted.push_back('"');
+    return quoted;
 }

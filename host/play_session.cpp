@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <filesystem>
 #include <ostream>
 #include <span>
 #include <vector>
@@ -211,9 +212,13 @@ PlaySession::PlaySession(std::ostream& out, CWindowSystem* system)
     m_frame->Create(nullptr, CPlayFrame::PlaceFor(800, 600), WindowKind::kFrame);
     m_frame->CreatePanes(&m_script.m_db);
     m_system.Drain();
+    m_system.m_onAsk = [this] { Asked(); };
 }
 
-PlaySession::~PlaySession() { m_script.m_db.m_pFrame = nullptr; }
+PlaySession::~PlaySession() {
+    m_system.m_onAsk = nullptr;
+    m_script.m_db.m_pFrame = nullptr;
+}
 
 void PlaySession::UseEditor(int width, int height, const std::string& file) {
     if (m_started) throw ScriptFailure{"editor stands before all other events"};
@@ -224,7 +229,7 @@ void PlaySession::UseEditor(int width, int height, const std::string& file) {
     m_frame = std::move(editor);
     m_editor->Open({0, 0, width, height}, file);
     m_system.Drain();
-    if (!m_record.empty()) m_editor->StartRecording(m_record, file.empty());
+    if (!m_record.empty()) m_editor->StartRecording(m_record, true);
 }
 
 CEditFrame& PlaySession::Editor() {
@@ -241,9 +246,7 @@ void PlaySession::TellMessages() {
 CTvoViewMgr& PlaySession::View() { return *m_frame->GetDtView(); }
 
 void PlaySession::Resize(int width, int height) {
-    if (m_system.m_watcher) m_system.m_watcher->OnResize(*m_frame, {width, height});
-    m_frame->MoveWindow(m_editor ? CRect(0, 0, width, height) : CPlayFrame::PlaceFor(width, height));
-    m_system.Drain();
+    SizeWindow(m_system, *m_frame, {width, height}, m_editor ? CRect(0, 0, width, height) : CPlayFrame::PlaceFor(width, height));
 }
 
 void PlaySession::Mouse(unsigned message, int x, int y) {
@@ -257,9 +260,30 @@ void PlaySession::Key(unsigned key, bool shift, bool control, const std::string&
 }
 
 void PlaySession::Run(std::string_view line) {
-    if (!Play(line)) return;
+    if (!PlayOne(line)) return;
     TellMessages();
     m_system.ShowNow();
+}
+
+// What was laid ready for an event goes with it, whether it went well or not.
+bool PlaySession::PlayOne(std::string_view line) {
+    m_prepares = false;
+    m_asked = 0;
+    const auto over = [this] {
+        m_asked = 0;
+        if (!m_prepares) m_meanwhile.clear();
+    };
+    try {
+        const bool played = Play(line);
+        if (!played) m_prepares = true;
+        over();
+        if (m_wrong) throw ScriptFailure(*std::exchange(m_wrong, std::nullopt));
+        return played;
+    } catch (...) {
+        m_wrong.reset();
+        over();
+        throw;
+    }
 }
 
 bool PlaySession::Play(std::string_view line) {
@@ -267,6 +291,14 @@ bool PlaySession::Play(std::string_view line) {
     const std::size_t first = line.find_first_not_of(" \t\r");
     std::string_view rest = first == std::string_view::npos ? std::string_view() : line.substr(first);
     while (!rest.empty() && rest.back() == '\r') rest.remove_suffix(1);
+    if (rest.starts_with("meanwhile ")) {
+        std::size_t end = 10;
+        const std::string number(rest.substr(end, rest.find(' ', end) - end));
+        end += number.size();
+        m_meanwhile.push_back({static_cast<int>(ScriptInteger(number, "N", 1, 1000000)), std::string(rest.substr(end))});
+        m_prepares = true;
+        return true;
+    }
     if (rest.starts_with("type ")) {
         m_started = true;
         Type(*this, {"type", std::string(rest.substr(5))});
@@ -289,8 +321,37 @@ bool PlaySession::Play(std::string_view line) {
     } catch (const DataFailure& failure) {
         throw ScriptFailure{failure.what()};
     }
-    if (words[0] != "setting" && words[0] != "profile") m_started = true;
+    m_prepares = event->kind == PlayEvent::kPrepares;
+    if (!m_prepares) m_started = true;
     return true;
+}
+
+void PlaySession::Asked() {
+    const int now = ++m_asked;
+    for (std::size_t i = 0; i < m_meanwhile.size(); ++i) {
+        if (m_meanwhile[i].question != now) continue;
+        const std::string line = m_meanwhile[i].line;
+        try {
+            Play(line);
+        } catch (const ScriptFailure& failure) {
+            if (!m_wrong) m_wrong = failure;  // told when the event is over
+        }
+    }
+}
+
+std::string PlaySession::FileNamed(const std::string& word) const {
+    const std::string path = UnescapedWord(word);
+    const std::size_t slash = path.find('/');
+    if (m_played.empty() || slash == std::string::npos || slash < 2 || path[0] != '@' ||
+        path.find_first_not_of("0123456789", 1) != slash)
+        return path;
+    const std::string name = path.substr(slash + 1);
+    if (name.empty() || name.find('/') != std::string::npos || name == "." || name == "..")
+        throw ScriptFailure{"'" + word + "' is no file of the session"};
+    const std::string folder = m_played + path.substr(1, slash - 1);
+    std::error_code error;
+    std::filesystem::create_directories(folder, error);
+    return folder + "/" + name;
 }
 
 std::string PlaySession::Help() {

@@ -2,10 +2,13 @@
 #pragma once
 #include <iosfwd>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "host/script.h"
+#include "host/script_line.h"
 #include "platform/window_system.h"
 
 class CEditFrame;
@@ -33,6 +36,8 @@ public:
     void Resize(int width, int height);  // of the view, pixels; of the window with the whole editor
     void Mouse(unsigned message, int x, int y);
     void Key(unsigned key, bool shift, bool control, const std::string& text);
+    /// The file that a word of a script names: "@K/NAME" lies among those of a recording. Throws ScriptFailure.
+    std::string FileNamed(const std::string& word) const;
 
 private:
     std::unique_ptr<CWindowSystem> m_ownSystem;  // null on the caller's
@@ -42,15 +47,27 @@ public:
     Script m_script;
     std::ostream& m_out;               // borrowed
     int m_x = 0, m_y = 0;              // the pointer, pixels of the view
+    std::string m_folder;              // of the script; empty: the working one
+    std::string m_copies, m_played;    // folders of a recording's files and of what is made of them; see FileNamed
     std::string m_record;              // where the session is written down once the editor stands; empty: nowhere
     unsigned m_held = 0;               // MK_SHIFT and MK_CONTROL that go with the pointer's events
 
 private:
-    bool Play(std::string_view line);  // false for a line that says nothing
+    bool PlayOne(std::string_view line);  // false for a line that says nothing
+    bool Play(std::string_view line);
+    void Asked();
     void TellMessages();
 
     std::unique_ptr<CTvoFrameBase> m_frame;
     CEditFrame* m_editor = nullptr;  // the frame, if it is the whole editor
     bool m_started = false;          // an event has been played
     std::size_t m_told = 0;          // messages that have been told
+    struct Later {
+        int question;
+        std::string line;
+    };
+    std::vector<Later> m_meanwhile;      // what happens while the next event's questions stand
+    bool m_prepares = false;             // the line belongs to the next event
+    int m_asked = 0;                     // questions of the event that is being played
+    std::optional<ScriptFailure> m_wrong;  // with a line that was played meanwhile
 };

@@ -141,7 +141,6 @@ void CWindowSystem::Drain() {
         (*due)->Paint();
     }
     if (m_onIdle) m_onIdle();
-    if (m_watcher) m_watcher->OnSettled();
     for (CWnd* window : std::vector<CWnd*>(m_windows))
         if (std::find(m_windows.begin(), m_windows.end(), window) != m_windows.end()) window->Present();
     // Marked again while it was painted: its turn comes with the next event.
@@ -150,6 +149,24 @@ void CWindowSystem::Drain() {
 }
 
 // ---- input ------------------------------------------------------------------------------------------------
+
+namespace {
+
+/// Tells the watcher at the end of an event, whoever that is by then.
+class Settling {
+public:
+    explicit Settling(CWindowSystem& system) : m_system(system) {}
+    Settling(const Settling&) = delete;
+    Settling& operator=(const Settling&) = delete;
+    ~Settling() {
+        if (m_system.m_watcher) m_system.m_watcher->OnSettled();
+    }
+
+private:
+    CWindowSystem& m_system;
+};
+
+}  // namespace
 
 // What was posted outside of an event, as by a host's menu, comes before the event: a point before the next move.
 bool CWindowSystem::CatchUp(const CWnd& window) {
@@ -179,6 +196,7 @@ CWnd& CWindowSystem::MouseTarget(CWnd& window, CPoint& client) const {
 }
 
 void CWindowSystem::DeliverMouse(CWnd& window, UINT message, UINT keys, CPoint client) {
+    const Settling settling(*this);
     if (m_watcher) m_watcher->OnMouse(window, message, keys, client);
     if (!CatchUp(window)) return;  // it may take or release the capture
     CWnd* const target = &MouseTarget(window, client);
@@ -192,6 +210,7 @@ void CWindowSystem::DeliverMouse(CWnd& window, UINT message, UINT keys, CPoint c
 }
 
 void CWindowSystem::DeliverWheel(CWnd& window, UINT keys, int delta, CPoint screen) {
+    const Settling settling(*this);
     if (m_watcher) m_watcher->OnWheel(window, keys, delta, screen);
     if (!CatchUp(window)) return;
     m_shift = keys & MK_SHIFT;
@@ -200,6 +219,7 @@ void CWindowSystem::DeliverWheel(CWnd& window, UINT keys, int delta, CPoint scre
 }
 
 void CWindowSystem::DeliverKey(CWnd& window, UINT key, bool shift, bool control, const std::string& text) {
+    const Settling settling(*this);
     if (m_watcher) m_watcher->OnKey(window, key, shift, control, text);
     if (!CatchUp(window)) return;
     m_shift = shift;
@@ -212,6 +232,7 @@ void CWindowSystem::DeliverKey(CWnd& window, UINT key, bool shift, bool control,
 }
 
 void CWindowSystem::DeliverDrop(CWnd& window, const std::vector<std::string>& files) {
+    const Settling settling(*this);
     if (m_watcher) m_watcher->OnDrop(window, files);
     if (!CatchUp(window)) return;
     for (CWnd* taker = &window; taker && !taker->OnDropFiles(files);) taker = taker->GetParent();
@@ -219,15 +240,29 @@ void CWindowSystem::DeliverDrop(CWnd& window, const std::vector<std::string>& fi
 }
 
 void CWindowSystem::DeliverClose(CWnd& window) {
+    const Settling settling(*this);
     if (m_watcher) m_watcher->OnClose(window);
     Deliver(window, WM_CLOSE, 0, 0);
 }
 
 void CWindowSystem::DeliverResize(CWnd& window) {
+    const Settling settling(*this);
     if (m_watcher) m_watcher->OnResize(window, window.Peer()->Client());
     if (!CatchUp(window)) return;
     window.Resized();
     Drain();
+}
+
+void CWindowSystem::DeliverTimer(CWnd& window, unsigned id) {
+    const Settling settling(*this);
+    if (m_watcher) m_watcher->OnTimer(window, id);
+    Deliver(window, WM_TIMER, id, 0);
+}
+
+void CWindowSystem::DeliverLeave(CWnd& window) {
+    const Settling settling(*this);
+    if (m_watcher) m_watcher->OnLeave(window);
+    Deliver(window, WM_MOUSELEAVE, 0, 0);
 }
 
 void CWindowSystem::SetFocus(CWnd& window) {
@@ -262,14 +297,18 @@ bool CWindowSystem::RunProgram(const std::vector<std::string>& arguments, bool w
 
 ProcessOutput CWindowSystem::CallProgram(const std::vector<std::string>& arguments, int) {
     m_programs.push_back({arguments, true});
-    if (m_outputs.empty()) return {};
-    const ProcessOutput output = std::move(m_outputs.front());
-    m_outputs.pop_front();
+    ProcessOutput output;
+    if (!m_outputs.empty()) {
+        output = std::move(m_outputs.front());
+        m_outputs.pop_front();
+    }
+    if (m_watcher) m_watcher->OnProgram(output);
     return output;
 }
 
 int CWindowSystem::RunDialog(DialogForm& form) {
     const std::vector<DialogField> before = form.m_fields;
+    if (m_watcher) m_watcher->OnAsk();
     int button = DoDialog(form);
     if (button < 0 || button + 1 >= static_cast<int>(form.m_buttons.size())) {
         button = -1;
@@ -282,6 +321,7 @@ int CWindowSystem::RunDialog(DialogForm& form) {
 // An answer that the form itself refuses is told, and cancels: nobody is there to mend it.
 int CWindowSystem::DoDialog(DialogForm& form) {
     if (form.m_check) form.m_check(form);
+    if (m_onAsk) m_onAsk();
     // An answer for another dialog, which never came, must not stand in the way of all others.
     while (!m_answers.empty() && m_answers.front().m_dialog != form.m_name) m_answers.pop_front();
     if (m_answers.empty()) return -1;
@@ -300,16 +340,29 @@ int CWindowSystem::DoDialog(DialogForm& form) {
 }
 
 std::optional<std::string> CWindowSystem::AskPath(const PathRequest& request) {
+    if (m_watcher) m_watcher->OnAsk();
     auto path = DoAskPath(request);
     if (m_watcher) m_watcher->OnPath(request, path);
     return path;
 }
 
 std::optional<std::string> CWindowSystem::DoAskPath(const PathRequest&) {
+    if (m_onAsk) m_onAsk();
     if (m_paths.empty()) return std::nullopt;
     auto answer = std::move(m_paths.front());
     m_paths.pop_front();
     return answer;
+}
+
+void CWindowSystem::ShowMessage(const std::string& text) {
+    if (m_watcher) m_watcher->OnAsk();
+    DoShowMessage(text);
+    if (m_watcher) m_watcher->OnTold();
+}
+
+void CWindowSystem::DoShowMessage(const std::string& text) {
+    m_messages.push_back(text);
+    if (m_onAsk) m_onAsk();
 }
 
 std::string CWindowSystem::ClipboardText() {
@@ -364,7 +417,7 @@ void CWindowSystem::Advance(int milliseconds) {
         m_now = std::max(m_now, next->due);
         next->due += next->period;
         const Timer due = *next;  // its handler may stop it
-        Deliver(*due.window, WM_TIMER, due.id, 0);
+        DeliverTimer(*due.window, due.id);
     }
     m_now = std::max(m_now, end);
 }

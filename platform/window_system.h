@@ -68,11 +68,19 @@ public:
     virtual void OnClose(CWnd& /*window*/) {}
     /// A window of its own has another size now.
     virtual void OnResize(CWnd& /*window*/, CSize) {}
-    virtual void OnSettled() {}  // an event and all that came of it are done
+    virtual void OnTimer(CWnd& /*window*/, unsigned /*id*/) {}
+    virtual void OnLeave(CWnd& /*window*/) {}  // by the pointer
+    /// An event of those above and all that came of it are done. One that came while a dialog of another was open
+    /// is done before that.
+    virtual void OnSettled() {}
+    /// The user is about to be asked or told something: what comes before the answer happens while he is.
+    virtual void OnAsk() {}
+    virtual void OnTold() {}  // a message was read
     // After the user has answered.
     virtual void OnDialog(const DialogForm&, int /*button*/) {}
     virtual void OnPath(const PathRequest&, const std::optional<std::string>& /*path*/) {}
     virtual void OnClipboard(const std::string& /*text*/) {}  // it was read
+    virtual void OnProgram(const ProcessOutput&) {}            // a program was called and wrote this
     virtual void OnTicks(std::int64_t /*ticks*/) {}            // the clock was read
 };
 
@@ -105,6 +113,8 @@ public:
     void DeliverDrop(CWnd& window, const std::vector<std::string>& files);
     void DeliverClose(CWnd& window);  // the user closes a window of its own: its OnClose
     void DeliverResize(CWnd& window);  // the user has resized a window of its own
+    void DeliverTimer(CWnd& window, unsigned id);
+    void DeliverLeave(CWnd& window);  // the pointer has left it
     /// All that is posted, then painting. Stops after kMostMessages, with Wake called: a command may post for
     /// ever.
     void Drain();
@@ -136,7 +146,6 @@ public:
     virtual void StartTimer(CWnd& window, unsigned id, int milliseconds);
     virtual void StopTimer(CWnd& window, unsigned id);
     virtual void ShowBusy(bool /*busy*/) {}  // the wait cursor, whatever the pointer is over
-    virtual void ShowMessage(const std::string& text) { m_messages.push_back(text); }
     /// Starts a program, found in the search path, with its arguments, and may wait for its end. False if it can't be
     /// started. Without a screen it is only written down.
     virtual bool RunProgram(const std::vector<std::string>& arguments, bool wait);
@@ -156,6 +165,7 @@ public:
     int RunDialog(DialogForm& form);
     std::optional<std::string> AskPath(const PathRequest& request);  // nothing for a cancel
     std::string ClipboardText();
+    void ShowMessage(const std::string& text);
     virtual void SetClipboardText(const std::string& text) { m_clipboard = text; }
     CWindowWatcher* m_watcher = nullptr;  // borrowed; may be null
 
@@ -174,11 +184,13 @@ public:
     std::vector<Program> m_programs;  // what RunProgram and CallProgram were given
     bool m_canRun = true;             // the answer of RunProgram
     std::deque<ProcessOutput> m_outputs;  // of CallProgram; none left: it can't be started
+    std::function<void()> m_onAsk;    // called while a dialog, a question for a path or a message stands; may be empty
 
 protected:
     // What a backend shows. Values of a form that was cancelled don't matter.
     virtual int DoDialog(DialogForm& form);
     virtual std::optional<std::string> DoAskPath(const PathRequest& request);
+    virtual void DoShowMessage(const std::string& text);
     virtual std::string ReadClipboard() { return m_clipboard; }
     virtual std::int64_t ReadClock();
 

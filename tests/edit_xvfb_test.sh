@@ -54,7 +54,7 @@ status=$?
 
 "$tvo" play session.play >played.txt 2>&1 || fail "the recording can't be played: $(cat played.txt)"
 dump model.tvo >by_hand.txt
-dump session.play.played.tvo >by_play.txt
+dump session.play.played/1/model.tvo >by_play.txt
 cmp -s by_hand.txt by_play.txt || { diff by_hand.txt by_play.txt; fail "the played session ends in another model"; }
 # What was typed stands where it was meant: the wall's ends on the borders, the last line.
 for node in '"x":3000.0,"y":0.0' '"x":3000.0,"y":9000.0' '"x":4000.0,"y":4000.0' '"x":4000.0,"y":7000.0'; do

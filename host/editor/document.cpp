@@ -13,6 +13,7 @@
 #include "host/editor/import_dialog.h"
 #include "host/editor/reason_text.h"
 #include "host/editor/sample_net.h"
+#include "host/editor/session_recorder.h"
 #include "host/failure.h"
 #include "host/models/model_build.h"
 #include "host/models/model_writer.h"
@@ -143,6 +144,7 @@ void EditorDocument::AskRecent() {
 
 // A file that is none is told before anything is asked.
 bool EditorDocument::CanRead(const std::string& path) {
+    m_frame.WillRead(path);
     const std::string why = WhyUnreadable(path);
     if (!why.empty()) m_frame.Warn("无法打开 " + path + ": " + why);
     return why.empty();
@@ -183,6 +185,7 @@ bool EditorDocument::OpenModelFile(const std::string& path) {
 
 bool EditorDocument::Save() {
     if (m_path.empty()) return SaveAs();
+    m_frame.WillRead(m_path);
     const FileStamp now = StampOf(m_path);
     if (m_stamp != FileStamp{} && now != FileStamp{} && now != m_stamp) {
         DialogForm form = Question("changed", "“" + Name() + "”已被别的程序改过; 替换时那个文件留作 " + Name() + "~",
@@ -209,6 +212,7 @@ bool EditorDocument::SaveAs() {
     if (!EndsWithNoCase(path, ".tvo")) {
         path += ".tvo";
         std::error_code error;
+        m_frame.WillRead(path);
         DialogForm form = Question("overwrite", path + " 已存在", {"替换", "取消"});
         if (fs::exists(path, error) && RunForm(form) != 0) return false;
     }
@@ -219,6 +223,7 @@ bool EditorDocument::SaveTo(const std::string& path) {
     try {
         const SavedModel saved = SaveModel(path, m_frame.DataBase(), TvoModelHost());
         TakeFile(path);
+        if (SessionRecorder* const recorder = m_frame.Recorder()) recorder->DidWrite(path);
         if (m_keeping) m_journal.OnSaved(path);
         m_frame.Tell("已保存 " + path);
         if (saved.leftOut)

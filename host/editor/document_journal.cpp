@@ -6,6 +6,7 @@
 #include "host/editor/document.h"
 #include "host/editor/edit_frame.h"
 #include "host/editor/reason_text.h"
+#include "host/editor/session_recorder.h"
 #include "host/failure.h"
 #include "host/models/journal_recovery.h"
 #include "host/tvo_model_host.h"
@@ -74,6 +75,7 @@ bool EditorDocument::Recover(const JournalLeftover& leftover) {
     m_frame.LeaveModel();
     try {
         const RecoveredModel recovered = RecoverJournal(leftover.path, m_frame.DataBase(), kHost);
+        if (SessionRecorder* const recorder = m_frame.Recorder()) recorder->LoseTrack();
         // A file that somebody else has written in between stays theirs: saving will ask for a name.
         m_path.clear();
         if (!recovered.replaced && !leftover.modelPath.empty()) TakeFile(leftover.modelPath);

@@ -23,10 +23,10 @@ CEditFrame::CEditFrame(CTvoHostDataBase& db) : m_db(db), m_document(std::make_un
 }
 
 CEditFrame::~CEditFrame() {
+    if (m_recorder) m_recorder->StopWriting();
     BeginClosing();
     DestroyWindow();  // while OnDestroy is still this class's
     if (CWindowSystem* system = CWindowSystem::Current()) system->m_onIdle = nullptr;
-    m_recorder.reset();
     m_tools.clear();
     if (m_db.m_pFrame == this) m_db.m_pFrame = nullptr;
     m_db.m_onDrawBelow = nullptr;
@@ -43,11 +43,14 @@ void CEditFrame::Open(const CRect& place, const std::string& file) {
     if (CWindowSystem* system = CWindowSystem::Current()) system->Drain();
     ReadSnapSettings(View());
     SyncStsToStatusBar();
+    m_recorder = std::make_unique<SessionRecorder>(*this);
     const std::vector<std::string> before = EditorDocument::Recent();
-    if (file.empty() || !m_document->Open(file)) m_document->ShowSample();
+    const bool opened = !file.empty() && m_document->Open(file);
+    if (!opened) m_document->ShowSample();
     // The last view belongs to the model that was the last one then.
     else if (!before.empty() && before.front() == m_document->Path()) View().ReadLastCoordinateFromReg();
     FocusToCommandLine();
+    m_recorder->Opened(file);
 }
 
 CTvoViewMgr* CEditFrame::GetGraphicView() { return new CEditView; }
@@ -123,7 +126,7 @@ void CEditFrame::ModelChanged() {
 void CEditFrame::OnIdle() {
     if (!IsWindow()) return;
     m_document->FlushJournal();
-    const std::string title = m_document->Title();
+    const std::string title = m_document->Title() + (m_recorder && m_recorder->IsWriting() ? " (记录中)" : "");
     if (title == m_title) return;
     m_title = title;
     SetWindowText(CString(title));
@@ -131,13 +134,25 @@ void CEditFrame::OnIdle() {
 
 // ---- recordings -------------------------------------------------------------------------------------------
 
-void CEditFrame::StartRecording(const std::string& path, bool bare) {
-    m_recorder.reset();
-    for (const std::string& tool : ToolNames()) CloseTool(tool);  // a session begins without them
-    m_recorder = std::make_unique<SessionRecorder>(*this, path, bare);
+void CEditFrame::StartRecording(const std::string& path, bool fromStart) {
+    if (!m_recorder) return;
+    if (fromStart && m_recorder->KnowsStart()) return m_recorder->WriteTo(path, SessionRecorder::From::kStart);
+    LeaveModel();  // a session begins with no command running, and no view to go back to
+    View().m_nCoorHistory = 0;
+    if (CScrMenuView* const menu = GetScrMenuView()) {
+        menu->m_bFirstClick = 1;
+        menu->m_nLastExpand = -1;
+        menu->m_cClicked = menu->m_cHot = CScrMenuItem();
+        g_cScrnMenuData.GetObjectByID(0, menu->m_cCurrent);
+        menu->OnInitialUpdate();
+    }
+    for (const std::string& tool : ToolNames()) CloseTool(tool);
+    m_recorder->WriteTo(path, SessionRecorder::From::kNow);
 }
 
-void CEditFrame::StopRecording() { m_recorder.reset(); }
+void CEditFrame::WillRead(const std::string& path) {
+    if (m_recorder) m_recorder->WillRead(path);
+}
 
 // ---- windows beside ---------------------------------------------------------------------------------------
 
@@ -223,7 +238,7 @@ void CEditFrame::OnDestroy() {
         KeepSnapSettings(View());
         KeepLayout();
     }
-    StopRecording();
+    m_recorder.reset();
     for (auto& [name, tool] : m_tools) tool->DestroyWindow();
     CTvoFrameBase::OnDestroy();
     if (CWindowSystem* system = CWindowSystem::Current()) {

@@ -46,11 +46,11 @@ public:
     void LeaveModel();
 
     // --- recordings
-    /// Writes the session down from here on, in the place of another recording. `bare`: nothing has happened since a start
-    /// without a file. Throws DataFailure when the file can't be written.
-    void StartRecording(const std::string& path, bool bare);
-    void StopRecording();
-    const SessionRecorder* Recorder() const { return m_recorder.get(); }  // null: nothing is being recorded
+    /// Writes the session down, in the place of another recording: from its start, or from now on as far as that can't be
+    /// told any more. Throws DataFailure when the file can't be written.
+    void StartRecording(const std::string& path, bool fromStart);
+    SessionRecorder* Recorder() const { return m_recorder.get(); }  // null before Open and after the end
+    void WillRead(const std::string& path);  // for the recorder: the file is about to be looked at
 
     // --- windows beside the frame, by the names by which scripts know them
     /// Shows a tool window in the place of the one of that name. The frame owns it.
@@ -77,7 +77,7 @@ private:
 
     CTvoHostDataBase& m_db;  // borrowed
     std::unique_ptr<EditorDocument> m_document;
-    std::unique_ptr<SessionRecorder> m_recorder;
+    std::unique_ptr<SessionRecorder> m_recorder;  // looks on from Open to the window's end
     std::map<std::string, std::unique_ptr<CWnd>> m_tools;
     std::string m_title;  // as it stands on the window
 };

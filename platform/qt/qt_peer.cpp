@@ -180,7 +180,7 @@ void QtPeer::StartTimer(unsigned id, int milliseconds) {
         timer = new QTimer(m_widget);
         QObject::connect(timer, &QTimer::timeout, m_widget, [widget = m_widget.data(), id] {
             if (QtPeer* const peer = QtPeer::Of(widget))
-                peer->System().Deliver(peer->Window(), WM_TIMER, id, 0);
+                peer->System().DeliverTimer(peer->Window(), id);
         });
     }
     timer->start(std::max(milliseconds, 1));

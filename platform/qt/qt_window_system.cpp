@@ -261,14 +261,16 @@ bool CQtWindowSystem::RunProgram(const std::vector<std::string>& arguments, bool
 }
 
 ProcessOutput CQtWindowSystem::CallProgram(const std::vector<std::string>& arguments, int milliseconds) {
-    return m_options.m_scripted ? CWindowSystem::CallProgram(arguments, milliseconds)
-                                : ReadProcess(arguments, milliseconds);
+    if (m_options.m_scripted) return CWindowSystem::CallProgram(arguments, milliseconds);
+    const ProcessOutput output = ReadProcess(arguments, milliseconds);
+    if (m_watcher) m_watcher->OnProgram(output);
+    return output;
 }
 
 // ---- what the user is asked -------------------------------------------------------------------------------
 
-void CQtWindowSystem::ShowMessage(const std::string& text) {
-    if (m_options.m_scripted) return CWindowSystem::ShowMessage(text);
+void CQtWindowSystem::DoShowMessage(const std::string& text) {
+    if (m_options.m_scripted) return CWindowSystem::DoShowMessage(text);
     QMessageBox box(QMessageBox::Information, QStringLiteral("tvo"), ToQt(text), QMessageBox::NoButton,
                     TopWindow());
     box.setTextFormat(Qt::PlainText);

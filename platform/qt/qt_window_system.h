@@ -39,7 +39,6 @@ public:
     std::int64_t TicksPerSecond() override { return 1000000; }
     void StartTimer(CWnd& window, unsigned id, int milliseconds) override;
     void StopTimer(CWnd& window, unsigned id) override;
-    void ShowMessage(const std::string& text) override;
     void ShowBusy(bool busy) override;
     bool RunProgram(const std::vector<std::string>& arguments, bool wait) override;
     ProcessOutput CallProgram(const std::vector<std::string>& arguments, int milliseconds) override;
@@ -61,6 +60,7 @@ public:
 
 protected:
     int DoDialog(DialogForm& form) override;
+    void DoShowMessage(const std::string& text) override;
     std::optional<std::string> DoAskPath(const PathRequest& request) override;
     std::string ReadClipboard() override;
     std::int64_t ReadClock() override;
