@@ -145,7 +145,7 @@ private:
                 break;
             }
             case QEvent::Leave:
-                system.Deliver(peer.Window(), WM_MOUSELEAVE, 0, 0);
+                system.DeliverLeave(peer.Window());
                 break;
             case QEvent::FocusIn:
                 system.SetFocus(peer.Window());
