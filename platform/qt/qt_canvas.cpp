@@ -231,12 +231,9 @@ private:
     }
 
     /// A dialog asks about what stands: no other file comes in between.
-    bool IsBlocked() const {
-        const QWidget* const modal = QApplication::activeModalWidget();
-        return modal && modal != this && !modal->isAncestorOf(this);
-    }
+    static bool IsBlocked() { return QApplication::activeModalWidget() != nullptr; }
 
-    void Weigh(QDragMoveEvent& event) const {
+    static void Weigh(QDragMoveEvent& event) {
         if (IsBlocked() || FilesOf(*event.mimeData()).empty()) event.ignore();
         else event.acceptProposedAction();
     }
