@@ -15,6 +15,7 @@
 #include <memory>
 #include <string>
 
+#include "platform/canvas/system_metrics.h"
 #include "platform/qt/qt_module.h"
 #include "platform/window_system.h"
 
@@ -162,4 +163,23 @@ TEST(QtWindows, KeysActOnlyWhenNothingIsComposed) {
     edit.SetWindowText("圆");
     EXPECT_EQ(keys(), "32 13 27 ") << "the program has set another text";
     edit.DestroyWindow();
+}
+
+TEST(QtWindows, ColoursFollowTheDesktopWhileTheyStand) {
+    class Pane : public CWnd {
+    public:
+        ~Pane() override { DestroyWindow(); }
+        int m_told = 0;
+
+    protected:
+        void OnSysColorChange() override { ++m_told; }
+    } pane;
+    pane.Create(nullptr, CRect(0, 0, 200, 100), WindowKind::kTool);
+    const QPalette light = QApplication::palette();
+    const COLORREF before = GetSysColor(COLOR_BTNFACE);
+    QApplication::setPalette(QPalette(QColor(40, 40, 40)));
+    EXPECT_TRUE(Comes([&] { return GetSysColor(COLOR_BTNFACE) != before; }));
+    EXPECT_EQ(pane.m_told, 1);
+    QApplication::setPalette(light);
+    EXPECT_TRUE(Comes([&] { return GetSysColor(COLOR_BTNFACE) == before; }));
 }
