@@ -8,6 +8,7 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMouseEvent>
+#include <QPlainTextEdit>
 #include <QPointer>
 #include <QTimer>
 #include <cstdlib>
@@ -174,12 +175,26 @@ TEST(QtWindows, ColoursFollowTheDesktopWhileTheyStand) {
     protected:
         void OnSysColorChange() override { ++m_told; }
     } pane;
+    CEdit log;
     pane.Create(nullptr, CRect(0, 0, 200, 100), WindowKind::kTool);
+    pane.SetWindowText("pane");
+    log.Create(&pane, CRect(0, 0, 200, 50), WindowKind::kEditLog);
+    auto* const text = WidgetOf("pane")->findChild<QPlainTextEdit*>();
+    ASSERT_TRUE(text);
+    const auto ground = [&] {
+        const QColor colour = text->viewport()->palette().color(QPalette::Base);
+        return RGB(colour.red(), colour.green(), colour.blue());
+    };
     const QPalette light = QApplication::palette();
     const COLORREF before = GetSysColor(COLOR_BTNFACE);
     QApplication::setPalette(QPalette(QColor(40, 40, 40)));
     EXPECT_TRUE(Comes([&] { return GetSysColor(COLOR_BTNFACE) != before; }));
     EXPECT_EQ(pane.m_told, 1);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(ground(), GetSysColor(COLOR_WINDOW));
     QApplication::setPalette(light);
     EXPECT_TRUE(Comes([&] { return GetSysColor(COLOR_BTNFACE) == before; }));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(ground(), GetSysColor(COLOR_WINDOW));
+    log.DestroyWindow();
 }

@@ -73,7 +73,7 @@ class QtEditLogPeer : public QtPeer {
 public:
     QtEditLogPeer(CQtWindowSystem& system, CWnd& window, CWnd* parent, QtEditLog* log)
         : QtPeer(system, window, parent, WindowKind::kEditLog, log) {
-        Log().setPalette(EditPalette());
+        Recolour();
     }
 
     /// Text that goes on from what stands is put behind it, so that a selection stays.
@@ -97,7 +97,9 @@ public:
     }
 
     void Recolour() override {
-        if (m_widget) Log().setPalette(EditPalette());
+        if (!m_widget) return;
+        Log().setPalette(EditPalette());
+        Log().viewport()->setPalette(EditPalette());  // which a theme may have given one of its own
     }
 
 private:

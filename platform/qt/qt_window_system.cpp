@@ -232,7 +232,10 @@ bool CQtWindowSystem::Hook::eventFilter(QObject* watched, QEvent* event) {
 
 void CQtWindowSystem::PaletteChanged() {
     UsePalette(QGuiApplication::palette().color(QPalette::Window).lightness() < 128);
-    ForEachPeer([](QtPeer& peer) { peer.Recolour(); });
+    const auto recolour = [] { ForEachPeer([](QtPeer& peer) { peer.Recolour(); }); };
+    recolour();
+    // A theme that hands its palette to each control afterwards does not have the last word.
+    QMetaObject::invokeMethod(&m_hook, recolour, Qt::QueuedConnection);
 }
 
 std::optional<std::string> CQtWindowSystem::ReadSetting(const std::string& path, const std::string& name) {
