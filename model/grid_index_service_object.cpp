@@ -1,7 +1,9 @@
 #include "model/grid_index_service_object.h"
 
 #include <algorithm>
+#include <array>
 #include <limits>
+#include <numeric>
 
 #include "model/draw_graph.h"
 #include "model/goujian.h"
@@ -29,7 +31,38 @@ int CellLimit(float v, float low) {
     return std::max(0, SaturatedInt(static_cast<float>(SaturatedInt(v - low)) / kCell));
 }
 
+/// Components lie far apart in memory, which is asked for so many of them in advance.
+constexpr std::size_t kAhead = 16;
+
+/// A component with the key that it is sorted by beside it.
+struct Keyed {
+    std::uint32_t id;
+    CGouJianEx* component;
+};
+
+/// By the four bytes of the identity, the lowest first; each round keeps the order of the one before.
+void SortByBytes(std::vector<Keyed>& v) {
+    std::vector<Keyed> sorted(v.size());
+    for (int shift = 0; shift < 32; shift += 8) {
+        std::array<std::size_t, 257> from{};
+        const auto byte = [shift](const Keyed& k) { return k.id >> shift & 0xFF; };
+        for (const Keyed& k : v) ++from[byte(k) + 1];
+        std::partial_sum(from.begin(), from.end(), from.begin());
+        for (const Keyed& k : v) sorted[from[byte(k)]++] = k;
+        v.swap(sorted);
+    }
+}
+
 void SortByIdentity(std::vector<CGouJianEx*>& v, std::size_t first = 0) {
+    constexpr std::size_t kMany = 2000;
+    if (v.size() - first > kMany) {
+        std::vector<Keyed> keyed;
+        keyed.reserve(v.size() - first);
+        for (std::size_t i = first; i < v.size(); ++i) keyed.push_back({v[i]->get_m_dwGouJianID(), v[i]});
+        SortByBytes(keyed);
+        for (const Keyed& k : keyed) v[first++] = k.component;
+        return;
+    }
     std::sort(v.begin() + static_cast<std::ptrdiff_t>(first), v.end(), [](const CGouJianEx* a, const CGouJianEx* b) {
         return a->get_m_dwGouJianID() < b->get_m_dwGouJianID();
     });
@@ -208,10 +241,14 @@ std::vector<CGouJianEx*> CGridIndexServiceObject::Query(const CFRect& rect) cons
         place = {std::min(place.x0, asked.x0), std::min(place.y0, asked.y0), std::max(place.x1, asked.x1), std::max(place.y1, asked.y1)};
     for (const CSpatialHash* hash : {&m_cNodes, &m_cOthers})
         hash->ForEachIn(place, [&](std::uint32_t slot, const CSpatialHash::Record& r) {
-            if (!r.box.IsFinite() || hash->CellsOf(slot).Meets(cells) || r.box.Meets(asked))
-                if (r.component->IsPhysicalGouJian())
-                    found.push_back(r.component);
+            if (!r.box.IsFinite() || hash->CellsOf(slot).Meets(cells) || r.box.Meets(asked)) found.push_back(r.component);
         });
+    std::size_t kept = 0;
+    for (std::size_t i = 0; i < found.size(); ++i) {
+        if (i + kAhead < found.size()) __builtin_prefetch(found[i + kAhead]);
+        if (found[i]->IsPhysicalGouJian()) found[kept++] = found[i];
+    }
+    found.resize(kept);
     SortByIdentity(found);
     return found;
 }

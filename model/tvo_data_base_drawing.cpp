@@ -28,9 +28,12 @@ void CTvoDataBase::Draw(CDC* dc, CFCoor* coor, unsigned char excludeType, unsign
     CTvoViewMgr* view = View();
     if (!view) return;
     CList<CGouJianEx*, CGouJianEx*> nodes, lines, others;
-    // Undo changes the order of the set, and must not change what lies on top.
-    for (CGouJianEx* obj : ByIdentity(view->m_mapViewPort)) {
-        if (!IsVisible(obj) || obj->get_Gjlx() == excludeType || obj->get_m_byteStatus() != status) continue;
+    // Undo changes the order of the set, and must not change what lies on top. Few of a status other than the usual
+    // one are in it, so that this is asked first.
+    const auto drawn = [&](CGouJianEx* obj) {
+        return obj->get_m_byteStatus() == status && obj->get_Gjlx() != excludeType && IsVisible(obj);
+    };
+    for (CGouJianEx* obj : ByIdentity(view->m_mapViewPort, drawn)) {
         if (obj->get_Gjlx() == GJLX_NET_NODE)
             nodes.AddTail(obj);
         else if (obj->get_Gjlx() == GJLX_NET_LINE)

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -35,15 +36,23 @@ COLORREF Mixed(COLORREF ground, COLORREF color, double share) {
 
 /// Those in the view port, the largest first: one inside another is painted upon it.
 std::vector<CMianGouJian*> ShownPlates(CTvoHostDataBase& db, CTvoViewMgr& view) {
-    std::vector<CMianGouJian*> plates;
+    struct Keyed {  // what they are sorted by, beside them: plates lie far apart in memory
+        float area;
+        std::uint32_t id;
+        CMianGouJian* plate;
+    };
+    std::vector<Keyed> keyed;
     view.m_mapViewPort.ForEach([&](unsigned long, CGouJianEx* obj) {
-        if (obj->get_Gjlx() == GJLX_MIAN && obj->QueryBasicType() == kBasicPlate && db.IsVisible(obj))
-            plates.push_back(static_cast<CMianGouJian*>(obj));
+        if (obj->get_Gjlx() != GJLX_MIAN || obj->QueryBasicType() != kBasicPlate || !db.IsVisible(obj)) return;
+        auto* const plate = static_cast<CMianGouJian*>(obj);
+        keyed.push_back({plate->m_fArea, plate->get_m_dwGouJianID(), plate});
     });
-    std::sort(plates.begin(), plates.end(), [](const CMianGouJian* a, const CMianGouJian* b) {
-        return a->m_fArea != b->m_fArea ? a->m_fArea > b->m_fArea
-                                        : a->get_m_dwGouJianID() < b->get_m_dwGouJianID();
+    std::sort(keyed.begin(), keyed.end(), [](const Keyed& a, const Keyed& b) {
+        return a.area != b.area ? a.area > b.area : a.id < b.id;
     });
+    std::vector<CMianGouJian*> plates;
+    plates.reserve(keyed.size());
+    for (const Keyed& k : keyed) plates.push_back(k.plate);
     return plates;
 }
 
