@@ -10,6 +10,7 @@
 #include "host/host_data_base.h"
 #include "host/plate_look.h"
 #include "model/profile.h"
+#include "net/gj_net_line.h"
 #include "plates/mian_goujian.h"
 #include "platform/canvas/dc.h"
 #include "shell/tvo_frame_base.h"
@@ -20,6 +21,7 @@ namespace {
 constexpr int kLetters = 14;               // pixels of a number's em
 constexpr int kRoom = 3 * kLetters;        // the least side of a plate with a number
 constexpr int kSmall = 8;                  // pixels
+constexpr std::size_t kMostDodging = 400;  // whose numbers keep clear of lines: it costs a look into the index
 constexpr std::size_t kMostPlates = 4000;  // beyond, they are too small to tell anything
 
 const PlateColor& ColorOf(const CMianGouJian& plate) {
@@ -77,11 +79,54 @@ void PaintFace(CDC& dc, const CFCoor& coor, const CMianGouJian& plate, const Pla
     dc.SelectObject(old);
 }
 
-void PaintNumber(CDC& dc, const CFCoor& coor, const CMianGouJian& plate, const PlateColor& color) {
+/// How near a line of the net comes to a place; an arc as near as its whole circle.
+double DistanceOf(const CGjNetLine& line, const CFPoint& p) {
+    const CFPoint a = line.GetStartPoint(), b = line.GetEndPoint();
+    if (line.m_nArc) {
+        CFPoint centre;
+        line.GetCenterPoint(centre.x, centre.y);
+        const auto from = [&](const CFPoint& q) {
+            return std::hypot(static_cast<double>(q.x) - centre.x, static_cast<double>(q.y) - centre.y);
+        };
+        return std::fabs(from(p) - from(a));
+    }
+    const double ux = static_cast<double>(b.x) - a.x, uy = static_cast<double>(b.y) - a.y;
+    const double px = static_cast<double>(p.x) - a.x, py = static_cast<double>(p.y) - a.y;
+    const double length = ux * ux + uy * uy;
+    const double t = length > 0 ? std::clamp((px * ux + py * uy) / length, 0.0, 1.0) : 0.0;
+    return std::hypot(px - t * ux, py - t * uy);
+}
+
+bool IsCrossed(CTvoHostDataBase& db, const CFPoint& p, float room) {
+    CFRect box(p.x - room, p.y - room, p.x + room, p.y + room);
+    CArray<CGouJianEx*, CGouJianEx*> near;
+    db.GetInterRect(box, near);
+    for (CGouJianEx* const obj : near)
+        if (obj->get_Gjlx() == GJLX_NET_LINE && db.IsVisible(obj) &&
+            DistanceOf(*static_cast<CGjNetLine*>(obj), p) < static_cast<double>(room))
+            return true;
+    return false;
+}
+
+/// The middle of a plate, or a place beside it that no line of the net runs through, as one that dangles may.
+CFPoint PlaceOfNumber(CTvoHostDataBase& db, const CFCoor& coor, const CMianGouJian& plate) {
+    static constexpr float kSteps[][2] = {{0, 0},  {0, 1},  {0, -1}, {1, 0}, {-1, 0},
+                                          {0, 2},  {0, -2}, {2, 0},  {-2, 0}};
+    const CFPoint centre(plate.m_fCenterX, plate.m_fCenterY, 0);
+    const float step = 1.5f * kLetters / coor.GetScale();
+    for (const auto& [x, y] : kSteps) {
+        const CFPoint p(centre.x + x * step, centre.y + y * step, 0);
+        if (plate.m_region.InRegion(p) && !IsCrossed(db, p, step / 2)) return p;
+    }
+    return centre;
+}
+
+void PaintNumber(CTvoHostDataBase& db, CDC& dc, const CFCoor& coor, const CMianGouJian& plate, const PlateColor& color,
+                 bool dodge) {
     const CRect box = PixelBox(coor, plate);
     const CFPoint centre(plate.m_fCenterX, plate.m_fCenterY, 0);
     if (box.Width() < kRoom || box.Height() < kRoom || !plate.m_region.InRegion(centre)) return;
-    const CPoint at = coor.FPtoDP(centre);
+    const CPoint at = coor.FPtoDP(dodge ? PlaceOfNumber(db, coor, plate) : centre);
     const CString number(std::to_string(plate.get_m_dwGouJianNO()));
     dc.SetTextColor(Mixed(color.text, color.hatch, 0.6));
     dc.TextOut(at.x, at.y + kLetters / 3, number);
@@ -103,7 +148,8 @@ void PaintPlates(CTvoHostDataBase& db, CDC& dc, const CFCoor& coor) {
         CFont* const old = dc.SelectObject(&font);
         dc.SetBkMode(TRANSPARENT);
         dc.SetTextAlign(TA_CENTER | TA_BASELINE);
-        for (const CMianGouJian* plate : plates) PaintNumber(dc, coor, *plate, ColorOf(*plate));
+        const bool dodge = plates.size() <= kMostDodging;
+        for (const CMianGouJian* plate : plates) PaintNumber(db, dc, coor, *plate, ColorOf(*plate), dodge);
         dc.SelectObject(old);
     }
     dc.RestoreDC(saved);
