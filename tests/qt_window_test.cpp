@@ -6,11 +6,15 @@
 #include <QEventLoop>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMouseEvent>
 #include <QPlainTextEdit>
 #include <QPointer>
+#include <QPushButton>
+#include <QSlider>
 #include <QTimer>
+#include <QTreeWidget>
 #include <cstdlib>
 #include <functional>
 #include <memory>
@@ -197,4 +201,48 @@ TEST(QtWindows, ColoursFollowTheDesktopWhileTheyStand) {
     QCoreApplication::processEvents();
     EXPECT_EQ(ground(), GetSysColor(COLOR_WINDOW));
     log.DestroyWindow();
+}
+
+TEST(QtWindows, DialogsTellEachStepOfASliderAndEachTick) {
+    class Preview : public CView {
+    public:
+        ~Preview() override { DestroyWindow(); }
+        void OnDraw(CDC*) override { ++m_drawn; }
+        int m_drawn = 0;
+    } preview;
+    using Kind = DialogField::Kind;
+    DialogForm form;
+    form.m_fields = {{Kind::kFrame, "frame", "框", "", {}},
+                     {Kind::kPreview, "preview", "", "", {}},
+                     {Kind::kSlider, "size", "大小", "17", {}, 5, 65},
+                     {Kind::kTicks, "layers", "", "01", {"A\t1", "一个很长的名字\t2"}, 0, 0, {"图层", "数"}},
+                     {Kind::kWarning, "warning", "", "", {}}};
+    form.m_preview = &preview;
+    std::string told;
+    form.m_check = [&](DialogForm& f) {
+        told += f.Value("size") + "/" + f.Value("layers") + " ";
+        f.SetValue("warning", f.Value("size") == "65" ? "大" : "");
+        preview.Invalidate();
+        return std::string();
+    };
+    std::string warned;
+    QTimer::singleShot(0, [&] {
+        auto* const dialog = QApplication::activeModalWidget();
+        auto* const slider = dialog->findChild<QSlider*>();
+        auto* const list = dialog->findChild<QTreeWidget*>("layers");
+        auto* const warning = dialog->findChild<QLabel*>("warning");
+        const int drawn = preview.m_drawn;
+        warned += warning->isVisible() ? "1" : "0";
+        slider->setValue(30);
+        slider->setValue(1000);
+        warned += warning->isVisible() ? "1" : "0";
+        list->topLevelItem(0)->setCheckState(0, Qt::Checked);
+        EXPECT_EQ(list->topLevelItem(1)->toolTip(0), QString::fromUtf8("一个很长的名字"));
+        EXPECT_TRUE(Comes([&] { return preview.m_drawn > drawn; }));
+        dialog->findChild<QPushButton*>()->click();
+    });
+    EXPECT_EQ(CWindowSystem::Current()->RunDialog(form), 0);
+    EXPECT_EQ(told, "17/01 30/01 65/01 65/11 ");
+    EXPECT_EQ(warned, "01");
+    EXPECT_EQ(form.Value("size") + form.Value("layers"), "6511");
 }
