@@ -15,7 +15,7 @@
 namespace {
 
 constexpr const char* kKinds[kFaultKindCount] = {"悬挂端", "缺口", "点未接线", "短线", "重复"};
-constexpr int kWidth = 460, kHeight = 420;  // pixels
+constexpr int kWidth = 460, kLeastHeight = 130, kMostHeight = 420, kRowHeight = 20;  // pixels
 
 /// Shows the surroundings of a place with the place marked.
 void GoTo(CEditFrame& frame, const NetFault& fault) {
@@ -58,5 +58,7 @@ void ShowCheckList(CEditFrame& frame) {
     list->m_onSelect = [&frame, faults](int row) { GoTo(frame, faults[static_cast<std::size_t>(row)]); };
     const CRect client = frame.GetClientRect();
     const int left = std::max(0, client.right - kWidth - 140), top = 60;
-    frame.ShowTool("check", std::move(list), {left, top, left + kWidth, top + kHeight}, "检查: " + found);
+    const int fitting = static_cast<int>(std::min<std::size_t>(faults.size() + 2, 100)) * kRowHeight;
+    const int height = std::clamp(fitting, kLeastHeight, kMostHeight);
+    frame.ShowTool("check", std::move(list), {left, top, left + kWidth, top + height}, "检查: " + found);
 }
