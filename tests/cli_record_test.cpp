@@ -191,7 +191,8 @@ void LayOut(const fs::path& in, const std::string& house) {
     fs::remove_all(in);
     fs::create_directories(in);
     fs::copy_file(std::string(TVO_TEST_DATA) + "/open_cells.dxf", in / "plan.dxf");
-    fs::copy_file(std::string(TVO_TEST_DATA) + "/small_cloud.txt", in / "cloud.txt");
+    std::ofstream(in / "cloud.txt")
+        << "node 1 0 0 0\nnode 2 12 0 1.5\nnode 3 0 9 2.5\nnode 4 12 9 4\ntri 1 2 3\ntri 2 4 3\n";
     std::ofstream(in / "my house.tvo", std::ios::binary) << house;
 }
 
@@ -229,7 +230,9 @@ TEST(TvoRecord, RepeatsRandomSessionsExactly) {
         if (from == From::kProgram) arguments.insert(arguments.end(), {"--record", record});
         const TvoRun first = RunTvo(arguments, script + end("/1"));
         ASSERT_LE(first.status, 1) << "seed " << seed << first.err << script;
-        if (first.out.find("记录结束") != std::string::npos) {  // the menu was hit there
+        // The menu was hit there; or there was a field, which no file keeps.
+        const bool refused = from == From::kNow && first.out.find("不能记录") != std::string::npos;
+        if (refused || first.out.find("记录结束") != std::string::npos) {
             ++ended;
             continue;
         }
@@ -254,7 +257,7 @@ TEST(TvoRecord, RepeatsRandomSessionsExactly) {
             ++whole;
         }
     }
-    EXPECT_LT(ended, 6);
+    EXPECT_LT(ended, 10);
     EXPECT_GT(whole, 2);
 }
 

@@ -101,6 +101,7 @@ constexpr Phrase kPhrases[] = {
     {"*, on which it stands, is another file now", "它所依据的 %1 已是另一个文件"},
     {"is the model that is open; record under another name", "这是正在编辑的模型, 请另取名字"},
     {"too much has been done to tell it from the start", "操作太多, 已不能从头记录"},
+    {"the model holds what a file doesn't keep, such as a field", "模型里有文件不保存的内容 (例如场), 只能从启动起记录"},
     {"was written over after it had been read", "读入之后内容已被改写"},
     {"a model from a journal is not in the recording", "从日志恢复的模型不在记录里"},
     // Drawings

@@ -56,20 +56,20 @@ std::string Exact(float v) {
 std::string At(CPoint p) { return std::to_string(p.x).append(" ").append(std::to_string(p.y)); }
 
 /// Saves the model and goes on with what was saved, as the played session will: components in the order of
-/// the file, nothing to undo. If the file doesn't hold all of it the model stays, without its log.
+/// the file, nothing to undo. Throws DataFailure, the model as it was, if the file doesn't hold all of it.
 void BeginFrom(const std::string& file, CEditFrame& frame) {
     const TvoModelHost host;
     CTvoHostDataBase& db = frame.DataBase();
     const int modified = db.GetContain().IfModified();
     const SavedModel saved = SaveModel(file, db, host);
+    db.GetContain().SetModifiedFlag(modified);  // this was no save of the user's
     CTvoHostDataBase trial;
     const BuiltModel built = OpenModel(file, trial, host);
-    const bool whole = saved.leftOut == 0 && built.hostDataRead && built.nodes == saved.nodes &&
-                       built.lines == saved.lines && built.plates == saved.plates &&
-                       built.others == saved.others;
-    if (whole) OpenModel(file, db, host);
-    else db.UndoInit();
-    db.GetContain().SetModifiedFlag(modified);  // this was no save of the user's
+    if (saved.leftOut != 0 || !built.hostDataRead || built.nodes != saved.nodes ||
+        built.lines != saved.lines || built.plates != saved.plates || built.others != saved.others)
+        throw DataFailure(file + ": the model holds what a file doesn't keep, such as a field");
+    OpenModel(file, db, host);
+    db.GetContain().SetModifiedFlag(modified);
     frame.ModelChanged();
 }
 
@@ -161,7 +161,8 @@ void SessionRecorder::WriteTo(const std::string& path, From from) {
     std::error_code ignored;
     if (std::filesystem::equivalent(path, m_frame.Document().Path(), ignored))
         throw DataFailure(path + ": is the model that is open; record under another name");
-    if (from == From::kStart && !KnowsStart()) throw DataFailure(path + ": too much has been done to tell it from the start");
+    if (from == From::kStart && !KnowsStart())
+        throw DataFailure(path + ": too much has been done to tell it from the start");
     std::string folder = path + ".files";
     for (int i = 2; std::filesystem::exists(folder, ignored); ++i)
         folder = path + "." + std::to_string(i) + ".files";
@@ -174,10 +175,15 @@ void SessionRecorder::WriteTo(const std::string& path, From from) {
     m_failure.clear();
     try {
         if (from == From::kNow) {
-            m_files.Forget();
             std::filesystem::create_directories(folder, ignored);
             const std::string model = folder + "/start.tvo";
-            BeginFrom(model, m_frame);
+            try {
+                BeginFrom(model, m_frame);
+            } catch (...) {
+                std::filesystem::remove_all(folder, ignored);  // made just now
+                throw;
+            }
+            m_files.Forget();
             m_event.clear();
             m_before.clear();
             m_kept = Head(model, true);
@@ -222,7 +228,8 @@ void SessionRecorder::StopAtWish() {
 
 void SessionRecorder::LoseTrack() {
     m_whole = false;
-    if (m_file >= 0 && m_failure.empty()) m_failure = m_path + ": a model from a journal is not in the recording";
+    if (m_file >= 0 && m_failure.empty())
+        m_failure = m_path + ": a model from a journal is not in the recording";
 }
 
 void SessionRecorder::Put(const std::string& text, std::int64_t at) {
@@ -275,7 +282,8 @@ void SessionRecorder::Event(const std::string& line) {
     NoteInput();
     Line(line);
     m_settling = true;
-    m_input.reset();  // whatever happens may take the text or leave it; what it did is seen when it is done
+    // Whatever happens may take the text or leave it; what it did is seen when it is done.
+    if (m_asking.empty()) m_input.reset();
 }
 
 // The event before is whole by now, unless this one comes while that one asks something.
