@@ -88,16 +88,23 @@ void QtPeer::Move(const CRect& place) {
     if (now.cx != before.cx || now.cy != before.cy) m_window.Resized();
 }
 
-// The window's title and border come on top, as large as they usually are.
+// What is larger than the screen leaves room for the title and the border that the desktop adds, as large as
+// these usually are; a size that just fills the screen was meant so.
 CRect QtPeer::OnScreen(CRect place) const {
     constexpr int kBorder = 4, kTitle = 32;
     const QScreen* const screen = QGuiApplication::primaryScreen();
     if (!screen || m_system.Options().m_scripted) return place;
-    const QRect free = screen->availableGeometry().adjusted(kBorder, kTitle, -kBorder, -kBorder);
-    const int width = std::min(place.Width(), std::max(free.width(), 1));
-    const int height = std::min(place.Height(), std::max(free.height(), 1));
-    const int left = std::clamp(place.left, free.left(), free.left() + std::max(free.width() - width, 0));
-    const int top = std::clamp(place.top, free.top(), free.top() + std::max(free.height() - height, 0));
+    const QRect free = screen->availableGeometry();
+    const auto size = [](int wanted, int most, int frame) {
+        return wanted <= most ? wanted : std::max(most - frame, 1);
+    };
+    const auto from = [](int wanted, int low, int room) {
+        return std::clamp(wanted, low, low + std::max(room, 0));
+    };
+    const int width = size(place.Width(), free.width(), 2 * kBorder);
+    const int height = size(place.Height(), free.height(), kTitle + kBorder);
+    const int left = from(place.left, free.left(), free.width() - width - kBorder);
+    const int top = from(place.top, free.top(), free.height() - height - kBorder);
     return {left, top, left + width, top + height};
 }
 
@@ -179,8 +186,7 @@ void QtPeer::StartTimer(unsigned id, int milliseconds) {
     if (!timer) {
         timer = new QTimer(m_widget);
         QObject::connect(timer, &QTimer::timeout, m_widget, [widget = m_widget.data(), id] {
-            if (QtPeer* const peer = QtPeer::Of(widget))
-                peer->System().DeliverTimer(peer->Window(), id);
+            if (QtPeer* const peer = QtPeer::Of(widget)) peer->System().DeliverTimer(peer->Window(), id);
         });
     }
     timer->start(std::max(milliseconds, 1));
