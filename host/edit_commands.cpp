@@ -9,6 +9,7 @@
 #include "host/point_command.h"
 #include "net/gj_net_line.h"
 #include "platform/number_text.h"
+#include "platform/saturate.h"
 #include "shell/cmd_map.h"
 #include "view/rubber_line.h"
 #include "view/simple_commands.h"
@@ -115,6 +116,7 @@ private:
     void Draw() override {
         const float r = Distance(m_points[0], m_points[1]);
         if (r > 0) Db().AddArc(m_points[0], r, Degrees(m_points[0], m_points[1]), Degrees(m_points[0], m_points[2]));
+        else TellTooNear();
     }
 };
 
@@ -125,8 +127,8 @@ public:
 private:
     void Draw() override {
         const float r = Distance(m_points[0], m_points[1]);
+        if (!(r > 0)) return TellTooNear();
         // A line of the net has two ends: two halves.
-        if (!(r > 0)) return;
         Db().AddArc(m_points[0], r, 0, 180);
         Db().AddArc(m_points[0], r, 180, 360);
     }
@@ -143,6 +145,23 @@ private:
         AppendPromptText(CString("距离 = ") + Length(std::hypot(static_cast<double>(b.x) - a.x, static_cast<double>(b.y) - a.y)) +
                          ", dx = " + Length(static_cast<double>(b.x) - a.x) + ", dy = " + Length(static_cast<double>(b.y) - a.y));
         return QS_FINISH;
+    }
+};
+
+/// The heights of the texts themselves change, as one undo step, where the library's command changes their pictures alone.
+class TextHeightCommand : public CCmdSetTextHeight {
+public:
+    using CCmdSetTextHeight::CCmdSetTextHeight;
+    unsigned OnGetObject(OBJECT_HINT hint, void* object, int byDefault) override {
+        const unsigned state = CCmdSetTextHeight::OnGetObject(hint, object, byDefault);
+        const char* const text = hint == OH_TEXT ? static_cast<const char*>(object) : "";
+        if (state != QS_FINISH || !*text) return state;
+        const double height = LeadingReal(text) * 1000;  // of metres
+        static_cast<CTvoViewMgr*>(m_pView)->m_nTextHeight = SaturatedInt(height);
+        auto& db = *static_cast<CTvoHostDataBase*>(m_pDataBase);
+        db.Start();
+        AppendPromptText(CString(std::to_string(db.SetTextHeights(static_cast<float>(height))) + " 个文字改了字高"));
+        return state;
     }
 };
 
@@ -195,7 +214,7 @@ CDtWorkEx* MakeEditCommand(int id, CTvoHostDataBase& db, CTvoViewMgr& view) {
         case kCmdCircle: command = new CircleCommand; break;
         case kCmdErase: command = new EraseCommand(db, view); break;
         case kCmdDistance: command = new DistanceCommand; break;
-        case kCmdTextHeight: command = new CCmdSetTextHeight(&db, &view, 0); break;
+        case kCmdTextHeight: command = new TextHeightCommand(&db, &view, 0); break;
         default: return nullptr;
     }
     command->m_pView = &view;

@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <iterator>
+#include <memory>
 #include <utility>
 #include <vector>
 
 #include "host/tvo_load.h"
 #include "host/tvo_rider.h"
+#include "model/gj_text.h"
 #include "model/grid_index_service_object.h"
 #include "plates/mian_goujian.h"
 
@@ -238,6 +240,29 @@ void CTvoHostDataBase::SetLoad(CMianGouJian* plate, double value) {
     plate->GetMidPoint(load->m_fX, load->m_fY);
     load->m_bParamCalculated = 1;
     AddGouJian(load);  // owns it from here on
+}
+
+// --- texts ------------------------------------------------------------------------------------------------
+
+int CTvoHostDataBase::SetTextHeights(float height) {
+    CArray<CGouJianEx*> texts;
+    GetGouJianArray(GJLX_TEXT, &texts);
+    int changed = 0;
+    for (CGouJianEx* obj : texts) {
+        const auto& old = static_cast<CGjText&>(*obj);
+        if (old.m_fHeight == height) continue;
+        auto text = std::make_unique<CGjText>(old);
+        text->m_pDrawGraph = nullptr;  // the old one's
+        text->m_bGraphBuilt = 0;
+        text->m_fHeight = height;
+        const int storey = old.m_nCeng;
+        DeleteGouJian(obj);
+        CGjText* const added = text.release();  // the container owns it from here on
+        AddGouJian(added);
+        added->m_nCeng = storey;
+        ++changed;
+    }
+    return changed;
 }
 
 // --- edits ------------------------------------------------------------------------------------------------

@@ -63,6 +63,11 @@ public:
     /// if this one is to be seen. Null when plates have taken the riders' type byte.
     CTvoRider* AddRider(CGjNetLine* line, float width, std::uint32_t tag, unsigned char status);
 
+    // --- texts ---
+    /// Gives all texts that height, in model units, and tells how many had another. Each is replaced by a new one, since
+    /// only what enters or leaves the store can be taken back.
+    int SetTextHeights(float height);
+
     // --- loads ---
     /// Puts a load on a plate, in the place of one that hangs there.
     void SetLoad(CMianGouJian* plate, double value);

@@ -202,26 +202,7 @@ void RunClear(Script& script, const Words& words) {
     words.size() > 2 ? script.m_db.Clear_GouJian(type, Tag(words[2])) : script.m_db.Clear_GouJian(type);
 }
 
-// A text is replaced by one of the other height, since only what enters or leaves the store can be taken
-// back.
-void RunSetTextHeight(Script& script, const Words& words) {
-    const float height = Size(words[1], "H");
-    CArray<CGouJianEx*> texts;
-    script.m_db.GetGouJianArray(GJLX_TEXT, &texts);
-    for (CGouJianEx* obj : texts) {
-        const auto& old = static_cast<CGjText&>(*obj);
-        if (old.m_fHeight == height) continue;
-        auto text = std::make_unique<CGjText>(old);
-        text->m_pDrawGraph = nullptr;  // the old one's
-        text->m_bGraphBuilt = 0;
-        text->m_fHeight = height;
-        const int storey = old.m_nCeng;
-        script.m_db.DeleteGouJian(obj);
-        CGjText* const added = text.release();  // the container owns it from here on
-        script.m_db.AddGouJian(added);
-        added->m_nCeng = storey;
-    }
-}
+void RunSetTextHeight(Script& script, const Words& words) { script.m_db.SetTextHeights(Size(words[1], "H")); }
 
 // ---- dump -----------------------------------------------------------------------------------------
 

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "host/host_data_base.h"
+#include "host/point_command.h"
 #include "platform/saturate.h"
 
 namespace {
@@ -11,7 +12,6 @@ namespace {
 constexpr double kRadians = 3.14159265358979323846 / 180;
 constexpr double kFullTurn = 360;
 constexpr double kTurnRounding = 1e-6;  // degrees: sums that differ by less are one
-constexpr double kFarthest = 1e9;       // mm: beyond, floats are too coarse to draw with
 
 /// 0 and the running sums.
 std::vector<double> Positions(const Spacings& spacings, double from = 0) {
@@ -200,7 +200,7 @@ AxisGrid ReadAxisGrid(bool arc, const AxisGridTexts& texts, double tolerance, st
 }
 
 std::optional<int> PlaceAxisGrid(CTvoHostDataBase& db, const AxisGrid& grid, AxisPoint at) {
-    if (!(std::fabs(at.x) <= kFarthest && std::fabs(at.y) <= kFarthest)) return {};
+    if (!WithinReach(CFPoint(static_cast<float>(at.x), static_cast<float>(at.y), 0))) return {};
     const AxisPlacing place(grid, at);
     const auto point = [&](AxisPoint p) {
         const AxisPoint placed = place(p);

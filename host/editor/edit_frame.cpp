@@ -44,11 +44,10 @@ void CEditFrame::Open(const CRect& place, const std::string& file) {
     ReadSnapSettings(View());
     SyncStsToStatusBar();
     m_recorder = std::make_unique<SessionRecorder>(*this);
-    const std::vector<std::string> before = EditorDocument::Recent();
+    const std::string owner = TakeViewOwner();
     const bool opened = !file.empty() && m_document->Open(file);
     if (!opened) m_document->ShowSample();
-    // The last view belongs to the model that was the last one then.
-    else if (!before.empty() && before.front() == m_document->Path()) View().ReadLastCoordinateFromReg();
+    else if (owner == ViewOwner()) View().ReadLastCoordinateFromReg();
     FocusToCommandLine();
     m_recorder->Opened(file);
 }
@@ -218,9 +217,25 @@ void CEditFrame::KeepLayout() {
     if (!system) return;
     const CRect client = GetClientRect();
     const auto keep = [&](const char* name, const std::string& value) { system->WriteSetting(kLayoutPath, name, value); };
+    keep("view", ViewOwner());
     keep("size", std::to_string(client.Width()).append(1, 'x').append(std::to_string(client.Height())));
     keep("menu", std::to_string(m_nScrnMenuWidth));
     keep("prompt", std::to_string(m_nPromptHeight));
+}
+
+// The last view is of use to the model that it showed alone, in a view of the same size.
+std::string CEditFrame::ViewOwner() {
+    const CRect client = View().GetClientRect();
+    return std::to_string(client.Width()).append(1, 'x').append(std::to_string(client.Height())) + " " + m_document->Path();
+}
+
+// Whoever opens a model and is killed leaves a view that may show nothing of it.
+std::string CEditFrame::TakeViewOwner() {
+    CWindowSystem* const system = CWindowSystem::Current();
+    if (!system) return {};
+    const std::string owner = system->ReadSetting(kLayoutPath, "view").value_or("");
+    system->WriteSetting(kLayoutPath, "view", "");
+    return owner;
 }
 
 // ---- the window -------------------------------------------------------------------------------------------

@@ -21,7 +21,8 @@ public:
     explicit CEditFrame(CTvoHostDataBase& db);
     ~CEditFrame() override;
 
-    /// The group of the window's layout in the settings: "size" (WxH of the window), "menu", "prompt" (pixels).
+    /// The group of the window's layout in the settings: "size" (WxH of the window), "menu", "prompt" (pixels),
+    /// "view" (WxH of the view and the model that the last view belongs to).
     static constexpr const char* kLayoutPath = "layout";
 
     /// Makes the window with its panes at a place on the screen and opens a file; without one it shows a sample net.
@@ -73,6 +74,8 @@ private:
     void Guarded(const std::function<void()>& work);
     void ReadLayout();  // sizes of the panes, as the last session left them
     void KeepLayout();
+    std::string ViewOwner();      // what the last view belongs to
+    std::string TakeViewOwner();  // as kept; it is forgotten, until the window closes
     std::vector<std::pair<std::string, CWnd*>> OwnWindows() const;
 
     CTvoHostDataBase& m_db;  // borrowed

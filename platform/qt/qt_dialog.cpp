@@ -347,7 +347,7 @@ private:
         row->addStretch(1);
         for (std::size_t i = 0; i < m_form.m_buttons.size(); ++i) {
             auto* const button = new QPushButton(ToQt(m_form.m_buttons[i]));
-            button->setAutoDefault(i == 0);
+            button->setAutoDefault(true);  // Enter presses the one that has the keys, the first from a field
             button->setDefault(i == 0);
             QObject::connect(button, &QPushButton::clicked, this, [this, i] {
                 m_button = static_cast<int>(i);
