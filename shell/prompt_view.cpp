@@ -187,7 +187,7 @@ void CPromptInput::OnChar(UINT code) {
     CEdit::OnChar(code);
 }
 
-void CPromptInput::OnKeyDown(UINT key, LPARAM) {
+void CPromptInput::OnKeyDown(UINT key, LPARAM flags) {
     CTvoFrameBase* const frame = m_pPromptView ? m_pPromptView->m_pFrame : nullptr;
     CTvoViewMgr* const view = frame ? frame->GetDtView() : nullptr;
     if (!view) return;
@@ -213,7 +213,9 @@ void CPromptInput::OnKeyDown(UINT key, LPARAM) {
             case VK_F6: view->_Svr_SwitchCoordDisplay(); break;
             case VK_F7: view->_Svr_SwitchGridDisplay(); break;
             case VK_F8: view->_Svr_SwitchOrthoSnap(); break;
-            default: break;
+            default:
+                if (text.IsEmpty()) frame->SendMessage(WM_KEYDOWN, key, flags);  // a host's own keys
+                break;
         }
     }
     SetFocus();

@@ -115,6 +115,25 @@ TEST(Editor, AClickPicksALineAndOneBesideBeginsAWindow) {
     EXPECT_TRUE(ReadWholeFile(folder.File("a.png")) == ReadWholeFile(folder.File("b.png")));
 }
 
+TEST(Editor, KeysOfTheDesktopWork) {
+    const ScratchFolder folder;
+    const std::string drawn = std::string(kNew) + "type Line 0,0 6000,0 \ntype Line 0,3000 6000,3000 \n";
+    EXPECT_EQ(Last(Played(drawn + "key Z ctrl\nstat\n"), "stat")["lines"], 1);
+    EXPECT_EQ(Last(Played(drawn + "key Z ctrl\nkey Y ctrl\nstat\n"), "stat")["lines"], 2);
+    EXPECT_EQ(Last(Played(drawn + "type Line 0,500 \nkey Z ctrl\nstat\n"), "stat")["lines"], 1) << "in a command";
+    EXPECT_EQ(Last(Played(drawn + "type x\nkey Z ctrl\nstat\n"), "stat")["lines"], 2) << "the typed text's own";
+    Played(drawn + "path kept.tvo\nkey S ctrl\n", folder.Path());
+    EXPECT_TRUE(fs::exists(folder.Path() / "kept.tvo"));
+}
+
+TEST(Editor, PointsOutOfReachAreRefused) {
+    for (const char* points : {"0,0 1e30,5", "1e12,1e12"}) {
+        const auto lines = Played(std::string(kNew) + "type Line " + points + " \nstat\nprompt\n");
+        EXPECT_EQ(Last(lines, "stat")["nodes"], 0) << points;
+        EXPECT_NE(Last(lines, "prompt")["lines"].dump().find("点太远"), std::string::npos) << points;
+    }
+}
+
 TEST(Editor, Measures) {
     struct {
         const char* typed;

@@ -14,6 +14,7 @@
 #include "host/editor/setting_dialogs.h"
 #include "platform/number_text.h"
 #include "platform/window_system.h"
+#include "shell/cmd_map.h"
 #include "shell/scr_menu_view.h"
 #include "view/tvo_view_mgr.h"
 
@@ -74,6 +75,22 @@ void CEditFrame::Guarded(const std::function<void()>& work) {
     } catch (const std::exception& failure) {
         Warn("命令没有完成: " + MessageInChinese(failure.what()));
     }
+}
+
+void CEditFrame::OnKeyDown(UINT key, LPARAM) {
+    // Ctrl and a letter, the command as it is typed.
+    static constexpr struct {
+        char key;
+        const char* command;
+    } kShortcuts[] = {{'N', "New"}, {'O', "Open"}, {'S', "Save"}, {'P', "Print"}, {'Z', "U"}, {'Y', "Re"}};
+    if (!::IsKeyDown(VK_CONTROL)) return;
+    for (const auto& shortcut : kShortcuts)
+        if (key == static_cast<UINT>(shortcut.key)) {
+            if (View().IsBusy()) View().ReSetToInitialState(1);
+            int id = -1, data = 0;
+            g_cCmdMap.GetCommandIDByString(shortcut.command, id, data);
+            return InvokeAny(id);
+        }
 }
 
 void CEditFrame::SetSnapOption() { AskSnapSwitches(View()); }

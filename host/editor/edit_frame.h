@@ -67,6 +67,8 @@ public:
 protected:
     void OnClose() override;
     void OnDestroy() override;
+    /// Keys that the empty command line has no use for.
+    void OnKeyDown(UINT key, LPARAM flags) override;
     BOOL OnDropFiles(const std::vector<std::string>& files) override;
 
 private:
