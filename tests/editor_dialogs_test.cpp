@@ -487,7 +487,7 @@ TEST_F(EditorDialogs, FieldsAreOpenedLookedAtAndTakenBack) {
     EXPECT_EQ(Last(), "场 1 (4 节点, 2 三角形), 范围: 10 到 40, 分 20 级, 每级 1.5");
     AskFieldValues(m_db, *m_view);
     Type("4000,1000");
-    EXPECT_EQ(Last(), "值 = 22.5, 坐标 (4, 1)");
+    EXPECT_EQ(Last(), "值 = 22.5, 场坐标 (4, 1)");
     Type("5000,1000");
     EXPECT_EQ(Last(), "*此点不在场内*");
     m_view->ReSetToInitialState(1);

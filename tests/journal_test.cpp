@@ -266,6 +266,19 @@ TEST_F(Journal, TheSecondEditorOfAFileIsToldAndKeepsAJournalToo) {
     EXPECT_TRUE(FindLeftovers().empty());
 }
 
+TEST_F(Journal, AFolderThatGoesTakesNoStepWithIt) {
+    Session session(8);
+    const std::string folder = m_folder.path + "gone";
+    fs::create_directory(folder);
+    SaveModel(folder + "/house.tvo", session.m_db, kHost, false);
+    m_journal.Begin(session.m_db, kHost, folder + "/house.tvo");
+    for (int i = 0; i < 5; ++i) session.Step(), m_journal.Flush();
+    fs::remove_all(folder);
+    for (int i = 0; i < 15; ++i) session.Step(), m_journal.Flush();
+    EXPECT_FALSE(m_journal.TakeTrouble().has_value()) << "there is another place";
+    EXPECT_TRUE(Recovered(m_journal.Path()) == session.Saved());
+}
+
 TEST_F(Journal, ADiskThatIsFullIsToldOnceAndTriedAgain) {
     Session session(5);
     m_journal.Begin(session.m_db, kHost, "");

@@ -120,6 +120,8 @@ void EditorDocument::OfferLeftovers() {
         std::erase_if(left,
                       [&](const JournalLeftover& l) { return !IsOffered(l) || l.path == m_journal.Path(); });
         if (left.empty() || !system) return;
+        std::stable_sort(left.begin(), left.end(),  // the newest is what somebody misses
+                         [](const JournalLeftover& a, const JournalLeftover& b) { return a.time > b.time; });
         DialogForm form;
         form.m_name = "leftovers";
         form.m_title = "恢复";

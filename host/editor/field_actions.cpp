@@ -224,7 +224,7 @@ private:
         if (!field->m_pChang->PointInChang(x, y)) return AppendPromptText("*此点不在场内*");
         const double value =
             static_cast<double>(field->m_pChang->Get_Value(x, y)) * static_cast<double>(field->m_fValueScale);
-        AppendPromptText(CString("值 = " + ValueText(value) + ", 坐标 (" + ValueText(static_cast<double>(x)) +
+        AppendPromptText(CString("值 = " + ValueText(value) + ", 场坐标 (" + ValueText(static_cast<double>(x)) +
                                  ", " + ValueText(static_cast<double>(y)) + ")"));
     }
 };

@@ -63,8 +63,10 @@ void HeldFile::Release() {
     m_length = 0;
 }
 
+bool HeldFile::Stands() const { return m_file >= 0 && IsNamed(m_file, m_path); }
+
 void HeldFile::Remove() {
-    if (m_file >= 0 && IsNamed(m_file, m_path)) ::unlink(m_path.c_str());
+    if (Stands()) ::unlink(m_path.c_str());
     Release();
 }
 

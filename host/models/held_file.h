@@ -29,6 +29,7 @@ public:
     int RenameTo(const std::string& path, bool sync);
 
     bool IsOpen() const { return m_file >= 0; }
+    bool Stands() const;  // open, and still under its name: what has lost that is lost with this process
     const std::string& Path() const { return m_path; }
     std::size_t Length() const { return m_length; }
 

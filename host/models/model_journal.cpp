@@ -185,7 +185,7 @@ void ModelJournal::Flush() {
     try {
         if (!Due()) return;
         // Where a write has failed, nobody knows what of it the disk has.
-        if (m_failing || !m_file.IsOpen() || m_file.Length() > m_mostLength) return Place(true);
+        if (m_failing || !m_file.Stands() || m_file.Length() > m_mostLength) return Place(true);
         error = Append();
     } catch (const std::bad_alloc&) {
     }
