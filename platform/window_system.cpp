@@ -282,6 +282,8 @@ void CWindowSystem::SetCapture(CWnd* window) {
 // ---- services ---------------------------------------------------------------------------------------------
 
 void CWindowSystem::UsePalette(bool dark) {
+    const Settling settling(*this);
+    if (m_watcher) m_watcher->OnPalette(dark);
     UseDarkPalette(dark);
     for (CWnd* window : std::vector<CWnd*>(m_windows)) {
         if (std::find(m_windows.begin(), m_windows.end(), window) == m_windows.end()) continue;

@@ -70,6 +70,7 @@ public:
     virtual void OnResize(CWnd& /*window*/, CSize) {}
     virtual void OnTimer(CWnd& /*window*/, unsigned /*id*/) {}
     virtual void OnLeave(CWnd& /*window*/) {}  // by the pointer
+    virtual void OnPalette(bool /*dark*/) {}   // another one is about to be in force
     /// An event of those above and all that came of it are done. One that came while a dialog of another was open
     /// is done before that.
     virtual void OnSettled() {}

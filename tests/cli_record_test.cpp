@@ -171,7 +171,7 @@ private:
                 return Of({"bar", "tools"}) + " ldown" + Pixel(400, 24) +
                        Of({"bar lup 9 9\n", "tools lup 50 9\n", "tools leave\n"});
             case 11:
-                return Below(3) ? "hold" + Of({"\n", " shift\n", " ctrl\n"}) : Size();
+                return Below(9) == 0 ? "palette " + Of({"dark\n", "light\n"}) : Below(3) ? "hold" + Of({"\n", " shift\n", " ctrl\n"}) : Size();
             case 12:
                 return "type " + Of({"1000", "直", "4,4", "\"#", "a\\nb"}) + "\n";
             case 13:

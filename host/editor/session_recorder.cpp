@@ -400,6 +400,11 @@ void SessionRecorder::OnLeave(CWnd& window) {
     if (Prefix(window, words) && !words.empty()) Event(words + "leave");
 }
 
+void SessionRecorder::OnPalette(bool dark) {
+    ++m_depth;
+    if (!m_kept.empty()) Event(dark ? "palette dark" : "palette light");
+}
+
 void SessionRecorder::OnTimer(CWnd& window, unsigned id) {
     ++m_depth;
     std::string name = &window == &m_frame              ? "frame"

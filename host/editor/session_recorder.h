@@ -65,6 +65,7 @@ public:
     void OnResize(CWnd& window, CSize size) override;
     void OnLeave(CWnd& window) override;
     void OnTimer(CWnd& window, unsigned id) override;
+    void OnPalette(bool dark) override;
     void OnSettled() override;
     void OnAsk() override;
     void OnTold() override { Answered(); }
