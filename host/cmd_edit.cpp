@@ -118,6 +118,8 @@ CRect LastPlace(const SettingsFile& settings) {
     }
 }
 
+constexpr const char* kRegPath = "TvoBase\\";  // the last view's group in the settings
+
 int RunEditor(const EditOptions& options) {
     SettingsFile settings;  // outlives the windows, which write at their end
     const CRect place = options.size.empty() ? LastPlace(settings) : PlaceOf(options.size);
@@ -130,13 +132,15 @@ int RunEditor(const EditOptions& options) {
     };
     window.m_writeSetting = [&](const std::string& path, const std::string& name, const std::string& value) {
         settings.Write(path, name, value);
-        if (path == EditorDocument::kRecentPath && name == "File1") settings.Save();  // a crash shall not cost it
+        // A crash shall cost neither what a dialog was told nor the recent files, of which the first is written last.
+        const bool atTheEnd = path == CEditFrame::kLayoutPath || path.starts_with(kRegPath);
+        if (!atTheEnd && (path != EditorDocument::kRecentPath || name == "File1")) settings.Save();
     };
     if (options.measure) {
         window.m_firstPicture = [&] { measure.FirstPicture(); };
         window.m_mouseShown = [&](bool move, long long microseconds) { measure.Mouse(move, microseconds); };
     }
-    g_cTvoProfile.m_strRegPath = "TvoBase\\";
+    g_cTvoProfile.m_strRegPath = kRegPath;
     g_cTvoProfile.m_strRegSubKey = "View";
     UseSystemFonts();
     WindowModule module(window);

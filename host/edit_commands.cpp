@@ -3,6 +3,7 @@
 #include <cmath>
 #include <iterator>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "host/host_data_base.h"
@@ -153,7 +154,10 @@ class TextHeightCommand : public CCmdSetTextHeight {
 public:
     using CCmdSetTextHeight::CCmdSetTextHeight;
     unsigned OnGetObject(OBJECT_HINT hint, void* object, int byDefault) override {
+        // The pictures that stand are left alone: undo brings them back.
+        CTvoDataBase* const base = std::exchange(m_pDataBase, nullptr);
         const unsigned state = CCmdSetTextHeight::OnGetObject(hint, object, byDefault);
+        m_pDataBase = base;
         const char* const text = hint == OH_TEXT ? static_cast<const char*>(object) : "";
         if (state != QS_FINISH || !*text) return state;
         const double height = LeadingReal(text) * 1000;  // of metres

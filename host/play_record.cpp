@@ -103,12 +103,11 @@ void Files(PlaySession& session, const Words& words) {
 void File(PlaySession& session, const Words& words) {
     const std::string to = session.FileNamed(words[1]), copy = UnescapedWord(words[2]);
     if (session.m_played.empty() || !to.starts_with(session.m_played)) throw ScriptFailure{"file takes a file of the session"};
-    const bool large = copy.starts_with("/");  // too large for a copy, it stays where it is
+    const bool large = copy.starts_with("/");  // too large for the recording's folder
     const fs::path from = large ? fs::path(copy) : fs::path(session.m_copies + copy);
     std::error_code error;
     fs::remove(to, error);
-    if (large && fs::exists(from, error)) fs::create_symlink(from, to, error);
-    else fs::copy_file(from, to, error);
+    fs::copy_file(from, to, error);
     if (error) throw ScriptFailure{from.string() + ", which the session reads: " + error.message()};
 }
 

@@ -295,7 +295,12 @@ bool PlaySession::Play(std::string_view line) {
         std::size_t end = 10;
         const std::string number(rest.substr(end, rest.find(' ', end) - end));
         end += number.size();
-        m_meanwhile.push_back({static_cast<int>(ScriptInteger(number, "N", 1, 1000000)), std::string(rest.substr(end))});
+        const std::string then(rest.substr(end));
+        const Words event = SplitScriptLine(then);
+        // A question holds up all else: neither does a command run, nor is the window closed.
+        if (event.empty() || event[0] == "editor" || event[0] == "close" || !FindEvent(event))
+            throw ScriptFailure{"that can't happen while a question stands"};
+        m_meanwhile.push_back({static_cast<int>(ScriptInteger(number, "N", 1, 1000000)), then});
         m_prepares = true;
         return true;
     }
@@ -328,6 +333,7 @@ bool PlaySession::Play(std::string_view line) {
 
 void PlaySession::Asked() {
     const int now = ++m_asked;
+    const bool prepares = m_prepares;  // the event that asks, not what happens meanwhile
     for (std::size_t i = 0; i < m_meanwhile.size(); ++i) {
         if (m_meanwhile[i].question != now) continue;
         const std::string line = m_meanwhile[i].line;
@@ -337,6 +343,7 @@ void PlaySession::Asked() {
             if (!m_wrong) m_wrong = failure;  // told when the event is over
         }
     }
+    m_prepares = prepares;
 }
 
 std::string PlaySession::FileNamed(const std::string& word) const {

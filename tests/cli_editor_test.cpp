@@ -126,6 +126,19 @@ TEST(Editor, KeysOfTheDesktopWork) {
     EXPECT_TRUE(fs::exists(folder.Path() / "kept.tvo"));
 }
 
+TEST(Editor, TextHeightsAreEdits) {
+    const ScratchFolder folder;
+    const auto lines = Played(std::string(kNew) + "text 1000 1000 900 0 hall\ntype All \nmove 5 5\npng a.png\ntype 字高 2 \nmove 5 5\n"
+        "png b.png\ndump texts\nkey Z ctrl\nmove 5 5\npng c.png\ndump texts\n", folder.Path());
+    const auto texts = Of(lines, "text");
+    ASSERT_EQ(texts.size(), 2u);
+    EXPECT_EQ(texts[0]["height"], 2000.0);
+    EXPECT_EQ(texts[1]["height"], 900.0);
+    const std::string before = ReadWholeFile(folder.File("a.png"));
+    EXPECT_FALSE(before == ReadWholeFile(folder.File("b.png")));
+    EXPECT_TRUE(before == ReadWholeFile(folder.File("c.png")));
+}
+
 TEST(Editor, PointsOutOfReachAreRefused) {
     for (const char* points : {"0,0 1e30,5", "1e12,1e12"}) {
         const auto lines = Played(std::string(kNew) + "type Line " + points + " \nstat\nprompt\n");

@@ -44,6 +44,7 @@ struct KillPoint {
 class Kill : public testing::Test {
 protected:
     Kill() {
+        ::signal(SIGPIPE, SIG_IGN);  // of an editor that is dead before it has heard all
         ::setenv("XDG_STATE_HOME", m_beside.File("state").c_str(), 1);
         if (!RunTvo({"run"}, "line 0 0 12000 0\nsave house.tvo\n", m_beside.Path()).status)
             m_house = ReadWholeFile(m_beside.File("house.tvo"));
@@ -55,6 +56,7 @@ protected:
     }
     ~Kill() override {
         Release();
+        ::signal(SIGPIPE, SIG_DFL);
         for (const char* name :
              {"XDG_STATE_HOME", "TVO_KILL_FOLDER", "TVO_KILL_LOG", "ASAN_OPTIONS", "LD_PRELOAD"})
             ::unsetenv(name);
@@ -71,6 +73,7 @@ protected:
         ASSERT_EQ(::pipe2(out, O_CLOEXEC), 0);
         m_process = ::fork();
         if (m_process == 0) {
+            ::signal(SIGPIPE, SIG_DFL);
             ::dup2(in[0], STDIN_FILENO);
             ::dup2(out[1], STDOUT_FILENO);
             ::setenv("TVO_KILL_AT", std::to_string(point.at).c_str(), 1);

@@ -262,9 +262,8 @@ TEST(TvoRecord, RepeatsRandomSessionsExactly) {
 }
 
 TEST(TvoRecord, KeepsTheRecordingBeforeAndSaysWhyItCannotWrite) {
-    const std::string folder = testing::TempDir() + "tvo_record_files/";
-    std::filesystem::remove_all(folder);
-    std::filesystem::create_directories(folder);
+    const ScratchFolder scratch;
+    const std::string folder = scratch.File("");
     const std::string record = folder + "r.play";
     std::ofstream(record) << "precious";
     const TvoRun good = RunTvo({"play", "--record", record}, "editor 800 600\ntype Line \n");

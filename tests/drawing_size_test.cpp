@@ -17,14 +17,15 @@ std::string Entity(const char* kind, const char* layer, const std::string& group
 
 TEST(DrawingSize, IsToldAndDoubted) {
     // On A a line of 4 by 3 and an arc over a quarter, 3 high from (4, 0): 1.41 from end to end. On B a
-    // circle.
+    // circle. C lies far out.
     DXF drawing;
     drawing.Read_Bytes_To_Mem("0\nSECTION\n2\nENTITIES\n" +
                               Entity("LINE", "A", "10\n0\n20\n0\n11\n4\n21\n3\n") +
                               Entity("ARC", "a", "10\n4\n20\n2\n40\n1\n50\n0\n51\n90\n") +
-                              Entity("CIRCLE", "B", "10\n50\n20\n50\n40\n10\n") + "0\nENDSEC\n0\nEOF\n");
+                              Entity("CIRCLE", "B", "10\n50\n20\n50\n40\n10\n") +
+                              Entity("LINE", "C", "10\n2500000\n20\n0\n11\n2500030\n21\n0\n") + "0\nENDSEC\n0\nEOF\n");
     const auto layers = SummarizeLayers(drawing);
-    ASSERT_EQ(layers.size(), 2u);
+    ASSERT_EQ(layers.size(), 3u);
     const DrawingSizes sizes(drawing, layers);
     const struct {
         const char *name, *ticks;
@@ -41,6 +42,8 @@ TEST(DrawingSize, IsToldAndDoubted) {
          "不会输入。请检查图纸单位和勾选的图层。"},
         {"taken for kilometres", "10", 1e6 * 2, "10000 × 6000 米",
          "注意: 整个图形超过 5 公里。请检查图纸单位和勾选的图层。"},
+        {"far out", "001", 1000, "30.0 × 0.0000 米",
+         "注意: 图形离原点 2500 公里, 坐标只精确到 256 毫米。请检查图纸单位和勾选的图层。"},
         {"nothing ticked", "00", 1, "", ""},
         {"fewer ticks than layers", "", 1, "", ""},
     };

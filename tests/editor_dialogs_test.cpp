@@ -13,6 +13,7 @@
 #include "fields/backgrnd.h"
 #include "fields/chang.h"
 #include "fields/gj_chang.h"
+#include "file_fixtures.h"
 #include "host/editor/axis_grid.h"
 #include "host/editor/axis_grid_dialog.h"
 #include "host/editor/axis_grid_view.h"
@@ -473,7 +474,8 @@ std::unique_ptr<CChang> Strip(int wide, int high, Value value) {
 }
 
 TEST_F(EditorDialogs, FieldsAreOpenedLookedAtAndTakenBack) {
-    const std::string file = testing::TempDir() + "editor_dialogs_field.txt";
+    const TempFolder folder;
+    const std::string file = folder.path + "field.txt";
     std::ofstream(file)
         << "node 1 0 0 1 10\nnode 2 4 0 2 20\nnode 3 4 4 3 30\nnode 4 0 4 4 40\ntri 1 2 3\ntri 1 3 4\n";
     for (const bool cancel : {true, false}) {

@@ -246,6 +246,24 @@ TEST_F(Journal, AFileThatOthersHaveReplacedIsStoodOnByAnotherName) {
     for (const auto& entry : fs::directory_iterator(m_folder.path)) EXPECT_EQ(entry.path().string().find("journal"), std::string::npos) << entry.path();
 }
 
+TEST_F(Journal, AModelThatStandsOnNothingKnowsItsFileAllTheSame) {
+    Session session(9), other(10);
+    for (int i = 0; i < 20; ++i) session.Step(), other.Step();
+    SaveModel(File(), session.m_db, kHost, false);
+    {
+        ModelJournal crashed;  // of a model that was brought back before
+        crashed.SetSync(false);
+        crashed.Begin(session.m_db, kHost, File(), /*unsaved=*/true);
+        while (crashed.Steps() < 5) session.Step(), crashed.Flush();
+    }
+    RecoveredModel result;
+    EXPECT_TRUE(Recovered(JournalFile(), &result) == session.Saved());
+    EXPECT_FALSE(result.replaced);
+    SaveModel(File(), other.m_db, kHost, false);
+    EXPECT_TRUE(Recovered(JournalFile(), &result) == session.Saved());
+    EXPECT_TRUE(result.replaced);
+}
+
 TEST_F(Journal, TheSecondEditorOfAFileIsToldAndKeepsAJournalToo) {
     Session first(3), second(4);
     SaveModel(File(), first.m_db, kHost, false);

@@ -12,6 +12,7 @@
 #include <string>
 
 #include "fields/chang.h"
+#include "file_fixtures.h"
 #include "host/failure.h"
 #include "host/fields/field_file.h"
 #include "host/models/model_plan.h"
@@ -98,7 +99,8 @@ TEST(ReasonText, DrawingsAndFields) {
         EXPECT_FALSE(IsBad(ReasonInChinese(drawing.GetResult().m_strReason, "")))
             << text << ": " << drawing.GetResult().m_strReason;
     }
-    const std::string path = testing::TempDir() + "reason_text_field.txt",
+    const TempFolder folder;
+    const std::string path = folder.path + "field.txt",
                       msh = "$MeshFormat\n2.2 0 8\n$EndMeshFormat\n";
     for (const std::string& text :
          {std::string("knot 1 2 3"), std::string("node x 1 2 3"), std::string("node 1 2"),

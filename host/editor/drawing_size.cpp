@@ -11,6 +11,7 @@
 namespace {
 
 constexpr double kSmallest = 1000, kLargest = 5e6;  // millimetres of a building's site
+constexpr double kCoarse = 8;                       // millimetres between two coordinates
 constexpr std::size_t kManyOf = 5;                  // one piece of so many
 
 void AddLengths(std::vector<double>& lengths, const ACAD_ENTITY& entity) {
@@ -26,7 +27,7 @@ void AddLengths(std::vector<double>& lengths, const ACAD_ENTITY& entity) {
             break;
         case kAcadArc: {
             const auto& arc = static_cast<const ACAD_ARC&>(entity);
-            const double half = (arc.m_dEnd - arc.m_dStart) / 2 * 3.14159265358979323846 / 180;
+            const double half = std::fmod(std::fmod(arc.m_dEnd, 360) - std::fmod(arc.m_dStart, 360), 360) / 2 * 3.14159265358979323846 / 180;
             lengths.push_back(std::fabs(2 * arc.m_dRadius * std::sin(half)));
             break;
         }
@@ -92,6 +93,8 @@ DrawingSizes::DrawingSizes(const DXF& drawing, const std::vector<DxfLayerSummary
     for (const ACAD_ENTITY* const entity : drawing.GetEntities())
         if (const auto row = rowOf.find(entity->m_pLayer); row != rowOf.end())
             AddLengths(m_layers[row->second].lengths, *entity);
+    const auto endless = [](double length) { return !std::isfinite(length); };
+    for (Layer& layer : m_layers) std::erase_if(layer.lengths, endless);
     for (Layer& layer : m_layers) std::sort(layer.lengths.begin(), layer.lengths.end());
 }
 
@@ -113,6 +116,8 @@ DrawingSizes::Size DrawingSizes::Of(const std::string& ticks, double scale, doub
     size.empty = false;
     size.width = (all.m_dMaxX - all.m_dMinX) * scale;
     size.height = (all.m_dMaxY - all.m_dMinY) * scale;
+    for (const double v : {all.m_dMinX, all.m_dMaxX, all.m_dMinY, all.m_dMaxY})
+        size.farthest = std::max(size.farthest, std::fabs(v) * scale);
     return size;
 }
 
@@ -130,5 +135,9 @@ std::string SizeWarning(const DrawingSizes::Size& size, double tolerance) {
     if (size.tooShort * kManyOf >= size.pieces && size.tooShort > 0)
         add(std::to_string(size.pieces) + " 段线中有 " + std::to_string(size.tooShort) + " 段不长于容差 " +
             FixedReal(tolerance, 0) + " 毫米, 不会输入");
+    const float far = static_cast<float>(std::min(size.farthest, 1e30));
+    const double step = static_cast<double>(std::nextafter(far, 2 * far) - far);
+    if (step >= kCoarse)
+        add("图形离原点 " + FixedReal(size.farthest / 1e6, 0) + " 公里, 坐标只精确到 " + FixedReal(step, 0) + " 毫米");
     return text.empty() ? text : "注意: " + text + "。请检查图纸单位和勾选的图层。";
 }

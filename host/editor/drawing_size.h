@@ -29,6 +29,7 @@ public:
     struct Size {
         bool empty = true;
         double width = 0, height = 0;  // millimetres
+        double farthest = 0;           // greatest coordinate, either sign, millimetres
         std::size_t pieces = 0,
                     tooShort = 0;  // sides, arcs and half circles; of these no longer than the tolerance
     };
@@ -44,5 +45,5 @@ private:
 
 std::string SizeText(const DrawingSizes::Size& size);  // "52.3 × 34.2 米"; empty for nothing
 /// What looks wrong; empty for nothing. Under a metre or over five kilometres, or a fifth of all too short:
-/// mostly the unit.
+/// mostly the unit. Or so far out that coordinates, which are floats, step by 8 mm and more.
 std::string SizeWarning(const DrawingSizes::Size& size, double tolerance);

@@ -240,10 +240,13 @@ void CEditFrame::KeepLayout() {
     keep("prompt", std::to_string(m_nPromptHeight));
 }
 
-// The last view is of use to the model that it showed alone, in a view of the same size.
+// The last view is of use to the model that it showed alone, in a view of the same size: reckoned from what it follows
+// from, since the view's own window goes before the frame's.
 std::string CEditFrame::ViewOwner() {
-    const CRect client = View().GetClientRect();
-    return std::to_string(client.Width()).append(1, 'x').append(std::to_string(client.Height())) + " " + m_document->Path();
+    const CRect client = GetClientRect();
+    std::string owner;
+    for (const int pixels : {client.Width(), client.Height(), m_nScrnMenuWidth, m_nPromptHeight}) owner.append(std::to_string(pixels)).append(" ");
+    return owner + m_document->Path();
 }
 
 // Whoever opens a model and is killed leaves a view that may show nothing of it.

@@ -22,7 +22,7 @@ public:
     ~CEditFrame() override;
 
     /// The group of the window's layout in the settings: "size" (WxH of the window), "menu", "prompt" (pixels),
-    /// "view" (WxH of the view and the model that the last view belongs to).
+    /// "view" (those four and the model that the last view belongs to).
     static constexpr const char* kLayoutPath = "layout";
 
     /// Makes the window with its panes at a place on the screen and opens a file; without one it shows a sample net.

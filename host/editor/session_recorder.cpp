@@ -167,8 +167,10 @@ void SessionRecorder::WriteTo(const std::string& path, From from) {
     for (int i = 2; std::filesystem::exists(folder, ignored); ++i)
         folder = path + "." + std::to_string(i) + ".files";
     const std::string name = std::filesystem::path(folder).filename().string();
-    const std::string beside = path + ".new";  // takes the name when all of it stands
-    const int file = ::open(beside.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+    std::string beside = path + ".new";  // takes the name when all of it stands; a file that has it is somebody's
+    for (int i = 2; std::filesystem::exists(std::filesystem::symlink_status(beside, ignored)); ++i)
+        beside = path + "." + std::to_string(i) + ".new";
+    const int file = ::open(beside.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666);
     if (file < 0) throw DataFailure(path + ": " + std::strerror(errno));
     m_file = file;
     m_path = path;

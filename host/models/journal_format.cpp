@@ -112,7 +112,7 @@ std::string JournalHeaderBytes(const JournalHeader& header) {
     std::string out(kJournalMagic);
     PutWord(out, kJournalVersion);
     PutWord(out, static_cast<std::uint32_t>(kFixedHeader + header.modelPath.size() + 4));
-    PutWord(out, header.base.file ? 1 : 0);
+    PutWord(out, !header.base.file ? 0 : header.whole ? 2 : 1);
     PutWord(out, header.base.checksum);
     PutLong(out, header.base.length);
     PutWord(out, static_cast<std::uint32_t>(header.modelPath.size()));
@@ -128,7 +128,9 @@ std::optional<JournalHeader> JournalHeaderFrom(std::string_view bytes) {
     if (length != kFixedHeader + path + 4 || bytes.size() < length) return {};
     if (Crc32(bytes.substr(0, length - 4)) != WordAt(bytes, length - 4)) return {};
     JournalHeader header;
-    header.base = {WordAt(bytes, 16) == 1, WordAt(bytes, 20), LongAt(bytes, 24)};
+    const std::uint32_t base = WordAt(bytes, 16);
+    header.base = {base == 1 || base == 2, WordAt(bytes, 20), LongAt(bytes, 24)};
+    header.whole = base != 1;
     header.modelPath = bytes.substr(kFixedHeader, path);
     header.length = length;
     return header;

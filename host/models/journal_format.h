@@ -4,7 +4,8 @@
 //
 //   header
 //      0  magic 89 54 56 4A 0D 0A 1A 0A, version, header's length with its path
-//     16  base: 0 nothing, 1 a model file; CRC-32 of that file; its length, 64 bits
+//     16  base: 0 no file, 1 a model file, 2 one that the first step makes void; CRC-32 of that file; its
+//         length, 64 bits
 //     32  length of the model's path, the path in UTF-8 (none: the model has no name yet)
 //         CRC-32 of all bytes before
 //
@@ -42,7 +43,7 @@ inline constexpr std::size_t kChangeSize = 36;
 
 /// The model file on which a journal stands.
 struct JournalBase {
-    bool file = false;  // false: nothing, the first step holds the whole model
+    bool file = false;  // false: there was none, the first step holds the whole model
     std::uint32_t checksum = 0;
     std::uint64_t length = 0;
 
@@ -50,7 +51,8 @@ struct JournalBase {
 };
 
 struct JournalHeader {
-    JournalBase base;
+    JournalBase base;        // the model file as it was
+    bool whole = false;      // the first step holds the whole model: the file is not needed
     std::string modelPath;   // empty for a model without a name
     std::size_t length = 0;  // of the header
 };

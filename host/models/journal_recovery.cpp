@@ -37,7 +37,7 @@ std::unique_ptr<OpenJournal> OpenJournalFile(const std::string& path, int& error
 }
 
 bool NeedsBase(const JournalContent& content) {
-    return content.header->base.file && std::none_of(content.steps.begin(), content.steps.end(),
+    return content.header->base.file && !content.header->whole && std::none_of(content.steps.begin(), content.steps.end(),
                                                      [](const JournalStep& step) { return step.whole; });
 }
 
@@ -53,7 +53,7 @@ JournalLeftover::Base FindBase(const JournalContent& content, const std::string&
     using enum JournalLeftover::Base;
     const JournalHeader& header = *content.header;
     const bool whole = content.steps.empty() ? content.lost == 0 : content.steps.front().whole;
-    if (!header.base.file) return whole ? kStands : kMissing;
+    if (!header.base.file || header.whole) return whole ? kStands : kMissing;
     if (!NeedsBase(content)) return kStands;
     const std::string base = BaseFileOf(header, journalPath);
     return base.empty() ? kMissing : base == header.modelPath ? kStands : kBefore;
@@ -134,7 +134,9 @@ RecoveredModel RecoverJournal(const std::string& journalPath, CGridDataBase& db,
     if (standing == JournalLeftover::Base::kMissing)
         fail(modelPath.empty() ? "its first step is damaged"
                                : modelPath + ", on which it stands, is another file now");
-    const bool before = standing == JournalLeftover::Base::kBefore;
+    // A journal that needs no file may find another one than it left.
+    const JournalBase now = BaseOf(modelPath);
+    const bool before = standing == JournalLeftover::Base::kBefore || (now.file && now != content.header->base);
     std::optional<ModelFile> base;
     if (NeedsBase(content)) base = ReadModelFile(BaseFileOf(*content.header, journalPath));
 

@@ -49,7 +49,7 @@ ModelJournal::~ModelJournal() {
 }
 
 void ModelJournal::RemoveFile() {
-    if (m_file.IsOpen()) ::unlink(BaseBeside(m_file.Path()).c_str());
+    if (m_file.Stands()) ::unlink(BaseBeside(m_file.Path()).c_str());
     m_file.Remove();
 }
 
@@ -128,7 +128,7 @@ void ModelJournal::Place(bool unsaved) {
 
 /// The new journal stands whole before it takes the name of an old one.
 int ModelJournal::PlaceAt(const std::string& path, bool unsaved) {
-    const bool ours = m_file.IsOpen() && m_file.Path() == path;
+    const bool ours = m_file.Stands() && m_file.Path() == path;
     HeldFile before;  // what another session has left there
     if (!ours) {
         std::error_code ignored;
@@ -137,7 +137,7 @@ int ModelJournal::PlaceAt(const std::string& path, bool unsaved) {
     }
     HeldFile next;
     int error = next.Take(path + ".new", HeldFile::Mode::kMakeEmpty);
-    const JournalHeader header{unsaved ? JournalBase{} : BaseOf(m_modelPath), m_modelPath, 0};
+    const JournalHeader header{BaseOf(m_modelPath), unsaved, m_modelPath, 0};
     std::string bytes = JournalHeaderBytes(header);
     const bool kept = before.Length() > bytes.size() && path != m_broughtBack && IsWorthKeeping(path);
     Told told = m_told;
@@ -155,7 +155,7 @@ int ModelJournal::PlaceAt(const std::string& path, bool unsaved) {
     // The file as it is now under one more name: should somebody replace it, the steps have their base still.
     // The file system may not have such names; then there is none.
     ::unlink(BaseBeside(path).c_str());
-    if (header.base.file) (void)!::link(m_modelPath.c_str(), BaseBeside(path).c_str());
+    if (header.base.file && !unsaved) (void)!::link(m_modelPath.c_str(), BaseBeside(path).c_str());
     if (!ours) RemoveFile();
     m_file = std::move(next);
     m_told = std::move(told);
