@@ -35,6 +35,13 @@ namespace {
 
 // ---- texts ------------------------------------------------------------------------------------------------
 
+TEST(SpacingText, NumbersAreAsShortAsTheirKind) {
+    EXPECT_EQ(NumberText(22.1f), "22.1");
+    EXPECT_EQ(NumberText(22.1), "22.1");
+    EXPECT_EQ(NumberText(static_cast<double>(22.1f)), "22.100000381469727");
+    EXPECT_EQ(NumberText(-0.0f), "0");
+}
+
 TEST(SpacingText, EachRow) {
     const SpacingRule rule{"开间", 51, 1e6, 500};
     struct {

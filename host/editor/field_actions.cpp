@@ -160,7 +160,7 @@ private:
         set("value", std::to_string(std::clamp(field.m_pChang->m_nValue, 0, CChang::kValues - 1)));
         set("display", std::to_string(std::clamp<int>(field.m_nDisplay, 0, 2)));
         set("scheme", std::to_string(std::clamp(field.m_nColorScheme, 1, 5) - 1));
-        set("scale", NumberText(static_cast<double>(field.m_fValueScale)));
+        set("scale", NumberText(field.m_fValueScale));
         set("mesh", field.m_bDrawGrid ? "1" : "0");
         set("numbers", field.m_bDrawValue ? "1" : "0");
         set("coordinates", field.m_bShowCoord ? "1" : "0");

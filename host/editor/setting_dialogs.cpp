@@ -140,7 +140,7 @@ void AskSnapAngles(CTvoViewMgr& view) {
         form.m_fields.push_back({Kind::kNumber,
                                  AngleName(i),
                                  AngleLabel(i),
-                                 NumberText(static_cast<double>(view.m_fSnapAngle[i])),
+                                 NumberText(view.m_fSnapAngle[i]),
                                  {}});
     form.m_check = [](DialogForm& asked) {
         for (int i = 0; i < kAngles; ++i) {
@@ -205,7 +205,7 @@ void AskSteps(CTvoDataBase& db, CTvoViewMgr& view) {
     form.m_fields.push_back({Kind::kNumber,
                              "step",
                              "键盘步长(米)",
-                             NumberText(static_cast<double>(view.m_fKbdStep) / kMetre),
+                             NumberText(static_cast<float>(static_cast<double>(view.m_fKbdStep) / kMetre)),
                              {}});
     form.m_fields.push_back({Kind::kFrame, "grid", "背景设置(格式:间距*跨数)", "", {}});
     for (const GridAxis& axis : kAxes)
@@ -232,11 +232,11 @@ void AskSteps(CTvoDataBase& db, CTvoViewMgr& view) {
 std::vector<std::pair<std::string, std::string>> SnapSettings(const CTvoViewMgr& view) {
     std::vector<std::pair<std::string, std::string>> settings;
     for (int i = 0; i < kAngles; ++i)
-        settings.emplace_back(AngleName(i), NumberText(static_cast<double>(view.m_fSnapAngle[i])));
+        settings.emplace_back(AngleName(i), NumberText(view.m_fSnapAngle[i]));
     for (const Switch& which : kSwitches) settings.emplace_back(which.name, view.*which.value ? "1" : "0");
     settings.emplace_back("types", TypeTicks());
     settings.emplace_back("size", std::to_string(g_cTvoProfile.m_nSymbolSize));
-    settings.emplace_back("step", NumberText(static_cast<double>(view.m_fKbdStep) / kMetre));
+    settings.emplace_back("step", NumberText(static_cast<float>(static_cast<double>(view.m_fKbdStep) / kMetre)));
     return settings;
 }
 

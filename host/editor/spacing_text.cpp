@@ -94,15 +94,23 @@ std::string CheckNumber(std::string_view text, const char* label, double least, 
     return {};
 }
 
-std::string NumberText(double value) {
-    char text[32];
+namespace {
+
+template <class Number>
+std::string PlainNumber(Number value) {
+    char text[64];
     // No powers of ten where people would not write them.
-    const double size = std::fabs(value);
+    const double size = std::fabs(static_cast<double>(value));
     const bool plain = size == 0 || (size >= 1e-4 && size < 1e12);
-    const auto [end, error] = std::to_chars(text, text + sizeof text, value == 0 ? 0.0 : value,
+    const auto [end, error] = std::to_chars(text, text + sizeof text, value == 0 ? Number{} : value,
                                             plain ? std::chars_format::fixed : std::chars_format::general);
     return error == std::errc() ? std::string(text, end) : std::string();
 }
+
+}  // namespace
+
+std::string NumberText(double value) { return PlainNumber(value); }
+std::string NumberText(float value) { return PlainNumber(value); }
 
 Spacings ReadSpacings(std::string_view text, const SpacingRule& rule) {
     const std::string plain = HalfWidth(text);

@@ -40,5 +40,6 @@ std::optional<double> TypedNumber(std::string_view text);
 std::string CheckNumber(std::string_view text, const char* label, double least, double most);
 /// A number in as few digits as give it back.
 std::string NumberText(double value);
+std::string NumberText(float value);  // in those of a float: 22.1, not 22.100000381469727
 /// Full width letters, blanks and signs of multiplication become plain ones.
 std::string HalfWidth(std::string_view text);
